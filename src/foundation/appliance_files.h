@@ -1,0 +1,29 @@
+// Every path the library reads, writes or runs, once. Formats take the stated arguments.
+#pragma once
+
+namespace quorvel::files {
+
+// Foundation
+inline constexpr char kLibraryConfig[] = "/etc/libquorvel_bin.conf";
+inline constexpr char kFeature[] = "/etc/nas_feature";
+inline constexpr char kInfo[] = "/etc/tevra/info";
+inline constexpr char kSetFeatureTool[] = "/usr/local/bin/setnf";
+inline constexpr char kDumpFeatureTool[] = "/usr/local/bin/dumpnf";
+inline constexpr char kNvramTool[] = "/usr/local/sbin/nvram";
+
+// Platform
+inline constexpr char kBorelClass[] = "/sys/class/borel";
+inline constexpr char kPciDevices[] = "/proc/bus/pci/devices";
+inline constexpr char kOsRelease[] = "/proc/sys/kernel/osrelease";
+
+// Disk
+
+// Raid
+
+// Net
+
+// Services
+
+// Hardware
+
+}  // namespace quorvel::files

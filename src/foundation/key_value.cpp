@@ -1,0 +1,127 @@
+#include "foundation/key_value.h"
+
+#include <string.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "foundation/files.h"
+#include "foundation/line_reader.h"
+#include "foundation/text.h"
+#include "foundation/trace.h"
+#include "quorvel/foundation.h"
+
+namespace quorvel {
+
+namespace {
+
+std::string_view without_leading_blanks(std::string_view piece) {
+    size_t blanks = 0;
+    while (blanks < piece.size() && (piece[blanks] == ' ' || piece[blanks] == '\t'))
+        blanks++;
+    piece.remove_prefix(blanks);
+    return piece;
+}
+
+// strncpy over size - 1 bytes: cut or padded with zeros, the last byte of the buffer never written.
+void copy_value(char* dst, size_t size, std::string_view value) {
+    size_t length = std::min(value.size(), size - 1);
+    memcpy(dst, value.data(), length);
+    memset(dst + length, '\0', size - 1 - length);
+}
+
+bool is_readable(const KeyRequest& request) {
+    return request.key != nullptr && request.dst != nullptr && request.size > 0 && is_possible_key(request.key);
+}
+
+}  // namespace
+
+bool is_possible_key(std::string_view key) {
+    return !key.starts_with('#') &&
+           std::none_of(key.begin(), key.end(), [](char c) { return c == '=' || is_blank_character(c); });
+}
+
+bool sets_key(std::string_view piece, std::string_view key, std::string_view& value) {
+    piece = without_leading_blanks(piece);
+    if (piece.size() <= key.size()) return false;
+    if (!key.empty() && (piece[0] != key[0] || memcmp(piece.data(), key.data(), key.size()) != 0)) return false;
+    if (key.empty() && piece[0] == '#') return false;
+
+    std::string_view rest = piece;
+    rest.remove_prefix(key.size());
+    if (rest[0] != '=' && !is_blank_character(rest[0])) return false;
+    rest = std::string_view(rest.data(), strnlen(rest.data(), rest.size()));
+    size_t equals = rest.find('=');
+    if (equals == std::string_view::npos) return false;
+    rest.remove_prefix(equals + 1);
+    value = rest;
+    while (value.ends_with('\n') || value.ends_with('\r'))
+        value.remove_suffix(1);
+    return true;
+}
+
+void read_keys(const char* path, std::span<KeyRequest> requests) {
+    auto wanted = [](const KeyRequest& request) { return !request.found && is_readable(request); };
+    auto open_requests = std::count_if(requests.begin(), requests.end(), wanted);
+    if (open_requests == 0) return;
+
+    Descriptor file = open_for_reading(path);
+    struct stat status;
+    if (!file || fstat(file.number, &status) != 0 || !S_ISREG(status.st_mode)) return;
+
+    LineReader reader(file.number, kReaderPiece);
+    for (std::string_view piece; open_requests > 0 && !(piece = next_piece(reader)).empty();) {
+        for (KeyRequest& request : requests) {
+            std::string_view value;
+            if (request.found || !is_readable(request) || !sets_key(piece, request.key, value)) continue;
+            copy_value(request.dst, request.size, value);
+            request.found = true;
+            open_requests--;
+        }
+    }
+}
+
+}  // namespace quorvel
+
+using namespace quorvel;
+
+char* get_StringbyKey(const char* path, const char* key, char* dst, size_t size) {
+    KeyRequest request = {key, dst, size};
+    read_keys(path, {&request, 1});
+    return request.found ? dst : nullptr;
+}
+
+char* getNextKey(const char* line) {
+    return line != nullptr ? const_cast<char*>(line + strspn(line, " \t")) : nullptr;
+}
+
+void remove_space(char* text) {
+    if (text == nullptr) return;
+    while (*text != '\0' && !is_blank_character(*text))
+        text++;
+    *text = '\0';
+}
+
+void remove_last_crlf(char* text) {
+    if (text == nullptr) return;
+    size_t length = strlen(text);
+    while (length > 0 && (text[length - 1] == '\n' || text[length - 1] == '\r'))
+        length--;
+    text[length] = '\0';
+}
+
+char* grep_file(const char* path, const char* needle, char* buf, size_t size) {
+    if (buf == nullptr || path == nullptr || needle == nullptr) return nullptr;
+    memset(buf, '\0', size);
+    Descriptor file = open_for_reading(path);
+    if (!file) {
+        report_open_failure(__func__, path);
+        return nullptr;
+    }
+    if (size < 3) return nullptr;
+    LineReader reader(file.number, std::min<size_t>(size - 2, sizeof reader.block / 2));
+    while (next_line(reader, buf, size)) {
+        if (strstr(buf, needle) != nullptr) return buf;
+    }
+    return nullptr;
+}

@@ -1,0 +1,33 @@
+// The key=value syntax: one matcher for reader and writer, and the reading of several keys in one
+// pass.
+#pragma once
+
+#include <stddef.h>
+
+#include <span>
+#include <string_view>
+
+namespace quorvel {
+
+/// Longest piece of a line that a reader takes, in characters.
+inline constexpr size_t kReaderPiece = 511;
+
+/// Whether a key can stand in a file at all: it holds no "=" and no white space and is no comment.
+bool is_possible_key(std::string_view key);
+
+/// Whether a piece of a line sets `key`, which is_possible_key; `value` is then what stands behind
+/// the "=", without its line end.
+bool sets_key(std::string_view piece, std::string_view key, std::string_view& value);
+
+/// A key looked for and the cleared buffer for its value, filled as get_StringbyKey fills it.
+struct KeyRequest {
+    const char* key;
+    char* dst;
+    size_t size;
+    bool found = false;
+};
+
+/// Fills every request from one pass over the file, each as get_StringbyKey would; silent.
+void read_keys(const char* path, std::span<KeyRequest> requests);
+
+}  // namespace quorvel

@@ -1,0 +1,37 @@
+#include "foundation/text.h"
+
+#include <stdio.h>
+
+#include <algorithm>
+
+namespace quorvel {
+
+size_t format_at(char* buffer, size_t size, size_t length, bool& cut, const char* format, va_list arguments) {
+    int wanted = vsnprintf(buffer + length, size - length, format, arguments);
+    if (wanted < 0) {
+        buffer[length] = '\0';
+        cut = true;
+        return length;
+    }
+    size_t whole = length + static_cast<size_t>(wanted);
+    if (whole >= size) cut = true;
+    return std::min(whole, size - 1);
+}
+
+void copy_text(char* target, size_t size, std::string_view source) {
+    size_t length = std::min(source.size(), size - 1);
+    memcpy(target, source.data(), length);
+    target[length] = '\0';
+}
+
+const char* without_dev_prefix(const char* name) {
+    const char* prefix = strstr(name, "dev/");
+    return prefix != nullptr ? prefix + strlen("dev/") : name;
+}
+
+const char* last_component(const char* path) {
+    const char* slash = strrchr(path, '/');
+    return slash != nullptr ? slash + 1 : path;
+}
+
+}  // namespace quorvel

@@ -1,0 +1,65 @@
+// Bounded text: every path, key and command line the library forms is built in one of these. A text
+// that does not fit is cut, stays terminated and says so.
+#pragma once
+
+#include <stdarg.h>
+#include <stddef.h>
+#include <string.h>
+
+#include <string_view>
+
+namespace quorvel {
+
+/// vsnprintf at offset `length` of a buffer; the new length. Sets `cut` when not all of it had
+/// room.
+__attribute__((format(printf, 5, 0))) size_t format_at(char* buffer, size_t size, size_t length, bool& cut,
+                                                       const char* format, va_list arguments);
+
+template <size_t Size>
+struct Text {
+    char chars[Size];
+    size_t length = 0;
+    bool cut = false;
+
+    Text() { chars[0] = '\0'; }
+    __attribute__((format(printf, 2, 3))) explicit Text(const char* format, ...) {
+        chars[0] = '\0';
+        va_list arguments;
+        va_start(arguments, format);
+        length = format_at(chars, Size, 0, cut, format, arguments);
+        va_end(arguments);
+    }
+    __attribute__((format(printf, 2, 3))) void append(const char* format, ...) {
+        va_list arguments;
+        va_start(arguments, format);
+        length = format_at(chars, Size, length, cut, format, arguments);
+        va_end(arguments);
+    }
+    const char* c_str() const { return chars; }
+};
+
+/// Copies `source` cut to `size - 1` characters and always terminated.
+void copy_text(char* target, size_t size, std::string_view source);
+
+inline bool starts_with(const char* text, std::string_view prefix) {
+    return strncmp(text, prefix.data(), prefix.size()) == 0;
+}
+inline bool contains(const char* text, const char* part) {
+    return strstr(text, part) != nullptr;
+}
+
+/// isspace of the "C" locale, whatever locale the caller has set.
+inline bool is_blank_character(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+inline bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+/// The text behind the first occurrence of "dev/", or the whole text when it holds none.
+const char* without_dev_prefix(const char* name);
+
+/// The text behind the last "/", or the whole text.
+const char* last_component(const char* path);
+
+}  // namespace quorvel

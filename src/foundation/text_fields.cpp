@@ -1,0 +1,126 @@
+// Cutting texts into words and fields.
+#include <stdlib.h>
+#include <string.h>
+
+#include <algorithm>
+
+#include "foundation/handles.h"
+#include "foundation/text.h"
+#include "foundation/trace.h"
+#include "quorvel/foundation.h"
+
+using namespace quorvel;
+
+namespace {
+
+// Where the first line of a text ends: its first line feed that is not a leading one, or the text's
+// end.
+size_t first_line_end(const char* text, size_t length) {
+    size_t start = 0;
+    while (text[start] == '\n')
+        start++;
+    const void* feed = memchr(text + start, '\n', length - start);
+    return feed != nullptr ? static_cast<size_t>(static_cast<const char*>(feed) - text) : length;
+}
+
+bool is_one_of(char c, const char* delimiters) {
+    while (*delimiters != '\0' && *delimiters != c)
+        delimiters++;
+    return *delimiters != '\0';
+}
+
+// The index-th field, as repeated strtok calls on a copy whose first line end was overwritten would
+// find it: a field never crosses that place, but the search for the next one steps over it.
+bool find_field(const char* text, const char* delimiters, int index, std::string_view& field) {
+    size_t length = strlen(text);
+    size_t cut = first_line_end(text, length);
+    if (index <= 0) {
+        field = std::string_view(text, cut);
+        return true;
+    }
+    for (size_t at = 0;;) {
+        size_t limit = at <= cut ? cut : length;
+        while (at < limit && is_one_of(text[at], delimiters))
+            at++;
+        if (at == limit) return false;
+        size_t end = at + 1;
+        while (end < limit && !is_one_of(text[end], delimiters))
+            end++;
+        if (--index == 0) {
+            field = std::string_view(text + at, end - at);
+            return true;
+        }
+        if (end >= length) return false;
+        at = end + 1;
+    }
+}
+
+}  // namespace
+
+int LibQuorvelBin_GetSpecifiedKey(char* dst, uint64_t dst_size, const char* text, const char* delimiters, int index) {
+    if (dst == nullptr || text == nullptr || delimiters == nullptr) return -1;
+    std::string_view field;
+    if (!find_field(text, delimiters, index, field) || field.size() >= dst_size) return -1;
+    copy_text(dst, field.size() + 1, field);
+    return 0;
+}
+
+int LibQuorvelBin_GetLastWord(char* dst, const char* text, const char* separator, size_t length) {
+    if (dst == nullptr || text == nullptr || separator == nullptr) return -1;
+    const char* last = strrchr(text, *separator);
+    strncpy(dst, last != nullptr ? last + 1 : text, length);
+    trace(kTrace, "%s : dst = %.*s\n", __func__, static_cast<int>(length), dst);
+    return 0;
+}
+
+int LibQuorvelBin_AvoidLastWord(char* dst, const char* text, const char* separator) {
+    if (dst == nullptr || text == nullptr || separator == nullptr) return -1;
+    size_t size = strlen(text) + 1;
+    Heap<char> copy(static_cast<char*>(malloc(size)));
+    if (!copy) return -1;
+    trace(kTraceHeap, "%s : %d bytes malloced at %p\n", __func__, static_cast<int>(size),
+          static_cast<void*>(copy.get()));
+    memcpy(copy.get(), text, size);
+    char* last = strrchr(copy.get(), *separator);
+    (last != nullptr ? last : copy.get())[0] = '\0';
+    trace(kTrace, "%s: pccTmpSrcStart=%s\n", __func__, copy.get());
+    strcpy(dst, copy.get());
+    trace(kTrace, "%s: dst=%s\n", __func__, dst);
+    trace(kTraceHeap, "%s : freed at %p\n", __func__, static_cast<void*>(copy.get()));
+    return 0;
+}
+
+int LibQuorvelBin_IsContainedInStringList(const char* list, const char* item, const char* separator) {
+    if (list == nullptr) return -1;
+    if (item == nullptr || separator == nullptr) return 0;
+    size_t length = strlen(item);
+    const char* element = list;
+    while (*element != '\0') {
+        const char* end = strstr(element + 1, separator);
+        if (end == nullptr) break;
+        if (static_cast<size_t>(end - element) == length && memcmp(element, item, length) == 0) return 1;
+        element = end + strlen(separator);
+    }
+    return strncmp(element, item, length) == 0 ? 1 : 0;
+}
+
+int LibQuorvelBin_Basename(char* dst, const char* path, size_t size) {
+    if (dst == nullptr || path == nullptr || size == 0) return -1;
+    const char* component = last_component(path);
+    // No terminator: the caller's cleared buffer provides it.
+    // NOLINTNEXTLINE(bugprone-not-null-terminated-result)
+    memcpy(dst, component, std::min(strlen(component), size - 1));
+    return 0;
+}
+
+int LibQuorvelBin_IsAllNumericStr(const char* text, int length) {
+    if (length < 1) return 1;
+    return text != nullptr && is_digit(text[0]) ? 1 : 0;
+}
+
+void remove_character(char* text, int length, char ch) {
+    if (text == nullptr) return;
+    for (int i = 0; i < length - 1; i++) {
+        if (text[i] == ch) memmove(text + i, text + i + 1, static_cast<size_t>(length - 1 - i));
+    }
+}

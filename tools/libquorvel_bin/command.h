@@ -1,0 +1,36 @@
+// One row per command word of the front end. The rooms of the subsystems each hold a table;
+// main.cpp walks them.
+#pragma once
+
+#include <span>
+
+struct Command {
+    const char* word;
+    const char* arguments;  // as --help shows them: "DEVICE [SIZE]"
+    const char* summary;    // one line
+    const char* statuses;   // exit statuses in words: "0 found, 1 not found"
+    int least;              // arguments behind the word that must be there
+    int most;               // ... and that may be there; -1 for any number
+    // Gets the front end's whole vector: argv[0] the front end, argv[1] the word. Returns the exit
+    // status.
+    int (*run)(int argc, char** argv);
+};
+
+// Exit statuses that every command shares.
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitNo = 1;     // the question was answered with no, or could not be answered
+inline constexpr int kExitUsage = 2;  // unknown command, missing or surplus argument
+
+inline int exit_status_of_result(int result) {
+    return result == 0 ? kExitOk : kExitNo;
+}
+
+extern const std::span<const Command> kFoundationCommands;
+extern const std::span<const Command> kPlatformCommands;
+extern const std::span<const Command> kNamingCommands;
+extern const std::span<const Command> kDiskCommands;
+extern const std::span<const Command> kRaidCommands;
+extern const std::span<const Command> kNetCommands;
+extern const std::span<const Command> kRegistryCommands;
+extern const std::span<const Command> kServicesCommands;
+extern const std::span<const Command> kHwCommands;

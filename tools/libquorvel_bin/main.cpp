@@ -1,0 +1,107 @@
+// libquorvel_bin COMMAND [ARGUMENT]...: the library's answers for shell scripts. A link named after
+// a command is that command.
+#include <stdio.h>
+#include <string.h>
+
+#include "command.h"
+#include "libquorvel_bin.h"
+
+namespace {
+
+constexpr char kName[] = "libquorvel_bin";
+
+const std::span<const Command>* const kTables[] = {
+    &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kDiskCommands, &kRaidCommands,
+    &kNetCommands,        &kRegistryCommands, &kServicesCommands, &kHwCommands,
+};
+
+const Command* find_command(const char* word) {
+    for (const auto* table : kTables) {
+        for (const Command& command : *table) {
+            if (strcmp(command.word, word) == 0) return &command;
+        }
+    }
+    return nullptr;
+}
+
+int print_help() {
+    printf("Usage: %s COMMAND [ARGUMENT]...\n\nCommands:\n", kName);
+    for (const auto* table : kTables) {
+        for (const Command& command : *table) {
+            printf("  %-22s %-28s %s\n", command.word, command.arguments, command.summary);
+        }
+    }
+    printf(
+        "\n%s --help COMMAND tells the exit statuses of one command; --version prints the "
+        "version.\n",
+        kName);
+    return kExitOk;
+}
+
+int print_command_help(const Command& command) {
+    printf("Usage: %s %s %s\n%s\nExit status: %s; %d for a missing or surplus argument.\n", kName, command.word,
+           command.arguments, command.summary, command.statuses, kExitUsage);
+    return kExitOk;
+}
+
+int unknown_command(const char* word) {
+    fprintf(stderr, "%s: unknown command '%s'; %s --help lists the commands\n", kName, word, kName);
+    return kExitUsage;
+}
+
+int run_command(const Command& command, int argc, char** argv) {
+    int given = argc - 2;
+    if (given < command.least || (command.most >= 0 && given > command.most)) {
+        fprintf(stderr, "%s: %s: %s argument\nUsage: %s %s %s\n", kName, command.word,
+                given < command.least ? "missing" : "surplus", kName, command.word, command.arguments);
+        return kExitUsage;
+    }
+    from_cmdline = 1;
+    (void)LibQuorvelBin_DebugLevelInit();
+    return command.run(argc, argv);
+}
+
+int run_word(int argc, char** argv) {
+    if (argc < 2) {
+        fprintf(stderr, "%s: missing command; %s --help lists the commands\n", kName, kName);
+        return kExitUsage;
+    }
+    const char* word = argv[1];
+    if (strcmp(word, "--version") == 0) return printf("%s %s\n", kName, QUORVEL_VERSION) < 0 ? kExitNo : kExitOk;
+    if (strcmp(word, "--help") == 0 || strcmp(word, "-h") == 0) {
+        if (argc < 3) return print_help();
+        const Command* command = find_command(argv[2]);
+        return command != nullptr ? print_command_help(*command) : unknown_command(argv[2]);
+    }
+    const Command* command = find_command(word);
+    return command != nullptr ? run_command(*command, argc, argv) : unknown_command(word);
+}
+
+// Called through a link named after a command: the word is put where a typed one stands.
+int run_link(int argc, char** argv, char* word) {
+    constexpr int kMost = 255;
+    if (argc > kMost) {
+        fprintf(stderr, "%s: %s: more than %d arguments\n", kName, word, kMost);
+        return kExitUsage;
+    }
+    char* words[kMost + 2] = {argv[0], word};
+    for (int i = 1; i <= argc; i++)
+        words[i + 1] = argv[i];
+    return run_word(argc + 1, words);
+}
+
+// An answer that could not be written was not given.
+int finish(int status) {
+    if (fflush(stdout) == 0 && ferror(stdout) == 0) return status;
+    fprintf(stderr, "%s: cannot write to standard output\n", kName);
+    return status != kExitOk ? status : kExitNo;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    char* name = argc > 0 ? strrchr(argv[0], '/') : nullptr;
+    name = name != nullptr ? name + 1 : argv[0];
+    if (name != nullptr && find_command(name) != nullptr) return finish(run_link(argc, argv, name));
+    return finish(run_word(argc, argv));
+}

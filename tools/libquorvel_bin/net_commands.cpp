@@ -1,0 +1,3 @@
+#include "command.h"
+
+const std::span<const Command> kNetCommands = {};

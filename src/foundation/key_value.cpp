@@ -30,8 +30,11 @@ void copy_value(char* dst, size_t size, std::string_view value) {
     memset(dst + length, '\0', size - 1 - length);
 }
 
-bool is_readable(const KeyRequest& request) {
-    return request.key != nullptr && request.dst != nullptr && request.size > 0 && is_possible_key(request.key);
+// Most lines are settled by one character, so that is looked at before anything else. It is the last one of the key:
+// the keys of a file like to begin alike.
+bool may_set_key(std::string_view piece, std::string_view key) {
+    if (key.empty() || piece[0] == ' ' || piece[0] == '\t') return true;
+    return piece.size() > key.size() && piece[key.size() - 1] == key.back();
 }
 
 }  // namespace
@@ -60,25 +63,24 @@ bool sets_key(std::string_view piece, std::string_view key, std::string_view& va
     return true;
 }
 
-void read_keys(const char* path, std::span<KeyRequest> requests) {
-    auto wanted = [](const KeyRequest& request) { return !request.found && is_readable(request); };
-    auto open_requests = std::count_if(requests.begin(), requests.end(), wanted);
-    if (open_requests == 0) return;
-
+size_t read_keys(const char* path, std::span<KeyRequest> requests) {
+    size_t found = 0;
     Descriptor file = open_for_reading(path);
     struct stat status;
-    if (!file || fstat(file.number, &status) != 0 || !S_ISREG(status.st_mode)) return;
+    if (!file || fstat(file.number, &status) != 0 || !S_ISREG(status.st_mode)) return found;
 
     LineReader reader(file.number, kReaderPiece);
-    for (std::string_view piece; open_requests > 0 && !(piece = next_piece(reader)).empty();) {
+    for (std::string_view piece; found < requests.size() && !(piece = next_piece(reader)).empty();) {
         for (KeyRequest& request : requests) {
+            if (!may_set_key(piece, request.key) || request.found) continue;
             std::string_view value;
-            if (request.found || !is_readable(request) || !sets_key(piece, request.key, value)) continue;
+            if (!sets_key(piece, request.key, value)) continue;
             copy_value(request.dst, request.size, value);
             request.found = true;
-            open_requests--;
+            found++;
         }
     }
+    return found;
 }
 
 }  // namespace quorvel
@@ -86,9 +88,9 @@ void read_keys(const char* path, std::span<KeyRequest> requests) {
 using namespace quorvel;
 
 char* get_StringbyKey(const char* path, const char* key, char* dst, size_t size) {
+    if (key == nullptr || dst == nullptr || size == 0 || !is_possible_key(key)) return nullptr;
     KeyRequest request = {key, dst, size};
-    read_keys(path, {&request, 1});
-    return request.found ? dst : nullptr;
+    return read_keys(path, {&request, 1}) == 1 ? dst : nullptr;
 }
 
 char* getNextKey(const char* line) {

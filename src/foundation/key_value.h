@@ -19,15 +19,15 @@ bool is_possible_key(std::string_view key);
 /// the "=", without its line end.
 bool sets_key(std::string_view piece, std::string_view key, std::string_view& value);
 
-/// A key looked for and the cleared buffer for its value, filled as get_StringbyKey fills it.
+/// A key looked for, which is_possible_key, and the cleared buffer for its value, filled as get_StringbyKey fills it.
 struct KeyRequest {
-    const char* key;
+    std::string_view key;
     char* dst;
     size_t size;
     bool found = false;
 };
 
-/// Fills every request from one pass over the file, each as get_StringbyKey would; silent.
-void read_keys(const char* path, std::span<KeyRequest> requests);
+/// Fills every request from one pass over the file, each as get_StringbyKey would; silent. How many were found.
+size_t read_keys(const char* path, std::span<KeyRequest> requests);
 
 }  // namespace quorvel

@@ -41,7 +41,7 @@ bool refill(LineReader& reader) {
 
 }  // namespace
 
-std::string_view next_piece(LineReader& reader) {
+std::string_view next_piece_after_reading(LineReader& reader) {
     size_t searched = 0;
     for (;;) {
         size_t length = std::min(static_cast<size_t>(reader.end - reader.begin), reader.limit);

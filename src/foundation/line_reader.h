@@ -5,6 +5,7 @@
 #pragma once
 
 #include <stddef.h>
+#include <string.h>
 
 #include <string_view>
 
@@ -23,8 +24,19 @@ struct LineReader {
     char block[16384];  // left uninitialised: it is as large as the whole of most files
 };
 
+/// As next_piece, for a piece that is not wholly in the block yet.
+std::string_view next_piece_after_reading(LineReader& reader);
+
 /// The next piece, or an empty view at the end. It stays valid until the next call.
-std::string_view next_piece(LineReader& reader);
+inline std::string_view next_piece(LineReader& reader) {
+    const char* begin = reader.begin;
+    size_t length = static_cast<size_t>(reader.end - begin);
+    if (length > reader.limit) length = reader.limit;
+    const void* feed = memchr(begin, '\n', length);
+    if (feed == nullptr) return next_piece_after_reading(reader);
+    reader.begin = static_cast<const char*>(feed) + 1;
+    return std::string_view(begin, static_cast<size_t>(reader.begin - begin));
+}
 
 /// The next piece copied into `line` and terminated; false at the end, `line` untouched.
 bool next_line(LineReader& reader, char* line, size_t size);

@@ -1,0 +1,106 @@
+# shellcheck shell=bash
+# The disposable root: an empty machine with the host's programs, in which a
+# test or a sample appliance may write any path it likes. Source after common.sh.
+#
+#   run_in_root [--net] PROGRAM [ARGUMENTS...]
+#
+# Inside, /etc /proc /sys /dev /sbin /usr/local /tmp /var/tmp /mnt /root /run are
+# empty and writable, the host's /usr is read-only, the project is /source and its
+# build directory /build (both also under their own absolute paths), the kernel's
+# procfs is /realproc, and /.disposable-root marks the place. It is made with
+# bubblewrap, or, where namespaces are refused and the user is root, as a chroot
+# of copies; QUORVEL_ROOT_MODE=bwrap|chroot forces one. All that is written goes
+# away with it.
+# shellcheck source=scripts/lib/root-chroot.sh
+source "${BASH_SOURCE[0]%/*}/root-chroot.sh"
+
+readonly root_path=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin
+# The little of /etc that loading programs and looking up names need.
+readonly root_etc=(ld.so.cache passwd group nsswitch.conf alternatives)
+
+# The build directory a program belongs to: the nearest one above it that was
+# configured, otherwise the plain build.
+build_dir_of() {
+    local dir=${1%/*}
+    [[ -e $1 && $1 == */* ]] && dir=$(cd -- "$dir" && pwd -P) || dir=
+    while [[ -n $dir && ! -e $dir/CMakeCache.txt ]]; do dir=${dir%/*}; done
+    printf '%s\n' "${dir:-${QUORVEL_BUILD_DIR:-$project_dir/build}}"
+}
+
+# What bubblewrap needs to give this place a root, or failure when it cannot. A
+# container that refuses a new procfs still lets its own be shown.
+bwrap_base() {
+    local proc
+    have bwrap || return 1
+    for proc in '--proc /realproc' '--ro-bind /proc /realproc'; do
+        base=(--unshare-user --uid 0 --gid 0 --cap-add ALL --unshare-pid --unshare-ipc
+            --unshare-uts --hostname appliance --die-with-parent
+            --ro-bind /usr /usr --tmpfs /usr/local)
+        # shellcheck disable=SC2206  # two or three words on purpose
+        base+=($proc)
+        if bwrap "${base[@]}" --symlink usr/lib /lib --symlink usr/lib64 /lib64 \
+            --dev /dev /usr/bin/true 2>/dev/null; then return 0; fi
+    done
+    return 1
+}
+
+run_in_bwrap() {
+    local build=$1 net=$2 arguments=("${base[@]}") name dir
+    shift 2
+    if [[ $net == yes ]]; then
+        arguments+=(--unshare-net)
+        bwrap "${base[@]}" --unshare-net --symlink usr/lib /lib --symlink usr/lib64 /lib64 \
+            /usr/bin/true 2>/dev/null || return "$cannot_offer"
+    fi
+    for name in bin lib lib32 lib64 libx32; do
+        [[ -e /usr/$name ]] && arguments+=(--symlink "usr/$name" "/$name")
+    done
+    for dir in sbin etc sys proc mnt root run tmp var/tmp var/lib; do arguments+=(--dir "/$dir"); done
+    for dir in sys proc tmp; do arguments+=(--tmpfs "/$dir"); done
+    for name in "${root_etc[@]}"; do
+        [[ -e /etc/$name ]] && arguments+=(--ro-bind "/etc/$name" "/etc/$name")
+    done
+    arguments+=(--dev /dev --symlink /realproc/self /proc/self)
+    arguments+=(--ro-bind "$project_dir" /source --ro-bind "$project_dir" "$project_dir")
+    if [[ -d $build ]]; then
+        arguments+=(--ro-bind "$build" /build --ro-bind "$build" "$build")
+    fi
+    # A program from elsewhere comes along.
+    [[ $1 != /* ]] || arguments+=(--ro-bind "$1" "$1")
+    arguments+=(--file 3 /.disposable-root --chdir /)
+    env -i "${root_environment[@]}" bwrap "${arguments[@]}" \
+        /bin/sh /source/scripts/lib/inside-root "$@" 3</dev/null
+}
+
+# What goes in of the environment: the place's own settings, and the caller's
+# knobs for the sanitizers and GoogleTest. The search order is the appliance's; a
+# model finds the built programs first.
+collect_environment() {
+    local name
+    root_environment=("PATH=${APPLIANCE_MODEL:+/build:}$root_path" HOME=/root LANG=C.UTF-8
+        "TERM=${TERM:-dumb}")
+    for name in $(compgen -e); do
+        case $name in
+            ASAN_OPTIONS | UBSAN_OPTIONS | LSAN_OPTIONS | GTEST_* | APPLIANCE_MODEL)
+                root_environment+=("$name=${!name}") ;;
+        esac
+    done
+}
+
+run_in_root() {
+    local net=no build mode=${QUORVEL_ROOT_MODE:-} root_environment base
+    if [[ ${1:-} == --net ]]; then
+        net=yes
+        shift
+    fi
+    build=$(build_dir_of "$1")
+    collect_environment
+    if [[ $mode != chroot ]] && bwrap_base; then
+        run_in_bwrap "$build" "$net" "$@"
+    elif [[ $mode != bwrap && $EUID -eq 0 ]]; then
+        run_in_chroot "$build" "$net" "$@"
+    else
+        say "no disposable root here: bubblewrap cannot make one and the user is not root"
+        return "$cannot_offer"
+    fi
+}

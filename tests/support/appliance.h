@@ -1,0 +1,50 @@
+// The appliance a test writes for itself, file by file, inside the disposable root.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+// Files and links; parent directories are created, an existing entry is replaced.
+void write_file(const std::string& path, const std::string& text);
+void make_link(const std::string& path, const std::string& target);
+void make_directory(const std::string& path);
+std::string read_file(const std::string& path);  // empty for a missing file
+bool exists(const std::string& path);            // a dangling link exists too
+void remove_tree(const std::string& path);
+
+// Puts a shell script in a tool's place. Every run of it is logged before the body runs.
+void stand_in(const std::string& path, const std::string& body = "");
+
+// The argument lines with which a stand-in was run, in order: calls("/sbin/mdadm") or calls("mdadm").
+std::vector<std::string> calls(const std::string& tool);
+
+// Catches what this process and its children write to a descriptor, from construction to text().
+class Capture {
+public:
+    explicit Capture(int descriptor = 1);
+    ~Capture();
+    Capture(const Capture&) = delete;
+    Capture& operator=(const Capture&) = delete;
+    std::string text();
+
+private:
+    void restore();
+    int descriptor_, saved_, file_;
+};
+
+// What an action writes to standard output.
+template <typename Action>
+std::string printed_by(Action&& action) {
+    Capture output;
+    action();
+    return output.text();
+}
+
+// An empty appliance for every test: all that an earlier one wrote is gone, the library's globals
+// are as at load.
+class ApplianceTest : public testing::Test {
+protected:
+    void SetUp() override;
+};

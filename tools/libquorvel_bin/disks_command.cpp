@@ -10,6 +10,8 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "disk/slot_match.h"
 #include "libquorvel_bin.h"
 #include "naming_commands.h"
@@ -22,9 +24,9 @@ constexpr int32_t kUnnamed = DISK_PATH_END;  // sorts behind the other kinds
 struct Line {
     int32_t kind = kUnnamed;
     int number = 0;
-    char device[64] = "-";
-    char name[128] = "-";
-    char address[64] = "-";
+    const char* word = nullptr;  // with the number, the name; null without one
+    char device[32] = "-";
+    char address[48] = "-";
 };
 
 struct Listing {
@@ -49,7 +51,9 @@ Line* add_line(Listing& listing) {
 
 template <size_t Size>
 void set_text(char (&target)[Size], std::string_view text) {
-    (void)snprintf(target, Size, "%.*s", static_cast<int>(text.size()), text.data());
+    size_t length = std::min(text.size(), Size - 1);
+    memcpy(target, text.data(), length);
+    target[length] = '\0';
 }
 
 // ---- One disk ----
@@ -71,7 +75,7 @@ std::string_view address_in(std::string_view link) {
 void name_by_row(const struct disk_path& row, Line& line) {
     line.kind = row.type;
     line.number = row.slot;
-    (void)snprintf(line.name, sizeof line.name, "%s%d", quorvel::word_of_row(row), row.slot);
+    line.word = quorvel::word_of_row(row);
     if (row.scsi_id != nullptr) set_text(line.address, row.scsi_id);
 }
 
@@ -88,22 +92,25 @@ void name_by_tables(const Listing& listing, const quorvel::DiskPlace& disk, Line
 
 void name_by_rules(Line& line) {
     static constexpr const char* kWords[] = {"disk", "usbdisk"};
-    if (LibQuorvelBin_GetDisknameFromDevname(line.device, line.name, sizeof line.name) != 0) return;
+    char name[64] = "";
+    if (LibQuorvelBin_GetDisknameFromDevname(line.device, name, sizeof name) != 0) return;
     for (int kind : {DISK_PATH_INTERNAL, DISK_PATH_USB}) {
         size_t length = strlen(kWords[kind]);
-        if (strncmp(line.name, kWords[kind], length) != 0) continue;
+        if (strncmp(name, kWords[kind], length) != 0) continue;
         line.kind = kind;
-        line.number = atoi(line.name + length);
+        line.number = atoi(name + length);
+        line.word = kWords[kind];
     }
 }
 
+// The path that a disk's link makes, for the layout of sysfs: "/sys/block/LINK" or "/sys/block/DEVICE/LINK".
 void describe(const Listing& listing, Line& line) {
-    char path[512], full[5120];
+    char entry[64], full[5120] = "/sys/block/";
     bool new_sysfs = listing.new_sysfs;
-    int base =
-        snprintf(full, sizeof full, "%s/%s%s", kBlockDevices, new_sysfs ? "" : line.device, new_sysfs ? "" : "/");
-    (void)snprintf(path, sizeof path, "%s/%s%s", kBlockDevices, line.device, new_sysfs ? "" : "/device");
-    ssize_t length = readlink(path, full + base, sizeof full - static_cast<size_t>(base));
+    if (!new_sysfs) strcat(strcat(full, line.device), "/");
+    (void)snprintf(entry, sizeof entry, "%s/%s%s", kBlockDevices, line.device, new_sysfs ? "" : "/device");
+    size_t base = strlen(full);
+    ssize_t length = readlink(entry, full + base, sizeof full - base);
     if (length < 0) return;
     std::string_view link(full + base, static_cast<size_t>(length));
     std::string_view address = address_in(link);
@@ -113,7 +120,7 @@ void describe(const Listing& listing, Line& line) {
     } else {
         name_by_tables(listing,
                        {
-                           {full, static_cast<size_t>(base + length)},
+                           {full, base + link.size()},
                            link
         },
                        line);
@@ -122,9 +129,10 @@ void describe(const Listing& listing, Line& line) {
 
 // ---- Empty bays ----
 
-bool is_listed(const Listing& listing, const char* name) {
+bool is_listed(const Listing& listing, const Line& bay) {
     for (size_t i = 0; i < listing.count; i++) {
-        if (strcmp(listing.lines[i].name, name) == 0) return true;
+        const Line& line = listing.lines[i];
+        if (line.kind == bay.kind && line.number == bay.number && strcmp(line.word, bay.word) == 0) return true;
     }
     return false;
 }
@@ -132,7 +140,7 @@ bool is_listed(const Listing& listing, const char* name) {
 bool add_bay(Listing& listing, const struct disk_path& row) {
     Line bay;
     name_by_row(row, bay);
-    if (is_listed(listing, bay.name)) return true;
+    if (is_listed(listing, bay)) return true;
     Line* line = add_line(listing);
     if (line != nullptr) *line = bay;
     return line != nullptr;
@@ -183,7 +191,9 @@ void print(const Listing& listing) {
     qsort(listing.lines, listing.count, sizeof(Line), compare_lines);
     for (size_t i = 0; i < listing.count; i++) {
         const Line& line = listing.lines[i];
-        printf("%s\t%s\t%s\n", line.device, line.name, line.address);
+        printf("%s\t%s", line.device, line.word != nullptr ? line.word : "-");
+        if (line.word != nullptr) printf("%d", line.number);
+        printf("\t%s\n", line.address);
     }
 }
 

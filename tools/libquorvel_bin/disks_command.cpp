@@ -58,18 +58,21 @@ void set_text(char (&target)[Size], std::string_view text) {
 
 // ---- One disk ----
 
-// The last component of a link that is an address, host:channel:target:lun.
+// host:channel:target:lun
+bool is_address(std::string_view component) {
+    return component.find_first_not_of("0123456789:") == std::string_view::npos &&
+           std::count(component.begin(), component.end(), ':') == 3;
+}
+
+// The last component of a link that is an address, or "-".
 std::string_view address_in(std::string_view link) {
-    std::string_view address;
-    for (int i = 1;; i++) {
-        std::string_view component = quorvel::path_component(link, i);
-        if (component.empty()) return address;
-        bool plain = component.find_first_not_of("0123456789:") == std::string_view::npos;
-        long colons = 0;
-        for (char c : component)
-            colons += c == ':' ? 1 : 0;
-        if (plain && colons == 3) address = component;
+    while (!link.empty()) {
+        size_t slash = link.rfind('/') + 1;  // 0 in front of the first component
+        std::string_view component(link.data() + slash, link.size() - slash);
+        if (is_address(component)) return component;
+        link.remove_suffix(component.size() + (slash > 0 ? 1 : 0));
     }
+    return "-";
 }
 
 void name_by_row(const struct disk_path& row, Line& line) {
@@ -105,25 +108,20 @@ void name_by_rules(Line& line) {
 
 // The path that a disk's link makes, for the layout of sysfs: "/sys/block/LINK" or "/sys/block/DEVICE/LINK".
 void describe(const Listing& listing, Line& line) {
-    char entry[64], full[5120] = "/sys/block/";
+    char entry[64], full[5120];
     bool new_sysfs = listing.new_sysfs;
-    if (!new_sysfs) strcat(strcat(full, line.device), "/");
+    int base =
+        snprintf(full, sizeof full, "%s/%s%s", kBlockDevices, new_sysfs ? "" : line.device, new_sysfs ? "" : "/");
     (void)snprintf(entry, sizeof entry, "%s/%s%s", kBlockDevices, line.device, new_sysfs ? "" : "/device");
-    size_t base = strlen(full);
-    ssize_t length = readlink(entry, full + base, sizeof full - base);
+    ssize_t length = readlink(entry, full + base, sizeof full - static_cast<size_t>(base));
     if (length < 0) return;
     std::string_view link(full + base, static_cast<size_t>(length));
-    std::string_view address = address_in(link);
-    if (!address.empty()) set_text(line.address, address);
+    quorvel::DiskPlace disk({full, static_cast<size_t>(base + length)}, link);
+    set_text(line.address, address_in(link));
     if (listing.sets[0] == nullptr) {
         name_by_rules(line);
     } else {
-        name_by_tables(listing,
-                       {
-                           {full, base + link.size()},
-                           link
-        },
-                       line);
+        name_by_tables(listing, disk, line);
     }
 }
 

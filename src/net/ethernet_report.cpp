@@ -35,9 +35,8 @@ __attribute__((format(printf, 1, 2))) void report(const char* format, ...) {
     va_end(arguments);
 }
 
-// The first line of an attribute file. A file that does not open leaves `line` as it was and is no error.
-int read_attribute(const Path& path, char* line, size_t size) {
-    Descriptor file = open_for_reading(path.c_str());
+// The first line of an attribute file. A file that did not open leaves `line` as it was and is no error.
+int read_attribute(const Descriptor& file, const Path& path, char* line, size_t size) {
     if (!file) {
         report("Failed to open %s\n", path.c_str());
         return 0;
@@ -115,15 +114,19 @@ int print_usage(const char* word) {
 
 int read_eth_info(struct eth_info* info, const char* ifname) {
     if (info == nullptr || ifname == nullptr) return kNoDevice;
-    if (IsDirExist(Path(files::kNetInterfaceFormat, ifname).c_str()) == 0) {
+    Path address(files::kNetAddressFormat, ifname);
+    Descriptor address_file = open_for_reading(address.c_str());
+    // A file that opens shows that its directory is there.
+    if (!address_file && IsDirExist(Path(files::kNetInterfaceFormat, ifname).c_str()) == 0) {
         report("Specified device is not exist\n");
         return kNoDevice;
     }
-    if (int failure = read_attribute(Path(files::kNetAddressFormat, ifname), info->mac, sizeof info->mac)) {
-        return failure;
-    }
+    int failure = read_attribute(address_file, address, info->mac, sizeof info->mac);
+    if (failure != 0) return failure;
+    Path mtu_path(files::kNetMtuFormat, ifname);
     char mtu[16] = "";
-    if (int failure = read_attribute(Path(files::kNetMtuFormat, ifname), mtu, sizeof mtu)) return failure;
+    failure = read_attribute(open_for_reading(mtu_path.c_str()), mtu_path, mtu, sizeof mtu);
+    if (failure != 0) return failure;
     info->mtu = leading_int(mtu);
     ask_driver(*info, ifname);
     return 0;

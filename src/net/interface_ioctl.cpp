@@ -82,14 +82,17 @@ int take_result(Result result, struct ifreq& request, void* out) {
     return -1;
 }
 
+int ask_over(const Descriptor& open_socket, const Question& question, const char* ifname, void* out) {
+    struct ifreq request = request_for(ifname);
+    if (!issue(open_socket, question.request, question.request_name, request)) return -1;
+    return take_result(question.result, request, out);
+}
+
 int ask(const Question& question, const char* ifname, void* out) {
     bool stores = question.result != Result::number && question.result != Result::flags;
     if (ifname == nullptr || (stores && out == nullptr)) return -1;
     Descriptor open_socket = socket_for(question.function);
-    if (!open_socket) return -1;
-    struct ifreq request = request_for(ifname);
-    if (!issue(open_socket, question.request, question.request_name, request)) return -1;
-    return take_result(question.result, request, out);
+    return open_socket ? ask_over(open_socket, question, ifname, out) : -1;
 }
 
 }  // namespace
@@ -104,6 +107,12 @@ struct ifreq request_for(const char* ifname) {
     struct ifreq request = {};
     copy_text(request.ifr_name, sizeof request.ifr_name, ifname);
     return request;
+}
+
+int ask_address_and_netmask(const char* ifname, uint32_t* address, uint32_t* netmask) {
+    Descriptor open_socket = socket_for(kIpAddr.function);
+    if (!open_socket || ask_over(open_socket, kIpAddr, ifname, address) != 0) return -1;
+    return ask_over(open_socket, kNetmask, ifname, netmask);
 }
 
 }  // namespace quorvel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <net/if.h>
+#include <stdint.h>
 
 #include "foundation/handles.h"
 
@@ -12,5 +13,8 @@ Descriptor interface_socket();
 
 /// A cleared request that names an interface; a name that does not fit is cut.
 struct ifreq request_for(const char* ifname);
+
+/// Netdev_GetIpAddr, then Netdev_GetNetmask, over one socket. 0, or -1 at the first that fails.
+int ask_address_and_netmask(const char* ifname, uint32_t* address, uint32_t* netmask);
 
 }  // namespace quorvel

@@ -3,11 +3,10 @@
 #include <stdio.h>
 #include <string.h>
 
-#include <iterator>
-
 #include "foundation/options.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
+#include "net/interface_request.h"
 #include "quorvel/foundation.h"
 #include "quorvel/net.h"
 
@@ -155,9 +154,12 @@ int LibQuorvelBin_FillInfo(struct host_info* info, const char* ifname) {
     (void)LibQuorvelBin_Init(info);
     strncpy(info->if_name, ifname, sizeof info->if_name - 1);
     info->if_name[sizeof info->if_name - 1] = '\0';
-    if (LibQuorvelBin_GetIpInfo(ifname, &info->ip) != 0) return -1;
-    if (LibQuorvelBin_GetNetmask(ifname, &info->mask) != 0) return -1;
-    return complete(*info);
+    uint32_t address = 0;
+    uint32_t netmask = 0;
+    int result = ask_address_and_netmask(ifname, &address, &netmask);
+    memcpy(info->ip.u_ip, &address, sizeof address);
+    memcpy(info->mask.u_ip, &netmask, sizeof netmask);
+    return result == 0 ? complete(*info) : -1;
 }
 
 int LibQuorvelBin_PrintNetInfo(const struct host_info* info, int selection) {

@@ -17,6 +17,10 @@ inline constexpr char kPciDevices[] = "/proc/bus/pci/devices";
 inline constexpr char kOsRelease[] = "/proc/sys/kernel/osrelease";
 
 // Disk
+inline constexpr char kPartitions[] = "/proc/partitions";
+inline constexpr char kMounts[] = "/proc/mounts";
+inline constexpr char kTrialMountPoint[] = "/tmp/mount_test";
+inline constexpr char kSmartctlTool[] = "/usr/local/sbin/smartctl";
 
 // Raid
 

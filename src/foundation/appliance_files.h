@@ -25,6 +25,12 @@ inline constexpr char kSmartctlTool[] = "/usr/local/sbin/smartctl";
 // Raid
 
 // Net
+inline constexpr char kNetInterfaces[] = "/sys/class/net";
+inline constexpr char kNetInterfaceFormat[] = "/sys/class/net/%s";        // interface
+inline constexpr char kNetAddressFormat[] = "/sys/class/net/%s/address";  // interface
+inline constexpr char kNetMtuFormat[] = "/sys/class/net/%s/mtu";          // interface
+inline constexpr char kResolverSettings[] = "/etc/resolv.conf";
+inline constexpr char kOpensslTool[] = "/usr/local/ssl/bin/openssl";
 
 // Services
 

@@ -30,7 +30,11 @@ inline constexpr char kSlotNode[] = "/dev/disk%d";                           // 
 inline constexpr char kFrontTool[] = "/usr/local/sbin/frontctl";
 inline constexpr char kPhysicalVolumes[] = "/tmp/pvlist";
 inline constexpr char kLogicalVolumes[] = "/tmp/lvlist";
-inline constexpr char kMounts[] = "/mnt/";
+inline constexpr char kMountPoints[] = "/mnt/";
+inline constexpr char kPartitions[] = "/proc/partitions";
+inline constexpr char kMounts[] = "/proc/mounts";
+inline constexpr char kTrialMountPoint[] = "/tmp/mount_test";
+inline constexpr char kSmartctlTool[] = "/usr/local/sbin/smartctl";
 
 // Raid
 

@@ -113,15 +113,15 @@ TEST_F(NamingFiles, ExtensionSlots) {
 
 TEST_F(NamingFiles, SectionsFollowTheCard) {
     const std::string file =
-        "extslot1=SATA,1,any,a\n[1912:0015]\nextslot1=SATA,2,renesas,a\n[1033:0194]\nextslot1=SATA,3,nec,a\n[1033:x\n";
+        "extslot1=SATA,1,any,a\n[1912:0015]\nextslot1=SATA,2,newer,a\n[1033:0194]\nextslot1=SATA,3,older,a\n[1033:x\n";
     auto paths = [&] { return extension_slots(file); };
-    const std::string any = ";\nHDD_INTERNAL=1,\tany,\ta\n", renesas = "HDD_INTERNAL=2,\trenesas,\ta\n",
-                      nec = "HDD_INTERNAL=3,\tnec,\ta\n";
-    EXPECT_EQ(paths(), any + renesas + nec) << "no PCI list";
+    const std::string any = ";\nHDD_INTERNAL=1,\tany,\ta\n", newer = "HDD_INTERNAL=2,\tnewer,\ta\n",
+                      older = "HDD_INTERNAL=3,\tolder,\ta\n";
+    EXPECT_EQ(paths(), any + newer + older) << "no PCI list";
     write_file("/proc/bus/pci/devices", "0100\t10330195\t10\n0200\t1912\n");
-    EXPECT_EQ(paths(), any + renesas + nec) << "no known card";
+    EXPECT_EQ(paths(), any + newer + older) << "no known card";
     write_file("/proc/bus/pci/devices", "0100\t10330194\t10\n0200\t19120015\t10\n0300\t8086");
-    EXPECT_EQ(paths(), any + renesas) << "the last known card counts";
+    EXPECT_EQ(paths(), any + newer) << "the last known card counts";
     write_file("/proc/bus/pci/devices", "0100\t19120014\t10\n");
     EXPECT_EQ(paths(), any);
 }

@@ -37,7 +37,6 @@ const Forward kInternal[] = {
     {"multi-id",      kNew, "pci0/1f.2/host0/x/target0:0:4/0:0:4:0",                   "disk5"},
     {"multi-id",      kNew, "pci0/1f.2/host0/x/target1:0:4/0:0:4:0",                   "none" },
     {"",              kNew, "pci0/1f.2/02.0/x/host7/target7:0:0",                      "disk8"},
-    {"",              kNew, "pci0",                                                    "none" },
     {"",              kNew, "pci0/1f.2/02.0/x/hosthosthosthosthosthosthosthost7/more", "none" },  // 33 characters
     {"",              kNew, "pci0/1f.2/02.0/x/host2147483647/more",                    "disk-2147483648"},
 };
@@ -46,7 +45,6 @@ const Forward kUsb[] = {
     {"",                   kOld, "pci0/02.0/usb12/3-1/3-1:1.0/host4",        "usbdisk12"},
     {"",                   kNew, "pci0/usb1/usb/us/u",                       "usbdisk0"},
     {"single-roothub",     kNew, "pci0/1d.7/02.0/usb1/x/1-3/1-3:1.0",        "usbdisk3"},
-    {"single-roothub",     kNew, "pci0/1d.7/02.0/usb1/x/1/1-3:1.0",          "usbdisk0"},
     {"single-roothub",     kNew, "pci0/1d.7/02.0/usb1",                      "usbdisk0"},
     {"single-roothub+hub", kNew, "pci0/1d.7/02.0/usb1/x/1-1/1-1.3/1-1.3:1.0", "usbdisk3"},
     {"single-roothub+hub", kNew, "pci0/1d.7/02.0/usb1/x/1-1/1-1",            "usbdisk0"},
@@ -56,7 +54,6 @@ const Forward kUsb[] = {
     {"borel-platform",     kNew, "pci0/1d.7/02.0/usb1/1-1/1-1:1.0",          "usbdisk4"},
     {"borel-platform",     kNew, "pci0/1d.7/02.0/usb1/1-2/1-2:1.0",          "usbdisk3"},
     {"borel-platform",     kNew, "pci0/1d.7/02.0/usb1/1-3/1-3:1.0",          "usbdisk4"},
-    {"borel-platform",     kNew, "pci0/1d.7/02.0/usb1/1-4/1-4:1.0",          "usbdisk3"},
     {"borel-platform",     kNew, "pci0/1d.7/02.0/usb1/1-4/1-4:1.0",          "usbdisk4", true},
     {"borel-platform",     kNew, "pci0/1d.7/02.0/usb1/5-/5-1:1.0",           "usbdisk0"},
 };
@@ -92,8 +89,7 @@ TEST_F(NamingRules, NamesArmadaDisksByTheirRecord) {
     EXPECT_EQ(diskname("sdb"), "none") << "a link too short for a number";
     record_disk(2, "10");
     EXPECT_EQ(diskname("sda"), "none") << "not attached";
-    record_disk(3, "01");
-    write_file("/etc/tevra/diskinfo", "usb_disk3=\n");
+    write_file("/etc/tevra/diskinfo", "usb_disk2=\n");
     EXPECT_EQ(diskname("sda"), "none") << "not recorded";
 }
 
@@ -115,7 +111,6 @@ const Reverse kInternalSlots[] = {
 };
 const Reverse kPorts[] = {
     {"multi-roothub",      "usbdisk2", "host7", "usb2/2-1/2-1:1.0"},
-    {"",                   "usbdisk2", "host7", "usb2/2-1/2-1:1.0"},
     {"single-roothub",     "usbdisk3", "host7", "usb1/1-3/1-3:1.0"},
     {"single-roothub+hub", "usbdisk4", "host7", "usb1/1-1.4/1-1.4:1.0"},
     {"borel-platform",     "usbdisk2", "host7", "usb1/1-2/1-2:1.0", true},
@@ -231,14 +226,13 @@ TEST_F(NamingRules, BusOfASerialNumber) {
     EXPECT_EQ(get_bus_number_from_udevid(std::string(31, 'A').c_str()), 2);
     debug = 10;
     write_file("/proc/bus/usb/devices", "T:  Bus=10 x\nS:  SerialNumber=A\n");
-    EXPECT_EQ(
-        printed_by([] { get_bus_number_from_udevid("B"); }),
-        "[get_bus_number_from_udevid]>line [T:  Bus=10 x\n][-1] \n[get_bus_number_from_udevid]>p_bus = 0 x\n\n"
-        "[get_bus_number_from_udevid]>p_bus = 0 contiune\n[get_bus_number_from_udevid]>bus = [-1] \n"
-        "[get_bus_number_from_udevid]>line [S:  SerialNumber=A\n][-1] \n[get_bus_number_from_udevid]>p_seri = return "
-        "break\n"
-        "[get_bus_number_from_udevid]>serial = [A] \n[get_bus_number_from_udevid]>udev_id[B] = serial[A] \n"
-        "[get_bus_number_from_udevid]>serial NG. initialize bus numberk\n[get_bus_number_from_udevid]>bus [-1]\n");
+    std::string traces = printed_by([] { get_bus_number_from_udevid("B"); });
+    for (size_t at = 0; (at = traces.find("[get_bus_number_from_udevid]", at)) != std::string::npos;)
+        traces.erase(at, 28);
+    EXPECT_EQ(traces,
+              ">line [T:  Bus=10 x\n][-1] \n>p_bus = 0 x\n\n>p_bus = 0 contiune\n>bus = [-1] \n"
+              ">line [S:  SerialNumber=A\n][-1] \n>p_seri = return break\n>serial = [A] \n"
+              ">udev_id[B] = serial[A] \n>serial NG. initialize bus numberk\n>bus [-1]\n");
 }
 
 }  // namespace

@@ -23,6 +23,10 @@ inline constexpr char kOsRelease[] = "/proc/sys/kernel/osrelease";
 // Net
 
 // Services
+inline constexpr char kIscsiSessions[] = "/proc/net/iet/session";
+inline constexpr char kIscsiDisks[] = "/etc/tevra/iscsi_disks%d";  // the configuration number
+inline constexpr char kServicePorts[] = "/etc/tevra/service_ports";
+inline constexpr char kBackupTask[] = "/etc/tevra/backup%d";  // the task number
 
 // Hardware
 

@@ -113,6 +113,7 @@ int set_StringbyKeyExtend(const char* path, const char* key, const char* value, 
     File target(locked ? fdopen(locked.number, "w") : nullptr);
     if (!target) {
         report_open_failure(__func__, temporary.c_str());
+        if (locked) (void)unlink(temporary.c_str());
         return -1;
     }
     (void)locked.release();

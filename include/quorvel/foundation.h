@@ -237,8 +237,8 @@ QUORVEL_API int LibQuorvelBin_SetConfValInString(const char* key, const char* va
  */
 
 /** Percent-encodes a text: every byte but A-Z a-z 0-9 - . _ ~ becomes "%" and two upper-case
- * hexadecimal digits, so that the result is safe in a URL path, a URL query and an rsync module
- * name. Bytes are taken as they are, whatever their character set.
+ * hexadecimal digits. That set is this library's own choice: the result is safe in a URL path, a URL
+ * query and an rsync module name. Bytes are taken as they are, whatever their character set.
  * @param dst   receives the encoded text and its terminator; three times the text plus one always
  * suffices
  * @param size  bytes of dst

@@ -42,10 +42,8 @@ int depth(const char* path) {
     int levels = 0;
     for (path += strspn(path, "/"); *path != '\0'; path += strspn(path, "/")) {
         std::string_view component(path, strcspn(path, "/"));
-        if (component == "..")
-            levels--;
-        else if (component != ".")
-            levels++;
+        if (component == "..") levels--;
+        if (component != ".." && component != ".") levels++;
         path += component.size();
     }
     return std::max(levels, 0);

@@ -18,27 +18,7 @@ namespace {
 constexpr char kFieldSeparator[] = "<>";
 constexpr size_t kLineSize = 1024;
 
-using Rule = Text<128>;
-
-void run_iptables(const Rule& rule) {
-    if (rule.cut) return;
-    (void)run_command(Text<kCommandSize>("iptables %s", rule.c_str()));
-}
-
-// The rules for one port, in the order in which they are added. Packets that leave are matched by
-// the port they go to.
-struct PortRule {
-    const char* chain;
-    const char* protocol;
-    const char* direction;
-};
-
-constexpr PortRule kPortRules[] = {
-    {"INPUT",  "tcp", "-i"},
-    {"INPUT",  "udp", "-i"},
-    {"OUTPUT", "tcp", "-o"},
-    {"OUTPUT", "udp", "-o"},
-};
+using Command = Text<kCommandSize>;
 
 const firewall_service* find_service(const char* name) {
     for (const firewall_service& service : set_firewall_tab) {
@@ -59,20 +39,25 @@ Interfaces current_interfaces() {
     return {"eth", network_port_count()};
 }
 
-// A missing flag allows, and so does everything but "0".
+// A missing flag allows, and so does everything but "0". No line has as many fields as characters.
 bool is_denied(const char* line, int port) {
+    if (port >= static_cast<int>(kLineSize)) return false;
     char flag[kLineSize] = "";
     (void)LibQuorvelBin_GetSpecifiedKey(flag, sizeof flag, line, kFieldSeparator, port + 2);
     return strcmp(flag, "0") == 0;
 }
 
+// Packets that leave are matched by the port they go to.
+void deny_port(int port, const char* interface) {
+    (void)run_command(Command("iptables -A INPUT -p tcp --dport %d -j DROP -i %s", port, interface));
+    (void)run_command(Command("iptables -A INPUT -p udp --dport %d -j DROP -i %s", port, interface));
+    (void)run_command(Command("iptables -A OUTPUT -p tcp --dport %d -j DROP -o %s", port, interface));
+    (void)run_command(Command("iptables -A OUTPUT -p udp --dport %d -j DROP -o %s", port, interface));
+}
+
 void deny_service(const firewall_service& service, const char* interface) {
-    for (int i = 0; i < service.port_count; i++) {
-        for (const PortRule& rule : kPortRules) {
-            run_iptables(Rule("-A %s -p %s --dport %d -j DROP %s %s", rule.chain, rule.protocol, service.ports[i],
-                              rule.direction, interface));
-        }
-    }
+    for (int i = 0; i < service.port_count; i++)
+        deny_port(service.ports[i], interface);
 }
 
 void apply_line(const char* line, const Interfaces& interfaces) {
@@ -98,7 +83,7 @@ int network_port_count() {
 }
 
 void flush_rules() {
-    run_iptables(Rule("--table filter --flush"));
+    (void)run_command(Command("iptables --table filter --flush"));
 }
 
 void apply_ports_file(int descriptor) {

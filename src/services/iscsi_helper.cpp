@@ -17,85 +17,100 @@ using namespace quorvel;
 
 namespace {
 
-constexpr std::string_view kBar = "<>";
+using Parts = std::initializer_list<std::string_view>;
 
-// A report line is put together here: a busy server has thousands, and printf would be most of
-// their cost.
-void print_line(std::initializer_list<std::string_view> parts) {
-    char line[8192];  // more than three pieces of the session file and two names
-    size_t length = 0;
-    for (std::string_view part : parts) {
-        memcpy(line + length, part.data(), part.size());
-        length += part.size();
-    }
-    (void)fwrite(line, 1, length, stdout);
-}
-
-// A text that outlives the line it was found in.
-struct HeldText {
-    char chars[1024];
+// Texts one behind the other. A busy server has thousands of report lines, and printf would be most
+// of their cost.
+template <size_t Size>
+struct JoinedText {
+    char chars[Size];
     size_t length = 0;
 };
 
-void hold(HeldText& held, std::string_view text) {
-    held.length = std::min(text.size(), sizeof held.chars);
-    memcpy(held.chars, text.data(), held.length);
+template <size_t Size>
+void join(JoinedText<Size>& joined, Parts parts) {
+    for (std::string_view part : parts) {
+        size_t length = std::min(part.size(), Size - joined.length);
+        memcpy(joined.chars + joined.length, part.data(), length);
+        joined.length += length;
+    }
 }
 
-std::string_view view(const HeldText& held) {
-    return {held.chars, held.length};
+template <size_t Size>
+void replace(JoinedText<Size>& joined, Parts parts) {
+    joined.length = 0;
+    join(joined, parts);
 }
 
-// Where the walk through the session file is.
-struct SessionWalk {
-    HeldText tid;
-    HeldText sid;  // of the latest session, whichever target it was of
-    char target[kTargetName];
-    char initiator[kInitiatorName];
-    std::string_view target_name;
-    std::string_view initiator_name;
+template <size_t Size>
+std::string_view view(const JoinedText<Size>& joined) {
+    return {joined.chars, joined.length};
+}
+
+constexpr size_t kPiece = 2048;             // more than a line of the session file
+constexpr size_t kReportLine = 3 * kPiece;  // more than a line of the report
+
+// The report, and where the walk through the session file is, in pieces of a report line.
+struct SessionReport {
+    JoinedText<16384 + kReportLine> lines;
+    JoinedText<kPiece> target;   // "TID<>TARGET<>"
+    JoinedText<kPiece> session;  // "SID<>INITIATOR<>" of the latest session, whichever target it was of
+    size_t sid_length = 0;
     bool idle_target = false;  // the target has shown neither a session nor a connection
 };
 
-void end_target(const SessionWalk& walk) {
-    if (!walk.idle_target) return;
-    print_line({view(walk.tid), kBar, walk.target_name, kBar, view(walk.sid), "<><>\n"});
+void flush(SessionReport& report) {
+    (void)fwrite(report.lines.chars, 1, report.lines.length, stdout);
+    report.lines.length = 0;
 }
 
-void begin_target(SessionWalk& walk, std::string_view text) {
-    hold(walk.tid, number_text(text));
-    walk.target_name = target_name(text, walk.target);
-    walk.idle_target = true;
+void add_line(SessionReport& report, Parts parts) {
+    if (sizeof report.lines.chars - report.lines.length < kReportLine) flush(report);
+    join(report.lines, parts);
 }
 
-void begin_session(SessionWalk& walk, std::string_view text) {
-    hold(walk.sid, number_text(text));
-    walk.initiator_name = initiator_name(text, walk.initiator);
-    walk.idle_target = false;
+void begin_target(SessionReport& report, const SessionLine& line) {
+    char buffer[kTargetName];
+    replace(report.target, {number_text(line), "<>", target_name(line, buffer), "<>"});
+    report.idle_target = true;
 }
 
-void print_connection(SessionWalk& walk, std::string_view text) {
-    print_line({view(walk.tid), kBar, walk.target_name, kBar, view(walk.sid), kBar, walk.initiator_name, kBar,
-                initiator_address(text), "\n"});
-    walk.idle_target = false;
+void begin_session(SessionReport& report, const SessionLine& line) {
+    char buffer[kInitiatorName];
+    std::string_view sid = number_text(line);
+    replace(report.session, {sid, "<>", initiator_name(line, buffer), "<>"});
+    report.sid_length = sid.size();
+    report.idle_target = false;
+}
+
+void add_connection(SessionReport& report, const SessionLine& line) {
+    add_line(report, {view(report.target), view(report.session), initiator_address(line), "\n"});
+    report.idle_target = false;
+}
+
+void end_target(SessionReport& report) {
+    std::string_view sid(report.session.chars, report.sid_length);
+    if (report.idle_target) add_line(report, {view(report.target), sid, "<><>\n"});
 }
 
 int session_info(const char*) {
     if (from_cmdline != 1) return 0;
     SessionFile sessions;
-    SessionWalk walk;
-    SessionLine kind;
-    for (std::string_view text; sessions && next_session_line(sessions, kind, text);) {
-        if (kind == SessionLine::kTarget) {
-            end_target(walk);
-            begin_target(walk, text);
-        } else if (kind == SessionLine::kSession) {
-            begin_session(walk, text);
+    SessionReport report;
+    replace(report.target, {"<><>"});
+    replace(report.session, {"<><>"});
+    for (SessionLine line; sessions && next_session_line(sessions, line);) {
+        if (line.kind == SessionKind::kTarget) {
+            end_target(report);
+            begin_target(report, line);
+        } else if (line.kind == SessionKind::kSession) {
+            begin_session(report, line);
         } else {
-            print_connection(walk, text);
+            add_connection(report, line);
         }
     }
-    end_target(walk);
+    end_target(report);
+    flush(report);
     return 0;
 }
 
@@ -121,10 +136,9 @@ int count_connected(const char*) {
     if (!sessions) return 0;
     int count = 0;
     bool armed = false;
-    SessionLine kind;
-    for (std::string_view text; next_session_line(sessions, kind, text);) {
-        if (kind == SessionLine::kConnection && armed) count++;
-        if (kind != SessionLine::kTarget) armed = kind == SessionLine::kSession;
+    for (SessionLine line; next_session_line(sessions, line);) {
+        if (line.kind == SessionKind::kConnection && armed) count++;
+        if (line.kind != SessionKind::kTarget) armed = line.kind == SessionKind::kSession;
     }
     answer(count);
     return count;

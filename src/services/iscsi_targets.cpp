@@ -25,20 +25,24 @@ bool mark_seen(SeenNumbers& seen, int tid) {
     return before;
 }
 
-bool next_target(SessionFile& sessions, std::string_view& text) {
-    SessionLine kind;
-    while (next_session_line(sessions, kind, text)) {
-        if (kind == SessionLine::kTarget) return true;
+bool next_target(SessionFile& sessions, SessionLine& line) {
+    while (next_session_line(sessions, line)) {
+        if (line.kind == SessionKind::kTarget) return true;
     }
     return false;
+}
+
+void copy_target_name(const SessionLine& line, std::span<char, kTargetName> name) {
+    char buffer[kTargetName];
+    copy_text(name.data(), name.size(), target_name(line, buffer));
 }
 
 // The name on the first line of a tid.
 void name_target(int tid, std::span<char, kTargetName> name) {
     SessionFile sessions;
-    for (std::string_view text; sessions && next_target(sessions, text);) {
-        if (target_number(text) != tid) continue;
-        (void)target_name(text, name);
+    for (SessionLine line; sessions && next_target(sessions, line);) {
+        if (target_number(line) != tid) continue;
+        copy_target_name(line, name);
         return;
     }
 }
@@ -59,10 +63,10 @@ void find_targets(std::span<TargetSearch> searches) {
     if (missing == 0) return;
     SessionFile sessions;
     SeenNumbers seen;
-    for (std::string_view text; missing > 0 && sessions && next_target(sessions, text);) {
-        int tid = target_number(text);
+    for (SessionLine line; missing > 0 && sessions && next_target(sessions, line);) {
+        int tid = target_number(line);
         bool repeated = mark_seen(seen, tid);
-        std::string_view short_name = short_target_name(text);
+        std::string_view short_name = short_target_name(line);
         for (TargetSearch& search : searches) {
             if (!is_open(search) || search.short_name != short_name) continue;
             search.matched = true;
@@ -70,7 +74,7 @@ void find_targets(std::span<TargetSearch> searches) {
             missing--;
             if (tid == -1) continue;
             // The kernel gives each target a tid of its own, so that this line is the first of it.
-            if (!repeated) (void)target_name(text, search.name);
+            if (!repeated) copy_target_name(line, search.name);
             if (repeated) name_target(tid, search.name);
         }
     }
@@ -79,11 +83,11 @@ void find_targets(std::span<TargetSearch> searches) {
 int free_target_number() {
     enum : unsigned char { kUnused, kNamed, kNameless } states[kMostTargets + 1] = {};
     SessionFile sessions;
-    for (std::string_view text; sessions && next_target(sessions, text);) {
-        int tid = target_number(text);
+    for (SessionLine line; sessions && next_target(sessions, line);) {
+        int tid = target_number(line);
         if (tid < 1 || tid > kMostTargets || states[tid] != kUnused) continue;
         char name[kTargetName];
-        states[tid] = target_name(text, name).empty() ? kNameless : kNamed;
+        states[tid] = target_name(line, name).empty() ? kNameless : kNamed;
     }
     for (int tid = 1; tid <= kMostTargets; tid++) {
         if (states[tid] != kNamed) return tid;

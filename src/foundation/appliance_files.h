@@ -47,6 +47,10 @@ inline constexpr char kResolverSettings[] = "/etc/resolv.conf";
 inline constexpr char kOpensslTool[] = "/usr/local/ssl/bin/openssl";
 
 // Services
+inline constexpr char kIscsiSessions[] = "/proc/net/iet/session";
+inline constexpr char kIscsiDisks[] = "/etc/tevra/iscsi_disks%d";  // configuration number
+inline constexpr char kServicePorts[] = "/etc/tevra/service_ports";
+inline constexpr char kBackupTask[] = "/etc/tevra/backup%d";  // task number
 
 // Hardware
 

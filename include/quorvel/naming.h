@@ -18,9 +18,7 @@
 
 QUORVEL_BEGIN_DECLS
 
-/* ---- Slot tables
- * ---------------------------------------------------------------------------------------------
- */
+/* ---- Slot tables ---- */
 
 /** What a row of a slot table describes. */
 enum {
@@ -104,8 +102,7 @@ QUORVEL_API void disk_path_dump(const struct disk_path* set);
  * @return 0. */
 QUORVEL_API int LibQuorvelBin_DumpDiskPathConfig(void);
 
-/* ---- Names
- * ---------------------------------------------------------------------------------------------------
+/* ---- Names ----
  *
  * Names are taken with or without "/dev/": what stands behind the first "dev/" counts, up to the
  * first line feed. Names of fewer than 2 characters are refused. A name conversion answers with
@@ -146,8 +143,7 @@ QUORVEL_API int LibQuorvelBin_GetScsiIDFromDiskname(const char* name, char* dst,
  * @return the bus, or -1. Traces every line above debug level 9. */
 QUORVEL_API int get_bus_number_from_udevid(const char* udev_id);
 
-/* ---- Presence, power, LVM and spool
- * --------------------------------------------------------------------------
+/* ---- Presence, power, LVM and spool ----
  *
  * None of these print their answer.
  */

@@ -14,9 +14,7 @@
 
 QUORVEL_BEGIN_DECLS
 
-/* ---- Hardware platform
- * ---------------------------------------------------------------------------------------
- */
+/* ---- Hardware platform ---- */
 
 /** Platform numbers, in the order in which they are tested. */
 enum {
@@ -75,9 +73,7 @@ QUORVEL_API char* LibQuorvelBin_GetPlatformStr(char* buf, size_t size);
  * quotes, or does not fit. */
 QUORVEL_API char* LibQuorvelBin_GetSeriesName(char* dst, size_t size);
 
-/* ---- Kernel version
- * ------------------------------------------------------------------------------------------
- */
+/* ---- Kernel version ---- */
 
 /** A kernel release a.b.c.d-suffix. */
 struct os_version {

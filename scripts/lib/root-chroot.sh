@@ -90,6 +90,7 @@ run_in_chroot() (
     make_chroot_dir
     fill_chroot "$build" "$1"
     confine
-    env -i "${root_environment[@]}" "${isolated[@]}" "${confined[@]}" \
+    # Without procfs the loader does not know where a program came from.
+    env -i "${root_environment[@]}" "LD_LIBRARY_PATH=$build" "${isolated[@]}" "${confined[@]}" \
         chroot "$root" /bin/sh /source/scripts/lib/inside-root "$@"
 )

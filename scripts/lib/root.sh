@@ -2,7 +2,7 @@
 # The disposable root: an empty machine with the host's programs, in which a
 # test or a sample appliance may write any path it likes. Source after common.sh.
 #
-#   run_in_root [--net] PROGRAM [ARGUMENTS...]
+#   run_in_root [--net | --net-if-possible] PROGRAM [ARGUMENTS...]
 #
 # Inside, /etc /proc /sys /dev /sbin /usr/local /tmp /var/tmp /mnt /root /run are
 # empty and writable, the host's /usr is read-only, the project is /source and its
@@ -27,10 +27,11 @@ build_dir_of() {
     printf '%s\n' "${dir:-${QUORVEL_BUILD_DIR:-$project_dir/build}}"
 }
 
-# What bubblewrap needs to give this place a root, or failure when it cannot. A
-# container that refuses a new procfs still lets its own be shown.
-bwrap_base() {
-    local proc
+# Whether bubblewrap makes a root here, with a network of its own when wanted;
+# leaves the arguments for it in base. A container that refuses a new procfs still
+# lets its own be shown.
+bwrap_works() {
+    local net=$1 proc
     have bwrap || return 1
     for proc in '--proc /realproc' '--ro-bind /proc /realproc'; do
         base=(--unshare-user --uid 0 --gid 0 --cap-add ALL --unshare-pid --unshare-ipc
@@ -38,6 +39,7 @@ bwrap_base() {
             --ro-bind /usr /usr --tmpfs /usr/local)
         # shellcheck disable=SC2206  # two or three words on purpose
         base+=($proc)
+        [[ $net == no ]] || base+=(--unshare-net)
         if bwrap "${base[@]}" --symlink usr/lib /lib --symlink usr/lib64 /lib64 \
             --dev /dev /usr/bin/true 2>/dev/null; then return 0; fi
     done
@@ -45,13 +47,8 @@ bwrap_base() {
 }
 
 run_in_bwrap() {
-    local build=$1 net=$2 arguments=("${base[@]}") name dir
+    local build=$1 arguments=("${base[@]}") name dir
     shift 2
-    if [[ $net == yes ]]; then
-        arguments+=(--unshare-net)
-        bwrap "${base[@]}" --unshare-net --symlink usr/lib /lib --symlink usr/lib64 /lib64 \
-            /usr/bin/true 2>/dev/null || return "$cannot_offer"
-    fi
     for name in bin lib lib32 lib64 libx32; do
         [[ -e /usr/$name ]] && arguments+=(--symlink "usr/$name" "/$name")
     done
@@ -78,7 +75,7 @@ run_in_bwrap() {
 collect_environment() {
     local name
     root_environment=("PATH=${APPLIANCE_MODEL:+/build:}$root_path" HOME=/root LANG=C.UTF-8
-        "TERM=${TERM:-dumb}")
+        "TERM=${TERM:-dumb}" "APPLIANCE_NETWORK=$1")
     for name in $(compgen -e); do
         case $name in
             ASAN_OPTIONS | UBSAN_OPTIONS | LSAN_OPTIONS | GTEST_* | APPLIANCE_MODEL)
@@ -87,20 +84,31 @@ collect_environment() {
     done
 }
 
+# Chooses how a root is made here, with a network of its own when wanted: leaves
+# bwrap or chroot in how, or nothing and fails.
+choose_root() {
+    local net=$1 mode=${QUORVEL_ROOT_MODE:-}
+    how=
+    if [[ $mode != chroot ]] && bwrap_works "$net"; then
+        how=bwrap
+    elif [[ $mode != bwrap && $EUID -eq 0 ]]; then
+        if [[ $net == no ]] || unshare --net true 2>/dev/null; then how=chroot; fi
+    fi
+    [[ -n $how ]]
+}
+
 run_in_root() {
-    local net=no build mode=${QUORVEL_ROOT_MODE:-} root_environment base
-    if [[ ${1:-} == --net ]]; then
+    local net=no how='' build root_environment base
+    if [[ $1 == --net* ]]; then
         net=yes
+        if ! choose_root yes && [[ $1 == --net-if-possible ]]; then net=no; fi
         shift
     fi
-    build=$(build_dir_of "$1")
-    collect_environment
-    if [[ $mode != chroot ]] && bwrap_base; then
-        run_in_bwrap "$build" "$net" "$@"
-    elif [[ $mode != bwrap && $EUID -eq 0 ]]; then
-        run_in_chroot "$build" "$net" "$@"
-    else
-        say "no disposable root here: bubblewrap cannot make one and the user is not root"
+    if [[ -z $how ]] && ! choose_root "$net"; then
+        say "no disposable root here (network of its own: $net): namespaces are refused"
         return "$cannot_offer"
     fi
+    build=$(build_dir_of "$1")
+    collect_environment "$net"
+    "run_in_$how" "$build" "$net" "$@"
 }

@@ -20,6 +20,20 @@ inline constexpr char kDriverFirmware[] = "/proc/quorvel/firmware";
 inline constexpr char kRelease[] = "/etc/quorvel-release";
 
 // Disk
+inline constexpr char kDiskOrder[] = "/etc/diskpath.conf";
+inline constexpr char kExtensionSlots[] = "/etc/extslot.conf";
+inline constexpr char kBlockDevices[] = "/sys/block";
+inline constexpr char kScsiDevices[] = "/sys/bus/scsi/devices";
+inline constexpr char kScsiHostTarget[] = "/sys/class/scsi_host/host%d/device/target%d:0:0/%d:0:0:0/";  // host, thrice
+inline constexpr char kUsbDevices[] = "/proc/bus/usb/devices";
+inline constexpr char kDeviceLinks[] = "/var/tmp/devlink";
+inline constexpr char kDiskInfo[] = "/etc/tevra/diskinfo";
+inline constexpr char kSlotHotplug[] = "/proc/quorvel/gpio/hotplug/sata%d";  // slot index
+inline constexpr char kSlotNode[] = "/dev/disk%d";                           // slot
+inline constexpr char kFrontTool[] = "/usr/local/sbin/frontctl";
+inline constexpr char kPhysicalVolumes[] = "/tmp/pvlist";
+inline constexpr char kLogicalVolumes[] = "/tmp/lvlist";
+inline constexpr char kMounts[] = "/mnt/";
 
 // Raid
 

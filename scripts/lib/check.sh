@@ -1,0 +1,29 @@
+# shellcheck shell=bash
+# What every check starts from. A check fails by its exit status; everything it
+# prints is shown then. Source after setting -euo pipefail.
+# shellcheck source=scripts/lib/common.sh
+source "${BASH_SOURCE[0]%/*}/common.sh"
+cd "$project_dir"
+
+# Ends the check as not to be had here when a tool is missing.
+need() {
+    local tool
+    for tool in "$@"; do
+        have "$tool" || { echo "no $tool here" && exit "$cannot_offer"; }
+    done
+}
+
+# Ends the check when a list of findings is not empty.
+no_findings() {
+    local what=$1 findings=$2
+    [[ -z $findings ]] || { printf '%s:\n%s\n' "$what" "$findings" && exit 1; }
+}
+
+# shellcheck disable=SC2034  # used by checks
+shared_library=build/libquorvel_bin.so
+
+# The exported names as the version script lists them.
+listed_exports() { sed -nE 's/^ +([A-Za-z_0-9]+);.*/\1/p' src/libquorvel_bin.map | sort; }
+
+# The project's own C++ files below the given places.
+sources_in() { find "$@" -name '*.cpp' -o -name '*.h' | sort; }

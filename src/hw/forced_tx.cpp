@@ -1,10 +1,10 @@
-// The "Tx" line of boards whose serial controller lacks it: a GPIO behind two files of the appliance driver.
+#include "hw/forced_tx.h"
+
 #include <string.h>
 #include <unistd.h>
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
-#include "hw/modem_lines.h"
 
 namespace quorvel {
 

@@ -1,7 +1,6 @@
 #include "hw/modem_lines.h"
 
 #include <stdio.h>
-#include <string.h>
 #include <sys/ioctl.h>
 
 #include "foundation/code_table.h"

@@ -11,6 +11,7 @@
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
+#include "hw/forced_tx.h"
 #include "hw/modem_lines.h"
 #include "quorvel/foundation.h"
 #include "quorvel/hw.h"

@@ -1,4 +1,6 @@
 // Texts between the appliance's code page and UTF-8. Expected bytes are written out, not converted.
+#include <unistd.h>
+
 #include <cstring>
 #include <tuple>
 
@@ -28,7 +30,7 @@ TEST_F(CharacterSet, ConvertsUntilTheInputOrTheRoomEnds) {
         {"ISO-2022-JP", local2remote_UTF8, kNihon,        16, true,  kNihonJis + "\033(B\0-"s, ""                         },
         {"ISO-2022-JP", local2remote_UTF8, kNihon,        10, true,  kNihonJis + "\0--"s,      ""                         },
         {"CP932",       remote2local_UTF8, "",            1,  true,  "\0-"s,                   ""                         },
-        {"CP932",       remote2local_UTF8, "",            0,  false, "-",                      "dstsize(0) is too short\n"},
+        {"CP932",       remote2local_UTF8, "a",           0,  false, "-",                      "dstsize(0) is too short\n"},
         {"CP932",       local2remote_UTF8, "a",           1,  false, "?-",                     "dstsize(1) is too short\n"},
         {"CP932",       remote2local_UTF8, kNihonCp932,   6,  false, "\u65e5?-",               "dstsize(6) is too short\n"},
         {"CP932",       remote2local_UTF8, "ab\xff\x40z", 16, true,  "ab?\0-"s,                ""                         }, // invalid
@@ -77,7 +79,7 @@ TEST_F(CharacterSet, AFreshProcessKnowsCp932) {
         {
             char buffer[8] = "";
             local2remote_UTF8(buffer, sizeof buffer, kNihon);
-            exit(strcmp(buffer, kNihonCp932));
+            _exit(strcmp(buffer, kNihonCp932));
         },
         testing::ExitedWithCode(0), "");
 }

@@ -33,7 +33,9 @@ TEST_F(Frame, DumpShowsRowsOfEightBytes) {
     for (const auto& [title, length, text] : rows) {
         char address[32];
         snprintf(address, sizeof address, "%p: ", static_cast<const void*>(data));
-        EXPECT_EQ(printed_by([&] { EXPECT_EQ(dump(title, data, length), '\n'); }), std::string(address) + text);
+        Capture output;
+        EXPECT_EQ(dump(title, data, length), '\n');
+        EXPECT_EQ(output.text(), std::string(address) + text);
     }
 }
 

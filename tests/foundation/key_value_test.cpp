@@ -127,24 +127,26 @@ TEST_F(KeyValue, LeavesAFileAloneThatItCannotReadOrNotWriteWhole) {
 }
 
 TEST_F(KeyValue, WritersAtTheSameTimeLoseNothingAndAReaderNeverSeesHalfAFile) {
+    const auto value_of = [](const std::string& key) {
+        char value[8] = "";
+        get_StringbyKey(kFile, key.c_str(), value, sizeof value);
+        return std::string(value);
+    };
     write_file(kFile, "STAYS=yes\n");
-    constexpr int kWriters = 3;
-    for (int writer = 0; writer < kWriters; writer++) {
+    for (const std::string key : {"W0", "W1", "W2"}) {
         if (fork() != 0) continue;
-        for (int i = 0; i <= 20; i++)
-            set_StringbyKey(kFile, ("W" + std::to_string(writer)).c_str(), std::to_string(i).c_str());
-        _exit(0);
+        int lost = 0;
+        for (int i = 0; i < 40; i++) {
+            set_StringbyKey(kFile, key.c_str(), std::to_string(i).c_str());
+            lost += value_of(key) != std::to_string(i);
+        }
+        _exit(lost);
     }
-    for (int running = kWriters, reads = 0; running > 0; reads++) {
-        char value[8] = "";
-        ASSERT_NE(get_StringbyKey(kFile, "STAYS", value, sizeof value), nullptr) << reads;
-        ASSERT_STREQ(value, "yes");
-        if (waitpid(-1, nullptr, WNOHANG) > 0) running--;
-    }
-    for (const char* key : {"W0", "W1", "W2"}) {
-        char value[8] = "";
-        get_StringbyKey(kFile, key, value, sizeof value);
-        EXPECT_STREQ(value, "20") << key;
+    for (int running = 3, status = 0; running > 0;) {
+        ASSERT_EQ(value_of("STAYS"), "yes");
+        if (waitpid(-1, &status, WNOHANG) <= 0) continue;
+        EXPECT_EQ(status, 0);
+        running--;
     }
 }
 
@@ -157,7 +159,7 @@ TEST_F(KeyValue, GrepFindsTheFirstLineWithAText) {
     };
     EXPECT_EQ(found("two", 64), "one two\n");
     EXPECT_EQ(found("last", 64), "last");
-    EXPECT_EQ(found("%s", 30000), long_line);
+    EXPECT_EQ(found("%s", 20004), long_line.substr(0, 20002));
     EXPECT_EQ(found("ex", 5), "nex");  // pieces of three characters
     EXPECT_EQ(found("xt", 5), "none");
     char buffer[8];

@@ -11,7 +11,7 @@
 #include <thread>
 #include <tuple>
 
-#include "hw/modem_lines.h"
+#include "hw/forced_tx.h"
 #include "quorvel/foundation.h"
 #include "quorvel/hw.h"
 #include "support/appliance.h"

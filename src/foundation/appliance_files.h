@@ -33,6 +33,11 @@ inline constexpr char kLogicalVolumes[] = "/tmp/lvlist";
 inline constexpr char kMounts[] = "/mnt/";
 
 // Raid
+inline constexpr char kMdadmTool[] = "/sbin/mdadm";
+inline constexpr char kMemberPartition[] = "/dev/%s_%d";
+inline constexpr char kDevice[] = "/dev/%s";
+inline constexpr char kMdNode[] = "/dev/md%d";
+inline constexpr char kDataMount[] = "/mnt/%s";
 
 // Net
 

@@ -234,8 +234,8 @@ QUORVEL_API int LibQuorvelBin_PrintLcdString(void);
  *
  * diskmode and diskcap have no line end. They fill the mode tables first: an array or disk that is not listed prints
  * "array_mode=" or "disk_mode=" (also one beyond the tables' rows, which are left out).
- * @param argc, argv  argv[0] is the command word. The first two sub-commands take exactly one argument, the others
- * ignore theirs. Other sub-commands and counts print nothing; without a sub-command nothing is done at all.
+ * @param argv  argv[0] is the command word. The first two sub-commands take exactly one argument, the others ignore
+ * theirs. Other sub-commands and counts print nothing; without a sub-command nothing is done at all.
  * @return 0. Traces above debug level 9. */
 QUORVEL_API int LibQuorvelBin_MdHelper(int argc, char** argv);
 

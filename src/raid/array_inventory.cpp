@@ -30,7 +30,7 @@ constexpr size_t kNameSize = 128;
 
 // Data arrays stand in these rows whatever MAX_DISK_NUM is.
 constexpr int kFirstDataRow = 3;
-constexpr int kDataArrays = 8 - kFirstDataRow;
+constexpr size_t kDataArrays = 8 - kFirstDataRow;
 
 constexpr KeyField kArrayKeys[] = {
     {INFO_KEY_MDNAME,    offsetof(arrayinfo, md_name)},
@@ -49,15 +49,15 @@ struct DataArray {
 
 void read_data_arrays(DataArray (&arrays)[kDataArrays]) {
     KeyRequest requests[2 * kDataArrays];
-    for (int i = 0; i < kDataArrays; i++) {
+    for (size_t i = 0; i < kDataArrays; i++) {
         DataArray& array = arrays[i];
-        array.name.append("array%d", i + 1);
-        array.device_key.append("array%d_dev", i + 1);
+        array.name.append("array%zu", i + 1);
+        array.device_key.append("array%zu_dev", i + 1);
         requests[2 * i] = {array.name.c_str(), array.level, sizeof array.level};
         requests[2 * i + 1] = {array.device_key.c_str(), array.device, sizeof array.device};
     }
     (void)read_keys(files::kDiskInfo, requests);
-    for (int i = 0; i < kDataArrays; i++)
+    for (size_t i = 0; i < kDataArrays; i++)
         arrays[i].present = requests[2 * i].found || arrays[i].device[0] != '\0';
 }
 
@@ -68,16 +68,16 @@ void fill_md_trans_tbl() {
 
     DataArray arrays[kDataArrays];
     read_data_arrays(arrays);
-    for (int i = 0; i < kDataArrays && arrays[i].present; i++) {
+    for (size_t i = 0; i < kDataArrays && arrays[i].present; i++) {
         // A volume on a single disk: the number behind "disk" names the feature.
         const char* device = arrays[i].device;
         Text<kNameSize> feature;
         if (device[0] != '\0') {
             feature.append("DEVICE_HDD%s_EDP", device + std::min<size_t>(strlen(device), 4));
         } else {
-            feature.append("DEVICE_MD%d_REAL", i + 1);
+            feature.append("DEVICE_MD%zu_REAL", i + 1);
         }
-        LibQuorvelBin_SetMdTransTbl(kFirstDataRow + i, feature.c_str(), arrays[i].name.c_str());
+        LibQuorvelBin_SetMdTransTbl(kFirstDataRow + static_cast<int>(i), feature.c_str(), arrays[i].name.c_str());
     }
 }
 

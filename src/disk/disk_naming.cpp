@@ -31,7 +31,8 @@ GivenName::GivenName(const char* given) {
 
 namespace {
 
-// A device's link below /sys/block, and the path it makes.
+// A device's link below /sys/block, and the path it makes: "/sys/block/" with the link of the device's own entry, or,
+// where sysfs has the old layout, "/sys/block/DEVICE/" with that of its "device" entry.
 struct DevicePath {
     char full[4352];
     size_t link_at = 0;
@@ -46,14 +47,19 @@ struct DevicePath {
     }
 };
 
+char* put(char* at, std::string_view text) {
+    return static_cast<char*>(mempcpy(at, text.data(), text.size()));
+}
+
 bool find_path(const char* device, DevicePath& path) {
-    Text<kDiskNameSize + 32> base("%s/%s", files::kBlockDevices, path.new_sysfs ? "" : device);
-    if (!path.new_sysfs) base.append("/");
-    memcpy(path.full, base.c_str(), base.length);
-    path.link_at = base.length;
-    base.append("%s", path.new_sysfs ? device : "device");
-    if (!read_link(base.c_str(), path.full + path.link_at, sizeof path.full - path.link_at)) return false;
-    path.length = path.link_at + strlen(path.full + path.link_at);
+    char entry[2 * kDiskNameSize];
+    char* end = put(put(entry, files::kBlockDevices), "/");
+    if (!path.new_sysfs) end = put(put(end, device), "/");
+    path.link_at = static_cast<size_t>(end - entry);
+    *put(end, path.new_sysfs ? device : "device") = '\0';
+    char* link = put(path.full, {entry, path.link_at});
+    if (!read_link(entry, link, sizeof path.full - path.link_at)) return false;
+    path.length = path.link_at + strlen(link);
     return true;
 }
 

@@ -122,7 +122,10 @@ WiringSettings::WiringSettings() {
 }
 
 bool has_new_sysfs() {
-    return LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1;
+    constexpr uint64_t kFirstNew = 2ULL << 48 | 6ULL << 32 | 31ULL << 16 | 8;
+    struct os_version running = {};
+    (void)LibQuorvelBin_GetOsVer(&running);
+    return running.version >= kFirstNew;
 }
 
 int bus_of_recorded_disk(int port) {

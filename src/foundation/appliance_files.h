@@ -30,7 +30,11 @@ inline constexpr char kSlotNode[] = "/dev/disk%d";                           // 
 inline constexpr char kFrontTool[] = "/usr/local/sbin/frontctl";
 inline constexpr char kPhysicalVolumes[] = "/tmp/pvlist";
 inline constexpr char kLogicalVolumes[] = "/tmp/lvlist";
-inline constexpr char kMounts[] = "/mnt/";
+inline constexpr char kMountPoints[] = "/mnt/";
+inline constexpr char kPartitions[] = "/proc/partitions";
+inline constexpr char kMounts[] = "/proc/mounts";
+inline constexpr char kTrialMountPoint[] = "/tmp/mount_test";
+inline constexpr char kSmartctlTool[] = "/usr/local/sbin/smartctl";
 
 // Raid
 inline constexpr char kMdadmTool[] = "/sbin/mdadm";
@@ -40,6 +44,12 @@ inline constexpr char kMdNode[] = "/dev/md%d";
 inline constexpr char kDataMount[] = "/mnt/%s";
 
 // Net
+inline constexpr char kNetInterfaces[] = "/sys/class/net";
+inline constexpr char kNetInterfaceFormat[] = "/sys/class/net/%s";        // interface
+inline constexpr char kNetAddressFormat[] = "/sys/class/net/%s/address";  // interface
+inline constexpr char kNetMtuFormat[] = "/sys/class/net/%s/mtu";          // interface
+inline constexpr char kResolverSettings[] = "/etc/resolv.conf";
+inline constexpr char kOpensslTool[] = "/usr/local/ssl/bin/openssl";
 
 // Services
 

@@ -23,17 +23,20 @@ const struct platform_name platform_num2str[5] = {
 namespace {
 
 // The controllers that tell the two 12-bay platforms.
-struct TwelveBayDevices {
-    enum { k9480, k9485, k9125, k9120, k6440, kCount };
-    MarvellDevice devices[kCount] = {{"1b4b9480"}, {"1b4b9485"}, {"1b4b9125"}, {"1b4b9120"}, {"11ab6440"}};
+enum { k9480, k9485, k9125, k9120, k6440, kDevices };
+struct TwelveBay {
+    MarvellDevice devices[kDevices] = {{"1b4b9480"}, {"1b4b9485"}, {"1b4b9125"}, {"1b4b9120"}, {"11ab6440"}};
 
-    TwelveBayDevices() { find_marvell_devices(devices); }
-    bool nisk() const {
-        return (devices[k9480].present && devices[k9125].present) ||
-               (devices[k9485].present && (devices[k9125].present || devices[k9120].present));
-    }
-    bool pellmar() const { return devices[k6440].present; }
+    explicit TwelveBay(IsEnough is_enough) { find_marvell_devices(devices, is_enough); }
 };
+
+bool is_nisk(std::span<const MarvellDevice> devices) {
+    return (devices[k9480].present && devices[k9125].present) ||
+           (devices[k9485].present && (devices[k9125].present || devices[k9120].present));
+}
+bool is_pellmar(std::span<const MarvellDevice> devices) {
+    return devices[k6440].present;
+}
 
 }  // namespace
 
@@ -42,11 +45,11 @@ int LibQuorvelBin_IsBorelPlatform(void) {
 }
 
 int LibQuorvelBin_IsNiskPlatform12Bay(void) {
-    return TwelveBayDevices().nisk() ? 1 : 0;
+    return is_nisk(TwelveBay(is_nisk).devices) ? 1 : 0;
 }
 
 int LibQuorvelBin_IsPellmarPlatform12Bay(void) {
-    return TwelveBayDevices().pellmar() ? 1 : 0;
+    return is_pellmar(TwelveBay(is_pellmar).devices) ? 1 : 0;
 }
 
 int LibQuorvelBin_IsArmada370(void) {
@@ -57,9 +60,9 @@ int LibQuorvelBin_IsArmada370(void) {
 
 int LibQuorvelBin_GetPlatform(void) {
     if (LibQuorvelBin_IsBorelPlatform() == 1) return PLATFORM_BOREL;
-    TwelveBayDevices twelve_bay;
-    if (twelve_bay.nisk()) return PLATFORM_NISK_12BAY;
-    if (twelve_bay.pellmar()) return PLATFORM_PELLMAR_12BAY;
+    TwelveBay machine(is_nisk);
+    if (is_nisk(machine.devices)) return PLATFORM_NISK_12BAY;
+    if (is_pellmar(machine.devices)) return PLATFORM_PELLMAR_12BAY;
     return LibQuorvelBin_IsArmada370() == 1 ? PLATFORM_ARMADA370 : PLATFORM_UNKNOWN;
 }
 

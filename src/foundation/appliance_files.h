@@ -40,6 +40,11 @@ inline constexpr char kTrialMountPoint[] = "/tmp/mount_test";
 inline constexpr char kSmartctlTool[] = "/usr/local/sbin/smartctl";
 
 // Raid
+inline constexpr char kMdadmTool[] = "/sbin/mdadm";
+inline constexpr char kMemberPartition[] = "/dev/%s_%d";
+inline constexpr char kDevice[] = "/dev/%s";
+inline constexpr char kMdNode[] = "/dev/md%d";
+inline constexpr char kDataMount[] = "/mnt/%s";
 
 // Net
 inline constexpr char kNetInterfaces[] = "/sys/class/net";

@@ -19,10 +19,13 @@ PIPE = dict(stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.
 
 def install():
     """The staged tree becomes part of /usr, and the loader's cache knows it: loading costs what it costs on a board."""
+    # The host's cache is shown as a mount, which goes away when the host's is renewed.
     subprocess.run("mount -t overlay overlay -o lowerdir=/build/stage/usr:/usr /usr && cat /build/ld.so.conf >/etc/ld.so.conf"
-                   " && ldconfig -C /tmp/ld.so.cache && mount --bind /tmp/ld.so.cache /etc/ld.so.cache",
+                   " && umount /etc/ld.so.cache && rm /etc/ld.so.cache && ldconfig -C /etc/ld.so.cache",
                    shell=True, check=True)
     SCRATCH.mkdir()
+    # Boards set no locale, and reading one is not the tools' own work.
+    os.environ["LC_ALL"] = "C"
 
 
 def write_settings():
@@ -32,7 +35,7 @@ def write_settings():
 
 def write_settings_file(path, lines):
     Path(path).parent.mkdir(exist_ok=True)
-    Path(path).write_text("".join(f"SETTING_NUMBER_{i}={'value of this setting ' + str(i)}\n" for i in range(1, lines + 1)))
+    Path(path).write_text("".join(f"SETTING_{i:05}=value_{i:05}\n" for i in range(1, lines + 1)))
 
 
 def write_sessions(lines):
@@ -172,13 +175,14 @@ def measure_in_process(question):
         few, many = (measure(count) for count in (2, 12))
         return (many - few) / 10
 
-    ask = f"{BUILD}/bench_in_process"
+    def ask(way, count):
+        return [f"{BUILD}/bench_in_process", way, question.word, str(count), *question.arguments]
+
     row = dict(name=question.name, target=question.target)
     for way, function in (("floor", question.floor), ("library", question.function)):
-        tail = [question.word, *question.arguments]
-        row[way] = (each(lambda n: 1e6 * instructions([ask, way, str(n), *tail], function=function)),
-                    each(lambda n: system_calls([ask, way, str(n), *tail])))
-    floor, library = map(int, output([ask, "time", "41", *tail]).split())
+        row[way] = (each(lambda count: 1e6 * instructions(ask(way, count), function=function)),
+                    each(lambda count: system_calls(ask(way, count))))
+    floor, library = map(int, output(ask("time", 41)).split())
     return row | dict(wall=library / floor)
 
 

@@ -10,7 +10,7 @@ from dataclasses import dataclass, field
 COMMAND = "/usr/bin/libquorvel_bin"
 
 SMALL, LARGE = "/etc/bench/small", "/etc/bench/large"
-LAST_SMALL, LAST_LARGE = "SETTING_NUMBER_40", "SETTING_NUMBER_10000"
+LAST_SMALL, LAST_LARGE = "SETTING_00040", "SETTING_10000"
 SESSIONS = "/proc/net/iet/session"
 TWELVE = "sdc sda sdh sdb sdg sdd sdf sde sdj sdi sdm sdl".split()
 
@@ -118,7 +118,7 @@ class Question:
 
 def key_question(lines, target):
     return Question(f"`get_StringbyKey`, last key of {lines:,} lines", "get_StringbyKey", "floor_scan", "key",
-                    ["/etc/bench/lines", f"SETTING_NUMBER_{lines}"], target, lines, quick=lines < 1000)
+                    ["/etc/bench/lines", f"SETTING_{lines:05}"], target, lines, quick=lines < 1000)
 
 
 IN_PROCESS = [

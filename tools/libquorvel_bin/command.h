@@ -2,6 +2,8 @@
 // main.cpp walks them.
 #pragma once
 
+#include <stdio.h>
+
 #include <span>
 
 struct Command {
@@ -23,6 +25,12 @@ inline constexpr int kExitUsage = 2;  // unknown command, missing or surplus arg
 
 inline int exit_status_of_result(int result) {
     return result == 0 ? kExitOk : kExitNo;
+}
+
+// Prints the answer of a yes-or-no question as 1 or 0; its status says the same.
+inline int print_predicate(int answer) {
+    printf("%d\n", answer);
+    return answer == 1 ? kExitOk : kExitNo;
 }
 
 extern const std::span<const Command> kFoundationCommands;

@@ -1,0 +1,92 @@
+#include "disk/slot_file.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+#include "foundation/numbers.h"
+#include "foundation/text.h"
+#include "quorvel/foundation.h"
+
+namespace quorvel {
+
+namespace {
+
+// What scanf's "%s" takes.
+std::string_view first_word(std::string_view text) {
+    while (!text.empty() && is_blank_character(text.front()))
+        text.remove_prefix(1);
+    size_t length = 0;
+    while (length < text.size() && !is_blank_character(text[length]))
+        length++;
+    return {text.data(), length};
+}
+
+bool keep(char*& target, const char* text) {
+    target = strdup(text);
+    return target != nullptr;
+}
+
+}  // namespace
+
+bool split_setting(char* line, char*& key, char*& value) {
+    key = getNextKey(line);
+    if (key[0] == ';' || key[0] == '#') return false;
+    char* equals = strchr(key, '=');
+    if (equals == nullptr) return false;
+    *equals = '\0';
+    value = equals + 1;
+    remove_space(key);
+    remove_last_crlf(value);
+    return true;
+}
+
+void take_word(DiskWord& word, const char* value) {
+    std::string_view taken = first_word(value);
+    if (!taken.empty()) copy_text(word, sizeof word, taken);
+}
+
+SlotFields::SlotFields(const char* value) {
+    for (auto& field : text) {
+        value += strspn(value, ",");
+        size_t length = strcspn(value, ",");
+        copy_text(field, sizeof field, length < sizeof field ? first_word({value, length}) : std::string_view());
+        value += length;
+    }
+}
+
+struct disk_path* SlotTableBuilder::add() {
+    size_t size = (static_cast<size_t>(count) + 2) * sizeof *rows;
+    struct disk_path* grown = static_cast<struct disk_path*>(realloc(rows, size));
+    if (grown == nullptr) return nullptr;
+    rows = grown;
+    rows[count + 1] = {DISK_PATH_END, 0, nullptr, nullptr, -1, -1, nullptr};
+    rows[count] = {};
+    return &rows[count++];
+}
+
+struct disk_path* SlotTableBuilder::release() {
+    struct disk_path* table = rows;
+    rows = nullptr;
+    return table;
+}
+
+bool fill_row(struct disk_path& row, int32_t type, const SlotTexts& texts, const char* word) {
+    row.type = type;
+    row.slot = leading_int(texts.slot);
+    if (row.slot < 1 || texts.path[0] == '\0') return false;
+    if (type == DISK_PATH_INTERNAL && (texts.third[0] == '\0' || !keep(row.scsi_id, texts.third))) return false;
+    if (type == DISK_PATH_USB) {
+        row.usb_port1 = leading_int(texts.third);
+        row.usb_port2 = leading_int(texts.fourth);
+        if (row.usb_port1 < 1) return false;
+    }
+    if (word[0] != '\0' && !keep(row.diskname, word)) return false;
+    return keep(row.path, texts.path);
+}
+
+bool fill_unknown_row(struct disk_path& row, const SlotTexts& texts) {
+    row.slot = leading_int(texts.slot);
+    return texts.path[0] == '\0' || keep(row.path, texts.path);
+}
+
+}  // namespace quorvel

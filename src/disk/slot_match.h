@@ -1,0 +1,93 @@
+// Finding the row of a slot table that a disk's place in sysfs belongs to. Plain work on texts and
+// tables without any input or output of its own, so that the command front end, which shows all
+// disks at once, decides as the library does.
+#pragma once
+
+#include <stdio.h>
+
+#include <string_view>
+
+#include "disk/sysfs_path.h"
+#include "quorvel/naming.h"
+
+namespace quorvel {
+
+/// A disk's place: its full path below /sys/block, and the part of it that is the text of the
+/// disk's link.
+struct DiskPlace {
+    std::string_view full;
+    std::string_view link;
+    bool usb;  // the full path contains "usb"
+
+    DiskPlace(std::string_view full_path, std::string_view link_text)
+        : full(full_path), link(link_text), usb(full_path.find("usb") != std::string_view::npos) {}
+};
+
+enum class Fit { kNo, kYes, kUndecided };
+
+/// Whether a text contains a row's path; `behind` is then what follows it. A row without a path is
+/// nowhere.
+inline bool contains_path(std::string_view text, const struct disk_path& row, std::string_view& behind) {
+    if (row.path == nullptr) return false;
+    std::string_view path(row.path);
+    size_t begin = text.find(path);
+    if (begin == std::string_view::npos) return false;
+    behind = text;
+    behind.remove_prefix(begin + path.size());
+    return true;
+}
+
+/// Whether a USB row describes the disk with this link, given what follows the row's path: that
+/// must begin with the bus, or the question is undecided.
+inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind_path, std::string_view link) {
+    int bus = 0;
+    if (!usb_bus_of(path_component(behind_path, 1), bus)) return Fit::kUndecided;
+    char ports[96];
+    int length = row.usb_port2 != -1 ? snprintf(ports, sizeof ports, "/usb%d/%d-%d/%d-%d.%d/", bus, bus, row.usb_port1,
+                                                bus, row.usb_port1, row.usb_port2)
+                                     : snprintf(ports, sizeof ports, "/usb%d/%d-%d/", bus, bus, row.usb_port1);
+    return link.find({ports, static_cast<size_t>(length)}) != std::string_view::npos ? Fit::kYes : Fit::kNo;
+}
+
+/// Whether a row describes a disk. Internal rows only describe disks that are not on USB, USB rows
+/// only those that are, boot rows both.
+inline Fit fit_of_row(const struct disk_path& row, const DiskPlace& disk) {
+    bool usb_row = row.type == DISK_PATH_USB;
+    if (row.type != DISK_PATH_BOOT && usb_row != disk.usb) return Fit::kNo;
+    std::string_view behind;
+    if (!contains_path(disk.full, row, behind)) return Fit::kNo;
+    return usb_row ? fit_of_usb_port(row, behind, disk.link) : Fit::kYes;
+}
+
+/// The index of the END row.
+inline int index_of_end(const struct disk_path* set) {
+    int index = 0;
+    while (set[index].type != DISK_PATH_END)
+        index++;
+    return index;
+}
+
+/// The index of the first row that describes a disk, or of END. An undecided row is looked at again
+/// as long as `look_again` says so, and then ends the search.
+template <typename LookAgain>
+int find_row(const struct disk_path* set, const DiskPlace& disk, LookAgain&& look_again) {
+    int index = 0;
+    for (; set[index].type != DISK_PATH_END; index++) {
+        Fit fit = fit_of_row(set[index], disk);
+        while (fit == Fit::kUndecided) {
+            if (!look_again()) return index_of_end(set);
+            fit = fit_of_row(set[index], disk);
+        }
+        if (fit == Fit::kYes) break;
+    }
+    return index;
+}
+
+/// The word of a row's logical name, which its slot number follows.
+inline const char* word_of_row(const struct disk_path& row) {
+    if (row.type == DISK_PATH_BOOT) return "bootdisk";
+    if (row.diskname != nullptr) return row.diskname;
+    return row.type == DISK_PATH_USB ? "usbdisk" : "disk";
+}
+
+}  // namespace quorvel

@@ -1,0 +1,7 @@
+// The naming command that is large enough for a room of its own.
+#pragma once
+
+#include "command.h"
+
+/// Lists every disk of the machine and every empty bay.
+int run_disks(int argc, char** argv);

@@ -29,5 +29,8 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/libquorvel_bin-config-versi
 install(FILES ${CMAKE_BINARY_DIR}/libquorvel_bin-config.cmake
     ${CMAKE_BINARY_DIR}/libquorvel_bin-config-version.cmake DESTINATION ${QUORVEL_CMAKE_DIR})
 
-configure_file(cmake/libquorvel_bin.pc.in ${CMAKE_BINARY_DIR}/libquorvel_bin.pc @ONLY)
+# The prefix is what `cmake --install --prefix` says, known only then.
+set(QUORVEL_PREFIX "@CMAKE_INSTALL_PREFIX@")
+configure_file(cmake/libquorvel_bin.pc.in ${CMAKE_BINARY_DIR}/libquorvel_bin.pc.in @ONLY)
+install(CODE "configure_file(\"${CMAKE_BINARY_DIR}/libquorvel_bin.pc.in\" \"${CMAKE_BINARY_DIR}/libquorvel_bin.pc\" @ONLY)")
 install(FILES ${CMAKE_BINARY_DIR}/libquorvel_bin.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

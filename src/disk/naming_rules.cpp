@@ -25,7 +25,7 @@ struct Component {
 
 // ---- USB ports ----
 
-// Where a tree type's port number stands: the component of the path, and the place in it (behind "B-" and "B-1.").
+// Where a tree type's port number stands: the component of the path, and the place in it.
 struct PortRule {
     const char* tree;
     int component;
@@ -33,8 +33,8 @@ struct PortRule {
 };
 
 constexpr PortRule kPortRules[] = {
-    {"single-roothub",     10, 2},
-    {"single-roothub+hub", 11, 4},
+    {"single-roothub",     10, sizeof "B-" - 1  },
+    {"single-roothub+hub", 11, sizeof "B-1." - 1},
 };
 
 // The ports of the PCI USB controller count backwards, and are wired twice.

@@ -1,0 +1,160 @@
+// The texts the library reads from files and from commands, one row each: where the text goes and what reads it.
+#include <stdlib.h>
+#include <string.h>
+
+#include "libquorvel_bin.h"
+#include "surroundings.h"
+
+namespace {
+
+char text[1024];
+
+void run_entry(int (*entry)(int, char**), const char* words) {
+    char copy[256];
+    char* arguments[8] = {};
+    int count = 0;
+    strncpy(copy, words, sizeof copy - 1);
+    copy[sizeof copy - 1] = '\0';
+    for (char* word = strtok(copy, " "); word != nullptr && count < 7; word = strtok(nullptr, " ")) {
+        arguments[count++] = word;
+    }
+    (void)entry(count, arguments);
+}
+
+void read_features() {
+    (void)LibQuorvelBin_GetConfValByKey("MAX_DISK_NUM");
+    (void)LibQuorvelBin_IsOstrand();
+    (void)LibQuorvelBin_GetSeriesName(text, 8);
+    (void)LibQuorvelBin_GetPlatformStr(text, sizeof text);
+}
+
+void rewrite_settings() {
+    (void)set_StringbyKey("/etc/tevra/info", "codepage", "x");
+    (void)del_StringbyKey("/etc/tevra/info", "codepage", nullptr);
+    (void)local2remote_UTF8(text, 16, "caf\xc3\xa9");
+}
+
+// The forward mapping is left to device_names: a USB row may make it wait for ever, which is its contract.
+void read_disk_order() {
+    (void)LibQuorvelBin_DumpDiskPathConfig();
+    (void)LibQuorvelBin_GetDevnameFromDiskname("disk1", text, sizeof text);
+    (void)LibQuorvelBin_GetDevnameFromDiskname("/dev/usbdisk1", text, sizeof text);
+    (void)LibQuorvelBin_GetScsiIDFromDiskname("disk1", text, sizeof text);
+}
+
+void read_extension_slots() {
+    struct disk_path* set = get_ExtSlotConfig();
+    disk_path_dump(set);
+    disk_path_free(set);
+}
+
+void read_usb_devices() { (void)get_bus_number_from_udevid("USB-LABSTICK1-0"); }
+void read_pci_devices() {
+    (void)LibQuorvelBin_GetPlatform();
+    read_extension_slots();
+}
+void read_mounts() {
+    (void)IsMounted("/mnt/disk1");
+    (void)LibQuorvelBin_GetFsType(text, 8, "/mnt/disk1");
+}
+void read_partitions() { (void)GetPartitionBlocks("/dev/sda1"); }
+void read_disk_status() {
+    (void)LibQuorvelBin_GetSpoolDir(text, 64);
+    run_entry(LibQuorvelBin_MdHelper, "md diskmode");
+}
+void read_volumes() {
+    (void)LibQuorvelBin_IsLvmVolume("md2");
+    (void)IsLVMDisk("disk1");
+    (void)LibQuorvelBin_GetSpoolDir(text, sizeof text);
+}
+void read_sessions() {
+    for (const char* words : {"iscsi session_info", "iscsi volume_info", "iscsi IsConnected", "iscsi GetNewTID",
+                              "iscsi GetTIDfromTCID 1"}) {
+        run_entry(LibQuorvelBin_iSCSIHelper, words);
+    }
+}
+void start_firewall() { run_entry(LibQuorvelBin_FirewallEntry, "firewall --start"); }
+void read_backup_task() {
+    run_entry(LibQuorvelBin_BackupHelperEntry, "backup Info 1");
+    run_entry(LibQuorvelBin_BackupHelperEntry, "backup GetDestination 1 1");
+    run_entry(LibQuorvelBin_BackupHelperEntry, "backup Destinfo 1");
+}
+void read_resolver() {
+    char server[1100] = "";
+    (void)LibQuorvelBin_GetDNS(2, text, server);
+    run_entry(LibQuorvelBin_IsDNSReachable, "dns -t 1 -r 1");
+}
+void read_kernel_release() {
+    struct os_version version;
+    (void)LibQuorvelBin_GetOsVer(&version);
+    LibQuorvelBin_PrintOsVer(&version);
+}
+void erase_flash() { (void)LibQuorvelBin_NandErase(); }
+void read_interface_settings() {
+    (void)LibQuorvelBin_IsBondingMode();
+    (void)LibQuorvelBin_IsNetIfEnabled("bond0");
+    (void)LibQuorvelBin_IsNetIfDhcp("eth1");
+}
+void read_mdadm() {
+    for (const char* words : {"md diskinfo guess", "md mdinfo md2", "md diskinfo disk1", "md diskcap"}) {
+        run_entry(LibQuorvelBin_MdHelper, words);
+    }
+}
+void read_smartctl() { (void)LibQuorvelBin_GetDiskTemperature(0, "/dev/disk1"); }
+void read_nslookup() { run_entry(LibQuorvelBin_IsDNSReachable, "dns"); }
+void read_power() { (void)LibQuorvelBin_IsPowerSupplyedDisk(0); }
+
+struct Row {
+    const char* target;
+    const char* path;  // null: what commands print
+    void (*read)();
+};
+
+// clang-format off
+constexpr Row kRows[] = {
+    {"features",           "/etc/nas_feature",           read_features          },
+    {"settings_rewrite",   "/etc/tevra/info",            rewrite_settings       },
+    {"disk_order",         "/etc/diskpath.conf",         read_disk_order        },
+    {"extension_slots",    "/etc/extslot.conf",          read_extension_slots   },
+    {"usb_devices",        "/proc/bus/usb/devices",      read_usb_devices       },
+    {"pci_devices",        "/proc/bus/pci/devices",      read_pci_devices       },
+    {"mounts",             "/proc/mounts",               read_mounts            },
+    {"partitions",         "/proc/partitions",           read_partitions        },
+    {"disk_status",        "/etc/tevra/diskinfo",        read_disk_status       },
+    {"volumes",            "/tmp/pvlist",                read_volumes           },
+    {"sessions",           "/proc/net/iet/session",      read_sessions          },
+    {"service_ports",      "/etc/tevra/service_ports",   start_firewall         },
+    {"backup_task",        "/etc/tevra/backup1",         read_backup_task       },
+    {"resolver",           "/etc/resolv.conf",           read_resolver          },
+    {"kernel_release",     "/proc/sys/kernel/osrelease", read_kernel_release    },
+    {"mtd_list",           "/proc/mtd",                  erase_flash            },
+    {"interface_settings", "/etc/tevra/info",            read_interface_settings},
+    {"mdadm_output",       nullptr,                      read_mdadm             },
+    {"smartctl_output",    nullptr,                      read_smartctl          },
+    {"nslookup_output",    nullptr,                      read_nslookup          },
+    {"power_output",       nullptr,                      read_power             },
+};
+// clang-format on
+
+constexpr const Row& this_row() {
+    for (const Row& row : kRows) {
+        const char* a = row.target;
+        const char* b = FUZZ_TARGET;
+        while (*a != '\0' && *a == *b) a++, b++;
+        if (*a == *b) return row;
+    }
+    __builtin_trap();
+}
+constexpr const Row& kRow = this_row();
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    if (kRow.path != nullptr) {
+        put_file(kRow.path, data, size);
+    } else {
+        set_command_output(data, size);
+    }
+    kRow.read();
+    return 0;
+}

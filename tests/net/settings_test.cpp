@@ -1,6 +1,4 @@
 // Which interfaces exist, and what the settings say of them.
-#include <regex>
-
 #include "quorvel/net.h"
 #include "support/appliance.h"
 
@@ -54,10 +52,12 @@ TEST_F(SettingsTest, EnabledAndDhcp) {
         {"br0",    0, 0, "@\n@ value = \n"},
     };
     // clang-format on
-    const std::regex function("LibQuorvelBin_IsNetIfDhcp");
+    const std::string function = "LibQuorvelBin_IsNetIfDhcp";
     for (const auto& row : rows) {
         EXPECT_EQ(LibQuorvelBin_IsNetIfEnabled(row.ifname), row.enabled) << row.ifname;
         std::string trace = printed_by([&] { EXPECT_EQ(LibQuorvelBin_IsNetIfDhcp(row.ifname), row.dhcp); });
-        EXPECT_EQ(std::regex_replace(trace, function, "@"), row.trace) << row.ifname;
+        for (size_t at; (at = trace.find(function)) != std::string::npos;)
+            trace.replace(at, function.size(), "@");
+        EXPECT_EQ(trace, row.trace) << row.ifname;
     }
 }

@@ -258,6 +258,15 @@ QUORVEL_API char* local2remote_UTF8(char* dst, size_t dstsize, const char* src);
  * -----------------------------------------------------------------------------------------------
  */
 
+/** Percent-encodes a text: every byte but A-Z a-z 0-9 - . _ ~ becomes "%" and two upper-case
+ * hexadecimal digits. That set is this library's own choice: the result is safe in a URL path, a URL
+ * query and an rsync module name. Bytes are taken as they are, whatever their character set.
+ * @param dst   receives the encoded text and its terminator; three times the text plus one always
+ * suffices
+ * @param size  bytes of dst
+ * @return 0, or -1 with dst untouched when the result does not fit or an argument is null. */
+QUORVEL_API int LibQuorvelBin_URLEncode(char* dst, const char* src, size_t size);
+
 /** The name of the user with an id: the first entry of /etc/passwd that has it. Name services
  * beyond that file are not asked, so that the answer needs no module at run time. Signature and
  * behaviour are this library's own choice. Prints the name when from_cmdline is 1.

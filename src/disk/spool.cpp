@@ -49,7 +49,7 @@ bool find_mounted(DIR* mounts, const char* disk, char* dst, size_t size) {
     while (const struct dirent* entry = readdir(mounts)) {
         const char* name = entry->d_name;
         if (is_dot_entry(name)) continue;
-        SpoolPath path("%s%s/spool", files::kMounts, name);
+        SpoolPath path("%s%s/spool", files::kMountPoints, name);
         trace(kTrace, "libquorvel_bin>[%s]szTestName [%s]\n", "LibQuorvelBin_GetSpoolDir", path.c_str());
         if (starts_with(disk, name) && is_taken(path, dst, size)) return true;
     }
@@ -98,7 +98,7 @@ int LibQuorvelBin_GetAvailableDiskInfo(char* dst) {
 
 char* LibQuorvelBin_GetSpoolDir(char* dst, size_t size) {
     if (dst == nullptr) return nullptr;
-    Directory mounts = open_directory(files::kMounts);
+    Directory mounts = open_directory(files::kMountPoints);
     if (!mounts) {
         (void)fputs("Can't open dir : /mnt\n", stderr);
         return nullptr;

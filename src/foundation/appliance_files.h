@@ -33,13 +33,32 @@ inline constexpr char kSlotNode[] = "/dev/disk%d";                           // 
 inline constexpr char kFrontTool[] = "/usr/local/sbin/frontctl";
 inline constexpr char kPhysicalVolumes[] = "/tmp/pvlist";
 inline constexpr char kLogicalVolumes[] = "/tmp/lvlist";
-inline constexpr char kMounts[] = "/mnt/";
+inline constexpr char kMountPoints[] = "/mnt/";
+inline constexpr char kPartitions[] = "/proc/partitions";
+inline constexpr char kMounts[] = "/proc/mounts";
+inline constexpr char kTrialMountPoint[] = "/tmp/mount_test";
+inline constexpr char kSmartctlTool[] = "/usr/local/sbin/smartctl";
 
 // Raid
+inline constexpr char kMdadmTool[] = "/sbin/mdadm";
+inline constexpr char kMemberPartition[] = "/dev/%s_%d";
+inline constexpr char kDevice[] = "/dev/%s";
+inline constexpr char kMdNode[] = "/dev/md%d";
+inline constexpr char kDataMount[] = "/mnt/%s";
 
 // Net
+inline constexpr char kNetInterfaces[] = "/sys/class/net";
+inline constexpr char kNetInterfaceFormat[] = "/sys/class/net/%s";        // interface
+inline constexpr char kNetAddressFormat[] = "/sys/class/net/%s/address";  // interface
+inline constexpr char kNetMtuFormat[] = "/sys/class/net/%s/mtu";          // interface
+inline constexpr char kResolverSettings[] = "/etc/resolv.conf";
+inline constexpr char kOpensslTool[] = "/usr/local/ssl/bin/openssl";
 
 // Services
+inline constexpr char kIscsiSessions[] = "/proc/net/iet/session";
+inline constexpr char kIscsiDisks[] = "/etc/tevra/iscsi_disks%d";  // configuration number
+inline constexpr char kServicePorts[] = "/etc/tevra/service_ports";
+inline constexpr char kBackupTask[] = "/etc/tevra/backup%d";  // task number
 
 // Hardware
 inline constexpr char kTextLoopbackPort[] = "/dev/ttyS0";

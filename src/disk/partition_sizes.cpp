@@ -1,0 +1,75 @@
+#include <stdio.h>
+#include <sys/statfs.h>
+
+#include "foundation/appliance_files.h"
+#include "foundation/text.h"
+#include "quorvel/disk.h"
+#include "quorvel/foundation.h"
+
+using namespace quorvel;
+
+namespace {
+
+constexpr uint64_t kUnknownSize = ~uint64_t{0};
+
+enum SizeMode : int { kTotal = 1, kFree = 2, kUsed = 3 };
+
+bool read_file_system(const char* mount_point, struct statfs& facts) {
+    return mount_point != nullptr && statfs(mount_point, &facts) == 0;
+}
+
+// The counts are 64-bit on every machine (large-file interface); so are the products.
+uint64_t in_bytes(const struct statfs& facts, uint64_t blocks) {
+    return static_cast<uint64_t>(facts.f_bsize) * blocks;
+}
+
+uint64_t file_system_size(const char* mount_point, SizeMode mode) {
+    struct statfs facts;
+    if (!read_file_system(mount_point, facts)) return kUnknownSize;
+    switch (mode) {
+        case kTotal:
+            return in_bytes(facts, facts.f_blocks);
+        case kFree:
+            return in_bytes(facts, facts.f_bavail);
+        case kUsed:
+            return in_bytes(facts, facts.f_blocks - facts.f_bavail);
+    }
+    return kUnknownSize;
+}
+
+}  // namespace
+
+uint64_t GetPartitionBlocks(const char* device) {
+    if (device == nullptr) return 0;
+    char line[255 + 2];  // grep_file takes two characters less than its buffer holds
+    if (grep_file(files::kPartitions, last_component(device), line, sizeof line) == nullptr) return 0;
+    int major_number;
+    int minor_number;
+    unsigned long long blocks;
+    char name[sizeof line];
+    return sscanf(line, "%d %d %llu %256s", &major_number, &minor_number, &blocks, name) == 4 ? blocks : 0;
+}
+
+int GetMountedFsInfo(const char* mount_point, struct mounted_fs_info* info) {
+    struct statfs facts;
+    if (info == nullptr || !read_file_system(mount_point, facts)) return -1;
+    info->f_type = static_cast<uint32_t>(facts.f_type);
+    info->total_size = in_bytes(facts, facts.f_blocks);
+    info->free_bytes = in_bytes(facts, facts.f_bavail);
+    printf("f_type=0x%lx\n", static_cast<unsigned long>(info->f_type));
+    printf("total_size=%llu free_byes=%llu\n", static_cast<unsigned long long>(info->total_size),
+           static_cast<unsigned long long>(info->free_bytes));
+    return 0;
+}
+
+uint64_t LibQuorvelBin_GetPartitionSize(const char* mount_point) {
+    return file_system_size(mount_point, kTotal);
+}
+
+uint64_t LibQuorvelBin_GetPartitionFreeSize(const char* mount_point) {
+    return file_system_size(mount_point, kFree);
+}
+
+uint64_t LibQuorvelBin_GetPartitionUsedSize(const char* mount_point) {
+    return file_system_size(mount_point, kUsed);
+}

@@ -1,0 +1,39 @@
+// The one runner of partitioning commands: a layout is a table of steps about the target disk.
+#pragma once
+
+#include <stdint.h>
+
+#include <span>
+
+#include "foundation/shell.h"
+
+namespace quorvel {
+
+/// Makes a device the target of the steps that follow; its size in blocks of 1024 bytes, or 0 when it
+/// cannot be told. A path too long to be kept whole has none: a part of it could name another disk.
+uint64_t choose_target(const char* device);
+
+/// The path that choose_target kept.
+const char* target_device();
+
+enum class Demand { kNothing, kExitStatus, kExitStatusAndOutput };
+
+/// A command with the target's path between its two parts, and what it takes to have succeeded.
+struct Step {
+    const char* before_target;
+    const char* behind_target;
+    Demand demand;
+};
+
+inline constexpr Step kWipeStart = {"dd if=/dev/zero of=", " bs=1024 count=1024", Demand::kExitStatus};
+inline constexpr Step kGptLabel = {"parted -s ", " mklabel gpt", Demand::kExitStatus};
+
+Text<kCommandSize> command_of(const Step& step);
+
+/// Runs a command with its output captured; whether it met the demand.
+bool run_layout_command(const Text<kCommandSize>& command, Demand demand);
+
+/// Runs steps in order up to the first that fails; whether none did.
+bool run_steps(std::span<const Step> steps);
+
+}  // namespace quorvel

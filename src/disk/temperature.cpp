@@ -1,0 +1,58 @@
+#include <errno.h>
+#include <stdio.h>
+#include <sys/stat.h>
+
+#include "foundation/answer.h"
+#include "foundation/appliance_files.h"
+#include "foundation/numbers.h"
+#include "foundation/shell.h"
+#include "quorvel/disk.h"
+
+using namespace quorvel;
+
+namespace {
+
+constexpr int kNotExecutable = 95;
+
+// A row of the attribute table; the raw value is field 10 and may be followed by its range:
+// "194 Temperature_Celsius     0x0022   112   099   000    Old_age   Always       -       38 (Min/Max 20/45)"
+constexpr char kTemperatureRow[] = "194 ";
+constexpr int kRawValueField = 10;
+
+int report_temperature(const char* row) {
+    char value[1024];
+    if (LibQuorvelBin_GetSpecifiedKey(value, sizeof value, row, " ", kRawValueField) != 0) return -1;
+    if (LibQuorvelBin_IsAllNumericStr(value, static_cast<int>(strlen(value))) != 1) return -1;
+    answer(leading_int(value));
+    return 0;
+}
+
+}  // namespace
+
+int LibQuorvelBin_GetDiskTemperature(int, const char* device) {
+    struct stat status;
+    if (stat(device != nullptr ? device : "", &status) != 0) {
+        int reason = errno;
+        puts("smartctl is not exist on this platform!");
+        return reason;
+    }
+    if ((status.st_mode & (S_IXUSR | S_IXGRP)) == 0) {
+        puts("smartctl doesn't have a executable flag!");
+        return kNotExecutable;
+    }
+    Text<kCommandSize> command;
+    if (LibQuorvelBin_IsTargetUseMarvelLHBA(device) == 1) {
+        command.append("%s -d marvell -A %s", files::kSmartctlTool, device);
+    }
+    char row[1024];
+    CommandOutput table(command, sizeof row - 1);
+    if (!table) return errno;
+    while (next_line(table.lines, row, sizeof row)) {
+        if (starts_with(row, kTemperatureRow)) return report_temperature(row);
+    }
+    return -1;
+}
+
+int LibQuorvelBin_IsTargetUseMarvelLHBA(const char*) {
+    return 1;
+}

@@ -1,0 +1,57 @@
+// Machines for the disk naming tests: a platform, a kernel, and disks as sysfs links.
+#pragma once
+
+#include "disk/slot_table.h"
+#include "quorvel/foundation.h"
+#include "quorvel/naming.h"
+#include "support/appliance.h"
+
+inline void set_kernel(const std::string& release) {
+    write_file("/proc/sys/kernel/osrelease", release + "\n");
+}
+
+inline void set_platform(const std::string& platform) {
+    if (platform == "borel") make_directory("/sys/class/borel");
+    if (platform == "nisk") write_file("/proc/bus/pci/devices", "0100\t1b4b9485\t10\n0200\t1b4b9125\t11\n");
+    if (platform == "pellmar") write_file("/proc/bus/pci/devices", "0100\t11ab6440\t10\n");
+}
+
+// A disk's link in the new layout of sysfs.
+inline void add_disk(const std::string& device, const std::string& place) {
+    make_link("/sys/block/" + device, "../devices/" + place + "/block/" + device);
+}
+
+// "hostH/targetH:0:0/H:0:0:0"
+inline std::string target(int host) {
+    std::string h = std::to_string(host);
+    return "host" + h + "/target" + h + ":0:0/" + h + ":0:0:0";
+}
+
+// A disk on a USB port: usb_place("pci0000:00/0000:00:1d.7", 1, {"1-2"}).
+inline std::string usb_place(const std::string& controller, int bus, const std::vector<std::string>& devices,
+                             int host = 9) {
+    std::string place = controller + "/usb" + std::to_string(bus);
+    for (const std::string& device : devices)
+        place += "/" + device;
+    return place + "/" + devices.back() + ":1.0/" + target(host);
+}
+
+// A conversion's result, or "none" when it gives -1 and left the buffer alone.
+using Conversion = int (*)(const char*, char*, size_t);
+inline std::string converted(Conversion convert, const std::string& name, size_t size = 128) {
+    char text[160] = "before";
+    int result = convert(name.c_str(), text, size);
+    if (result == 0) return text;
+    return result == -1 && std::string(text) == "before" ? "none" : "result " + std::to_string(result) + ": " + text;
+}
+inline std::string diskname(const std::string& device) {
+    return converted(LibQuorvelBin_GetDisknameFromDevname, device);
+}
+inline std::string devname(const std::string& disk) {
+    return converted(LibQuorvelBin_GetDevnameFromDiskname, disk);
+}
+inline std::string scsiid(const std::string& name) {
+    std::string address = converted(LibQuorvelBin_GetScsiIDFromDiskname, name);
+    quorvel::DiskSet left_allocated(quorvel::last_loaded_disk_set);
+    return address;
+}

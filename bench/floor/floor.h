@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-static char floor_block[16384];
+static char floor_block[65536];
 
 static inline ssize_t floor_read(const char *path, char *to, size_t size) {
     int fd = open(path, O_RDONLY | O_CLOEXEC);

@@ -1,7 +1,7 @@
 /* list_settings FILE: every setting behind two tabs */
 #include "floor.h"
 
-static char out[16384];
+static char out[65536];
 static size_t used;
 
 static int list(const char *begin, const char *end, void *data) {

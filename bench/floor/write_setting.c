@@ -8,7 +8,7 @@ struct copy {
     size_t length;
     int to;
     size_t used;
-    char out[16384];
+    char out[65536];
 };
 
 static void flush(struct copy *copy) {

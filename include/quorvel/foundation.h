@@ -232,9 +232,64 @@ QUORVEL_API int LibQuorvelBin_SetConfValInString(const char* key, const char* va
 /* ---- Character sets
  * ------------------------------------------------------------------------------------------ */
 
+/** A text from the appliance's code page to UTF-8, by the C library's iconv.
+ *
+ * The code page is the value of key "codepage" in /etc/tevra/info, read again at every call: its
+ * first 31 characters exactly as get_StringbyKey gives them (quotes and blanks belong to it), with
+ * the first "_" replaced by "-". Without that key the line "codepage not found in info file." is
+ * printed and the code page loaded last is used; in a fresh process that is CP932.
+ * @param dst      needs no clearing; holds the terminated text on success
+ * @param dstsize  bytes of dst, the terminator included
+ * @param src      a terminated text of any length
+ * @return dst. A byte sequence that cannot be converted ends the text: what came before it, then
+ *         "?", and the terminator where there is room for it. Null, dst untouched, when there is no
+ *         such converter (the line ">remote2local_UTF8: iconv_open() fail" above debug level 9).
+ *         Null when dst is too small (the line ">remote2local_UTF8: dstsize(SIZE) is too short"):
+ *         it then holds what had room, then "?", and no terminator; nothing is written for a size
+ *         of 0. Null for a null argument; silent. */
+QUORVEL_API char* remote2local_UTF8(char* dst, size_t dstsize, const char* src);
+
+/** A text from UTF-8 to the appliance's code page; all else as remote2local_UTF8, whose name its
+ * messages replace by its own. A code page with shift states is brought back to its first state at
+ * the end when there is room for that. */
+QUORVEL_API char* local2remote_UTF8(char* dst, size_t dstsize, const char* src);
+
 /* ---- Utilities
  * -----------------------------------------------------------------------------------------------
  */
+
+/** Percent-encodes a text: every byte but A-Z a-z 0-9 - . _ ~ becomes "%" and two upper-case
+ * hexadecimal digits. That set is this library's own choice: the result is safe in a URL path, a URL
+ * query and an rsync module name. Bytes are taken as they are, whatever their character set.
+ * @param dst   receives the encoded text and its terminator; three times the text plus one always
+ * suffices
+ * @param size  bytes of dst
+ * @return 0, or -1 with dst untouched when the result does not fit or an argument is null. */
+QUORVEL_API int LibQuorvelBin_URLEncode(char* dst, const char* src, size_t size);
+
+/** The name of the user with an id: the first entry of /etc/passwd that has it. Name services
+ * beyond that file are not asked, so that the answer needs no module at run time. Signature and
+ * behaviour are this library's own choice. Prints the name when from_cmdline is 1.
+ * @param dst   receives the terminated name; needs no clearing
+ * @param size  bytes of dst; the name must be shorter
+ * @return 0, or -1 with dst untouched when there is no such user, the name does not fit, the file
+ * cannot be read, or dst is null. */
+QUORVEL_API int LibQuorvelBin_GetUsernameByUID(uint32_t uid, char* dst, size_t size);
+
+/** The calendar day after a given one, both as text "YYYY-MM-DD". Signature, form and behaviour are
+ * this library's own choice. Prints the day when from_cmdline is 1.
+ * @param date  a day of the Gregorian calendar, years 0000 to 9999, in exactly this form
+ * @param dst   receives the terminated text; needs no clearing, may be date
+ * @param size  bytes of dst, at least 11
+ * @return 0, or -1 with dst untouched when date is no such day, the year would be 10000, dst is too
+ * small, or an argument is null. */
+QUORVEL_API int LibQuorvelBin_DayAfter(const char* date, char* dst, size_t size);
+
+/** The calendar day after today, as LibQuorvelBin_DayAfter gives it. Today is the current day of
+ * the process's time zone (environment variable TZ, or /etc/localtime); a change of clocks does not
+ * move it. Prints the day when from_cmdline is 1.
+ * @return 0, or -1 with dst untouched as in LibQuorvelBin_DayAfter. */
+QUORVEL_API int LibQuorvelBin_Tomorrow(char* dst, size_t size);
 
 QUORVEL_END_DECLS
 

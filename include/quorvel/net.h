@@ -224,7 +224,7 @@ QUORVEL_API int LibQuorvelBin_GetDNS(unsigned int n, const void* use_resolver, c
 /* ---- Renaming, and the Ethernet report
  * ------------------------------------------------------------------------- */
 
-/** Renames an interface, through SIOCSIFNAME: `WORD OLD NEW`. Most kernels refuse while it is up.
+/** Renames an interface, through SIOCSIFNAME: `WORD OLD NEW`. Older kernels refuse while it is up.
  * Prints "Argument is wrong!" (no line end) for another number of arguments, "Can't open socket",
  * "Can't change if name".
  * @param argv  argv[0] is the command word
@@ -249,9 +249,10 @@ QUORVEL_API int LibQuorvelBin_EthInfo(int argc, char** argv);
  * ------------------------------------------------------------------------
  *
  * Both run /usr/local/ssl/bin/openssl through the shell (AES-256-CBC) with a pass phrase made of the
- * interface's hardware address (Netdev_GetHwAddr), which is wiped from memory before they return. The
- * path reaches the shell unquoted: it must hold no character special to a shell. A path with which the
- * command would be longer than 255 characters (enciphering: about 36 characters) runs nothing and gives 1.
+ * interface's hardware address (Netdev_GetHwAddr); pass phrase and command are wiped from memory before
+ * they return. The path reaches the shell unquoted: it must hold no character special to a shell. A
+ * command of more than 255 characters is never run cut: a path longer than 38 characters (deciphering:
+ * 175) runs nothing and gives 1.
  * They print nothing themselves; openssl has its own messages.
  * Result: -1 when the hardware address cannot be read, 1 when the command exits with status 1, 0 for
  * every other outcome. */

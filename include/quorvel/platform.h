@@ -108,6 +108,26 @@ QUORVEL_API int LibQuorvelBin_IsOsNewerThan(const char* release);
  * LibQuorvelBin_IsOsNewerThan otherwise. */
 QUORVEL_API int LibQuorvelBin_IsOsNewerEqual(const char* release);
 
+/* ---- Firmware information */
+
+/** What firmware this is. Every field is a terminated text, cut to its room and empty when unknown. */
+struct firm_info {
+    char product_name[64]; /**< key PRODUCT_NAME */
+    char version[32];      /**< key VERSION */
+    char sub_version[32];  /**< key SUB_VERSION */
+    char product_id[32];   /**< key PRODUCT_ID */
+    char build_date[32];   /**< key BUILD_DATE */
+};
+
+/** The firmware information record. Each field is the value of its key, as get_StringbyKey gives
+ * it, in the appliance driver's file /proc/quorvel/firmware or, where that lacks it, in the
+ * firmware's release file /etc/quorvel-release. Files, keys and record are this library's own
+ * choice. Prints the record as five lines KEY=value, in the order of the fields, when from_cmdline
+ * is 1.
+ * @param info  cleared first; holds what was found
+ * @return 0, or -1 when neither file has any of the keys or info is null. */
+QUORVEL_API int Firminfo_GetFirmInfo(struct firm_info* info);
+
 QUORVEL_END_DECLS
 
 #endif

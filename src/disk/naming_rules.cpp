@@ -33,8 +33,8 @@ struct PortRule {
 };
 
 constexpr PortRule kPortRules[] = {
-    {"single-roothub",     10, strlen("B-")  },
-    {"single-roothub+hub", 11, strlen("B-1.")},
+    {"single-roothub",     10, sizeof "B-" - 1  },
+    {"single-roothub+hub", 11, sizeof "B-1." - 1},
 };
 
 // The ports of the PCI USB controller count backwards, and are wired twice.

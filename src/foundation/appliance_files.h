@@ -10,11 +10,14 @@ inline constexpr char kInfo[] = "/etc/tevra/info";
 inline constexpr char kSetFeatureTool[] = "/usr/local/bin/setnf";
 inline constexpr char kDumpFeatureTool[] = "/usr/local/bin/dumpnf";
 inline constexpr char kNvramTool[] = "/usr/local/sbin/nvram";
+inline constexpr char kPasswords[] = "/etc/passwd";
 
 // Platform
 inline constexpr char kBorelClass[] = "/sys/class/borel";
 inline constexpr char kPciDevices[] = "/proc/bus/pci/devices";
 inline constexpr char kOsRelease[] = "/proc/sys/kernel/osrelease";
+inline constexpr char kDriverFirmware[] = "/proc/quorvel/firmware";
+inline constexpr char kRelease[] = "/etc/quorvel-release";
 
 // Disk
 inline constexpr char kDiskOrder[] = "/etc/diskpath.conf";
@@ -37,6 +40,11 @@ inline constexpr char kTrialMountPoint[] = "/tmp/mount_test";
 inline constexpr char kSmartctlTool[] = "/usr/local/sbin/smartctl";
 
 // Raid
+inline constexpr char kMdadmTool[] = "/sbin/mdadm";
+inline constexpr char kMemberPartition[] = "/dev/%s_%d";
+inline constexpr char kDevice[] = "/dev/%s";
+inline constexpr char kMdNode[] = "/dev/md%d";
+inline constexpr char kDataMount[] = "/mnt/%s";
 
 // Net
 inline constexpr char kNetInterfaces[] = "/sys/class/net";
@@ -47,7 +55,17 @@ inline constexpr char kResolverSettings[] = "/etc/resolv.conf";
 inline constexpr char kOpensslTool[] = "/usr/local/ssl/bin/openssl";
 
 // Services
+inline constexpr char kIscsiSessions[] = "/proc/net/iet/session";
+inline constexpr char kIscsiDisks[] = "/etc/tevra/iscsi_disks%d";  // configuration number
+inline constexpr char kServicePorts[] = "/etc/tevra/service_ports";
+inline constexpr char kBackupTask[] = "/etc/tevra/backup%d";  // task number
 
 // Hardware
+inline constexpr char kTextLoopbackPort[] = "/dev/ttyS0";
+inline constexpr char kLineLoopbackPort[] = "/dev/ttyS2";
+inline constexpr char kModemLineMode[] = "/proc/quorvel/gpio/mctrl/mctrl_mode";
+inline constexpr char kForcedTx[] = "/proc/quorvel/gpio/mctrl/force_tx";
+inline constexpr char kMtdList[] = "/proc/mtd";
+inline constexpr char kMtdCharacterDevice[] = "/dev/mtdchar%d";  // number of the MTD device
 
 }  // namespace quorvel::files

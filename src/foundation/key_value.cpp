@@ -37,6 +37,20 @@ bool may_set_key(std::string_view piece, std::string_view key) {
     return piece.size() > key.size() && piece[key.size() - 1] == key.back();
 }
 
+// The next line up to `limit` characters, which may be more than a piece can have, terminated; false at the end.
+bool next_long_line(LineReader& reader, char* line, size_t limit) {
+    size_t length = 0;
+    std::string_view piece;
+    do {
+        reader.limit = std::min(limit - length, sizeof reader.block / 2);
+        piece = next_piece(reader);
+        memcpy(line + length, piece.data(), piece.size());
+        length += piece.size();
+    } while (length < limit && !piece.empty() && !piece.ends_with('\n'));
+    line[length] = '\0';
+    return length > 0;
+}
+
 }  // namespace
 
 bool is_possible_key(std::string_view key) {
@@ -121,8 +135,8 @@ char* grep_file(const char* path, const char* needle, char* buf, size_t size) {
         return nullptr;
     }
     if (size < 3) return nullptr;
-    LineReader reader(file.number, std::min<size_t>(size - 2, sizeof reader.block / 2));
-    while (next_line(reader, buf, size)) {
+    LineReader reader(file.number, kReaderPiece);
+    while (next_long_line(reader, buf, size - 2)) {
         if (strstr(buf, needle) != nullptr) return buf;
     }
     return nullptr;

@@ -1,3 +1,9 @@
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include <charconv>
+
 #include "command.h"
 #include "libquorvel_bin.h"
 
@@ -12,10 +18,74 @@ int run_set_feature(int, char** argv) {
     return exit_status_of_result(LibQuorvelBin_SetConfValInString(argv[2], argv[3]));
 }
 
+// The library itself prints the name.
+int run_username(int, char** argv) {
+    const char* end = argv[2] + strlen(argv[2]);
+    uint32_t uid = 0;
+    auto [stop, error] = std::from_chars(argv[2], end, uid);
+    if (error != std::errc() || stop != end) {
+        fprintf(stderr, "%s: %s: '%s' is no user id\n", argv[0], argv[1], argv[2]);
+        return kExitUsage;
+    }
+    char name[256];
+    return exit_status_of_result(LibQuorvelBin_GetUsernameByUID(uid, name, sizeof name));
+}
+
+// The library itself prints the day.
+int run_tomorrow(int, char**) {
+    char day[16];
+    return exit_status_of_result(LibQuorvelBin_Tomorrow(day, sizeof day));
+}
+
+int run_day_after(int, char** argv) {
+    char day[16];
+    return exit_status_of_result(LibQuorvelBin_DayAfter(argv[2], day, sizeof day));
+}
+
+int print_converted(char* (*convert)(char*, size_t, const char*), const char* text) {
+    // Enough for the longest sequences and shift states a byte can become.
+    size_t size = strlen(text) * 8 + 16;
+    char* converted = static_cast<char*>(malloc(size));
+    const char* result = converted != nullptr ? convert(converted, size, text) : nullptr;
+    if (result != nullptr) puts(result);
+    free(converted);
+    return result != nullptr ? kExitOk : kExitNo;
+}
+
+int run_to_utf8(int, char** argv) {
+    return print_converted(remote2local_UTF8, argv[2]);
+}
+
+int run_from_utf8(int, char** argv) {
+    return print_converted(local2remote_UTF8, argv[2]);
+}
+
+int run_file_exists(int, char** argv) {
+    return IsFileExist(argv[2]) == 1 ? kExitOk : kExitNo;
+}
+
+int run_dir_exists(int, char** argv) {
+    return IsDirExist(argv[2]) == 1 ? kExitOk : kExitNo;
+}
+
+// The library itself prints the record.
+int run_firminfo(int, char**) {
+    struct firm_info info;
+    return exit_status_of_result(Firminfo_GetFirmInfo(&info));
+}
+
 // clang-format off
 constexpr Command kCommands[] = {
     {"feature",     "KEY",       "print a feature setting of the model",                "0 found, 1 missing", 1, 1, run_feature},
     {"set_feature", "KEY VALUE", "change a feature setting through the firmware tools", "0 done, 1 no tool",  2, 2, run_set_feature},
+    {"username",    "UID",       "print the name of a user id",                         "0 found, 1 no such user, 2 no user id", 1, 1, run_username},
+    {"tomorrow",    "",          "print the calendar day after today",                  "0 printed",          0, 0, run_tomorrow},
+    {"day_after",   "YYYY-MM-DD", "print the calendar day after a given one",           "0 printed, 1 no such day", 1, 1, run_day_after},
+    {"to_utf8",     "TEXT",      "print a text of the code page in UTF-8",              "0 printed, 1 no converter", 1, 1, run_to_utf8},
+    {"from_utf8",   "TEXT",      "print a UTF-8 text in the code page",                 "0 printed, 1 no converter", 1, 1, run_from_utf8},
+    {"file_exists", "FILE",      "whether a regular file is there and readable",        "0 yes, 1 no",        1, 1, run_file_exists},
+    {"dir_exists",  "DIRECTORY", "whether a directory is there and readable",           "0 yes, 1 no",        1, 1, run_dir_exists},
+    {"firminfo",    "",          "print the firmware information record",               "0 printed, 1 unknown", 0, 0, run_firminfo},
 };
 // clang-format on
 

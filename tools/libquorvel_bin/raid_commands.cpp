@@ -1,3 +1,19 @@
 #include "command.h"
+#include "libquorvel_bin.h"
 
-const std::span<const Command> kRaidCommands = {};
+namespace {
+
+// The helper's vector starts with the command word.
+int run_md(int argc, char** argv) {
+    return exit_status_of_result(LibQuorvelBin_MdHelper(argc - 1, argv + 1));
+}
+
+// clang-format off
+constexpr Command kCommands[] = {
+    {"md", "SUBCOMMAND [NAME]", "RAID inventory: mdinfo MD, diskinfo DISK, diskinfo guess, diskmode, diskcap, GetEmptyMdNameForTmp", "0 always, also for an unknown sub-command, which prints nothing", 1, -1, run_md},
+};
+// clang-format on
+
+}  // namespace
+
+const std::span<const Command> kRaidCommands = kCommands;

@@ -1,0 +1,180 @@
+// The test of the UPS port with a loopback plug in place of the cable.
+#include <errno.h>
+#include <poll.h>
+#include <stdio.h>
+#include <string.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <span>
+
+#include "foundation/appliance_files.h"
+#include "foundation/files.h"
+#include "hw/forced_tx.h"
+#include "hw/modem_lines.h"
+#include "quorvel/foundation.h"
+#include "quorvel/hw.h"
+#include "quorvel/platform.h"
+
+using namespace quorvel;
+
+namespace {
+
+constexpr int kDtr = TIOCM_DTR;
+constexpr int kRts = TIOCM_RTS;
+constexpr int kTx = TIOCM_ST;
+constexpr int kRx = TIOCM_SR;
+constexpr int kCts = TIOCM_CTS;
+constexpr int kCar = TIOCM_CAR;
+constexpr int kRng = TIOCM_RNG;
+constexpr int kDsr = TIOCM_DSR;
+
+// The lines driven, and those which the plug then makes answer.
+struct Pattern {
+    int driven;
+    int answering;
+};
+
+// clang-format off
+constexpr Pattern kTextPortPatterns[] = {
+    {0,           0                        },
+    {kRts,        kCts | kCar | kRng       },
+    {kDtr,               kCar | kRng | kDsr},
+    {kDtr | kRts, kCts | kCar | kRng | kDsr},
+};
+
+constexpr Pattern kLinePortPatterns[] = {
+    {0,                 0                              },
+    {kDtr,              kRx                            },
+    {kRts,                                  kRng       },
+    {kDtr | kRts,       kRx | kCts |        kRng       },
+    {kTx,                            kCar              },
+    {kDtr | kTx,        kRx |        kCar |        kDsr},
+    {kRts | kTx,                     kCar | kRng       },
+    {kDtr | kRts | kTx, kRx | kCts | kCar | kRng | kDsr},
+};
+// clang-format on
+
+struct LineTest {
+    std::span<const Pattern> patterns;
+    int reads;          // of the lines after each step, until they match
+    bool carries_text;  // flush what came before each step, and name each failed one
+    bool may_force_tx;  // the Tx line may be a GPIO
+};
+
+constexpr LineTest kTextPortTest = {kTextPortPatterns, 3, true, false};
+constexpr LineTest kLinePortTest = {kLinePortPatterns, 1, false, true};
+
+void report(const char* text) {
+    if (from_cmdline != 0) puts(text);
+}
+
+void drive(int port, int lines, const LineTest& test) {
+    (void)ioctl(port, TIOCMSET, &lines);
+    if (test.may_force_tx && has_forced_tx()) drive_forced_tx((lines & kTx) != 0);
+}
+
+int read_once(int port, const LineTest& test) {
+    int lines = 0;
+    (void)ioctl(port, TIOCMGET, &lines);
+    if (test.may_force_tx && is_forced_tx_high()) lines |= kTx;
+    return lines;
+}
+
+int read_until(int port, int wanted, const LineTest& test) {
+    constexpr useconds_t kPause = 100;
+    int lines = 0;
+    for (int i = 0; i < test.reads; i++) {
+        lines = read_once(port, test);
+        if (lines == wanted) break;
+        if (test.reads > 1) (void)usleep(kPause);
+    }
+    return lines;
+}
+
+bool passes(int port, const Pattern& pattern, const LineTest& test) {
+    const int wanted = pattern.driven | pattern.answering;
+    if (test.carries_text) (void)ioctl(port, TCFLSH, TCIOFLUSH);
+    drive(port, pattern.driven, test);
+    const int lines = read_until(port, wanted, test);
+    if (from_cmdline != 0) print_modem_lines(lines);
+    if (lines != wanted && test.carries_text) report("NG");
+    return lines == wanted;
+}
+
+// A bit for every step that failed.
+int failed_steps(int port, const LineTest& test) {
+    int mask = 0;
+    for (size_t i = 0; i < test.patterns.size(); i++) {
+        if (!passes(port, test.patterns[i], test)) mask |= 1 << i;
+    }
+    return mask;
+}
+
+// 9600 baud, 8 data bits, no modem control, whole lines with echo. Control characters stay off.
+void set_up_text_port(int port) {
+    struct termios settings = {};
+    settings.c_iflag = IXON | ICRNL;
+    settings.c_oflag = OPOST | ONLCR;
+    settings.c_cflag = CS8 | CREAD | HUPCL | CLOCAL;
+    settings.c_lflag = ISIG | ICANON | ECHO | ECHOE | ECHOK | ECHOCTL | ECHOKE | IEXTEN;
+    (void)cfsetspeed(&settings, B9600);
+    (void)tcsetattr(port, TCSANOW, &settings);
+}
+
+bool has_input_soon(int port) {
+    constexpr int kTimeoutMs = 3000;
+    struct pollfd input = {port, POLLIN, 0};
+    int ready = 0;
+    do {
+        ready = poll(&input, 1, kTimeoutMs);
+    } while (ready < 0 && errno == EINTR);
+    return ready != 0;
+}
+
+bool returns_text(int port) {
+    constexpr char kText[] = "loop back test\n";
+    constexpr size_t kLength = sizeof kText - 1;
+    (void)write_fully(port, kText, kLength);
+    // Without the front end nobody is told of a time-out, and the test waits for the text as long as it takes.
+    if (from_cmdline != 0 && !has_input_soon(port)) return false;
+    char answer[kLength];
+    ssize_t count = 0;
+    do {
+        count = read(port, answer, sizeof answer);
+    } while (count < 0 && errno == EINTR);
+    return count == static_cast<ssize_t>(kLength) && memcmp(answer, kText, kLength) == 0;
+}
+
+int test_text_port() {
+    // Never closed: closing would drop the lines that the plug is being watched on.
+    const int port = open_for_update(files::kTextLoopbackPort).release();
+    if (port < 0) return -1;
+    set_up_text_port(port);
+    const bool returned = returns_text(port);
+    report(returned ? "Loop back test success." : "Loop back test failed.");
+    if (!returned) return -1;
+    const int mask = failed_steps(port, kTextPortTest);
+    if (mask == 0) report("OK");
+    if (mask != 0 && from_cmdline != 0) printf("NG retval = %d\n", mask);
+    return mask;
+}
+
+int test_line_port() {
+    Descriptor port = open_for_update(files::kLineLoopbackPort);
+    if (!port) return -1;
+    const int mask = failed_steps(port.number, kLinePortTest);
+    report(mask == 0 ? "OK" : "NG");
+    return mask;
+}
+
+bool has_text_port() {
+    return LibQuorvelBin_IsBorelPlatform() == 1 || LibQuorvelBin_IsNiskPlatform12Bay() == 1;
+}
+
+}  // namespace
+
+int LibQuorvelBin_UpsTest(void) {
+    return has_text_port() ? test_text_port() : test_line_port();
+}

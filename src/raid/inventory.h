@@ -1,0 +1,54 @@
+// What the inventory's rooms tell each other.
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "foundation/text.h"
+#include "quorvel/raid.h"
+
+extern "C" {
+
+/// Writes both texts over those of a row of md_trans_tbl, without terminators: what stood behind them stays.
+void LibQuorvelBin_SetMdTransTbl(int row, const char* feature_name, const char* array_name);
+
+/// Asks the md driver behind a descriptor (GET_ARRAY_INFO) for the nine integers of a record. 0, or -1 with the record
+/// untouched when the request fails or no array is configured. Traces them.
+int get_array_info(int descriptor, struct arrayinfo* array);
+
+/// Runs mdadm on an md device, or on the member partition of a disk when the path contains "disk", and takes what it
+/// tells of the superblock. A UUID that is not told stays as it was. 0 when the last line told something, else -1, also
+/// when the command could not be started, which is printed.
+int get_md_superblock(const char* path, struct sb_info* sb);
+
+/// The number of every disk's md member partition: the one behind the first "_" of disk 1's link, or 0.
+int get_hdd_link_partno(void);
+
+/// The code of the word recorded for a disk or array in the status file, or kStatusUnknown.
+int get_diskinfo_status(const char* name);
+}
+
+namespace quorvel {
+
+inline constexpr int kStatusUnknown = 0xffff;
+
+/// The level of mdadm's name for it, -1 for all but the four that str_md_level knows.
+int md_level_of(const char* name);
+
+/// get_md_superblock of a disk whose member partition number is known.
+int get_disk_superblock(const char* path, int member_partition, sb_info& sb);
+
+/// The listed array "arrayN" or disk "diskN", or null.
+arrayinfo* find_array(int number);
+diskinfo* find_disk(int number);
+
+/// Where an array or disk is mounted.
+Text<256> mount_path(const char* name);
+
+/// The three sizes of a mounted file system.
+partition_info mounted_sizes(const char* path);
+
+/// The share used in per cent, cut; 0 of nothing.
+uint64_t used_percent(const partition_info& sizes);
+
+}  // namespace quorvel

@@ -1,0 +1,85 @@
+// Array superblocks as mdadm shows them. Lines looked for, wherever they stand:
+//
+//     UUID : bdc8c030:d1c2a578:042ebb07:eba6680f (local to host NAME)
+//     Raid Level : raid5
+//     Raid Devices : 4
+//     Total Devices : 3
+//     Preferred Minor : 2
+//
+// Metadata 1.2 has no preferred minor, and in a disk's superblock no total but two lines with a UUID ("Array UUID :",
+// then "Device UUID :"): as with every key the later line holds.
+#include <stdio.h>
+
+#include "foundation/appliance_files.h"
+#include "foundation/numbers.h"
+#include "foundation/shell.h"
+#include "foundation/trace.h"
+#include "quorvel/foundation.h"
+#include "raid/inventory.h"
+
+namespace quorvel {
+
+namespace {
+
+constexpr size_t kLineSize = 1024;
+
+const char* text_after(const char* line, const char* key) {
+    const char* found = strstr(line, key);
+    return found != nullptr ? found + strlen(key) : nullptr;
+}
+
+// Takes the first key that occurs in a line; false when none does.
+bool take_line(const char* line, sb_info& sb) {
+    if (const char* uuid = text_after(line, "UUID : ")) {
+        copy_text(sb.uuid, sizeof sb.uuid, uuid);
+        return true;
+    }
+    if (number_after(line, "Preferred Minor : ", sb.minor)) return true;
+    if (const char* level = text_after(line, "Raid Level : ")) {
+        sb.level = md_level_of(level);
+        return true;
+    }
+    return number_after(line, "Raid Devices : ", sb.raid_devices) ||
+           number_after(line, "Total Devices : ", sb.total_devices);
+}
+
+int read_superblock(const Text<kCommandSize>& command, const char* path, sb_info& sb) {
+    sb.minor = sb.level = sb.raid_devices = sb.total_devices = -1;
+    CommandOutput mdadm(command, kLineSize - 1);
+    if (!mdadm) {
+        printf("get mdadm info failed (target:%s)\n", path);
+        return -1;
+    }
+    bool taken = false;
+    for (char line[kLineSize]; next_line(mdadm.lines, line, sizeof line);) {
+        cut_at_line_feed(line);
+        taken = take_line(line, sb);
+    }
+    return taken ? 0 : -1;
+}
+
+}  // namespace
+
+int get_disk_superblock(const char* path, int member_partition, sb_info& sb) {
+    trace(kTraceDetail, "uuid_target_device=%s_%d\n", path, member_partition);
+    return read_superblock(Text<kCommandSize>("%s --examine %s_%d", files::kMdadmTool, path, member_partition), path,
+                           sb);
+}
+
+}  // namespace quorvel
+
+using namespace quorvel;
+
+int get_md_superblock(const char* path, struct sb_info* sb) {
+    if (path == nullptr || sb == nullptr) return -1;
+    if (contains(path, "disk")) return get_disk_superblock(path, get_hdd_link_partno(), *sb);
+    return read_superblock(Text<kCommandSize>("%s -D %s", files::kMdadmTool, path), path, *sb);
+}
+
+int get_hdd_link_partno(void) {
+    char link[128] = "";
+    (void)LibQuorvelBin_GetConfValInStringByKey(link, sizeof link, "DEVICE_HDD1_LINK");
+    int number = 0;
+    (void)number_after(link, "_", number);
+    return number;
+}

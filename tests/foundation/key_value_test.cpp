@@ -1,0 +1,170 @@
+// Reading and rewriting key=value files.
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <optional>
+#include <tuple>
+
+#include "quorvel/foundation.h"
+#include "support/appliance.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+constexpr char kFile[] = "/etc/settings";
+constexpr char kTemporary[] = "/etc/settings_tmp";
+
+class KeyValue : public ApplianceTest {};
+
+// nullopt stands for "not found" and for "no file".
+using Maybe = std::optional<std::string>;
+
+TEST_F(KeyValue, ReadsTheFirstLineThatSetsTheKey) {
+    const std::string piece(511, 'x'), value(600, 'v');
+    const std::tuple<std::string, const char*, Maybe> rows[] = {
+        {"A=1\nA=2\n",                              "A",   "1"             },
+        {"KEY = value \n",                          "KEY", " value "       },
+        {" \t KEY=a=b",                             "KEY", "a=b"           },
+        {"\vKEY=1\n",                               "KEY", {}              },
+        {"A=\"x y\"\r\r\n",                         "A",   "\"x y\""       },
+        {"# A=0\n#A=1\nA\nAB=2\nB=A=3\na=4\nA=5\n", "A",   "5"             },
+        {"=1\n",                                    "",    "1"             },
+        {"#A=1\nA B=1\n",                           "A B", {}              },
+        {"A\0=1\nB=1\0002\n"s,                      "A",   {}              },
+        {"A\0=1\nB=1\0002\n"s,                      "B",   "1"             },
+        {piece + "A=1\n",                           "A",   "1"             },
+        {piece + "xA=1\n",                          "A",   {}              },
+        {"A=" + value,                              "A",   value.substr(91)},
+    };
+    for (const auto& [text, key, expected] : rows) {
+        write_file(kFile, text);
+        char found[1024] = "";
+        EXPECT_EQ(get_StringbyKey(kFile, key, found, sizeof found), expected ? found : nullptr) << text;
+        EXPECT_EQ(found, expected.value_or(""s)) << text;
+    }
+    write_file(kFile, "LONG=abcdef\nSHORT=a\n");
+    std::string buffer(6, '-');
+    get_StringbyKey(kFile, "LONG", buffer.data(), 4);
+    EXPECT_EQ(buffer, "abc---");
+    get_StringbyKey(kFile, "SHORT", buffer.data(), 4);
+    EXPECT_EQ(buffer, "a\0\0---"s);
+    EXPECT_EQ(get_StringbyKey(kFile, "LONG", buffer.data(), 0), nullptr);
+}
+
+TEST_F(KeyValue, Rewrites) {
+    const std::string long_text(600, 'v');
+    const std::string piece(255, 'x');
+    const std::tuple<Maybe, int, std::string> rows[] = {
+        {"A=1\nB=%s\nA=3\n",                   1, "B=%s\nA=9\n"                    },
+        {"#A=1\n A = 1\nA\n\nA B=1\nAB=1\r\n", 0, "#A=1\nA\n\nAB=1\r\nA=9\n"       },
+        {"B=2",                                1, "B=2\nA=9\n"                     },
+        {"#A=1\nA=2\n",                        2, "#A=1\n"                         },
+        {{},                                   1, "A=9\n"                          },
+        {{},                                   2, ""                               },
+        {"B=" + long_text + "\n",              1, "B=" + long_text + "\nA=9\n"     },
+        {piece + "A=1\nB=2\n",                 1, piece + "\nB=2\nA=9\n"           },
+        {"A=" + long_text + "\nB=2\n",         2, long_text.substr(253) + "\nB=2\n"},
+    };
+    for (const auto& [before, mode, after] : rows) {
+        remove_tree(kFile);
+        if (before) write_file(kFile, *before);
+        write_file(kTemporary, "left by a writer that was killed\n" + long_text);
+        EXPECT_EQ(set_StringbyKeyExtend(kFile, "A", mode == 2 ? nullptr : "9", mode), 0) << after;
+        EXPECT_EQ(read_file(kFile), after);
+        EXPECT_FALSE(exists(kTemporary)) << after;
+    }
+    debug = 10;
+    write_file(kFile, "A=%s\nB=1\n");
+    EXPECT_EQ(printed_by([] { set_StringbyKey(kFile, "B", "2"); }), "write : A=%s\n");
+}
+
+TEST_F(KeyValue, KeepsModeAndOwner) {
+    write_file(kFile, "A=1\n");
+    ASSERT_EQ(chmod(kFile, 0640), 0);
+    (void)!chown(kFile, 1, 1);  // refused where only one user is known
+    struct stat before, after;
+    ASSERT_EQ(stat(kFile, &before), 0);
+    EXPECT_EQ(set_StringbyKey(kFile, "A", "2"), 0);
+    ASSERT_EQ(stat(kFile, &after), 0);
+    EXPECT_EQ(std::tuple(after.st_mode, after.st_uid, after.st_gid),
+              std::tuple(before.st_mode, before.st_uid, before.st_gid));
+}
+
+TEST_F(KeyValue, LeavesAFileAloneThatItCannotReadOrNotWriteWhole) {
+    const int next = dup(0);
+    close(next);
+    const std::tuple<decltype(RLIMIT_FSIZE), int, const char*> rows[] = {
+        {RLIMIT_NOFILE, next + 3, "Too many open files"}, // two for the capture, one for the new file
+        {RLIMIT_FSIZE,  8000,     "File too large"     }, // in the middle of copying
+        {RLIMIT_FSIZE,  12001,    "File too large"     }, // at the last flush
+    };
+    signal(SIGXFSZ, SIG_IGN);
+    std::string text(12000, '\n');
+    for (size_t i = 0; i < text.size(); i += 10)
+        text.replace(i, 4, "KEY=");
+    write_file(kFile, text);
+    for (const auto& [resource, most, error] : rows) {
+        Capture output;
+        rlimit saved;
+        getrlimit(resource, &saved);
+        const rlimit lower = {static_cast<rlim_t>(most), saved.rlim_max};
+        setrlimit(resource, &lower);
+        EXPECT_EQ(set_StringbyKey(kFile, "A", "2"), -1);
+        setrlimit(resource, &saved);
+        EXPECT_EQ(output.text(), "set_StringbyKeyExtend : "s + error + "\n");
+        EXPECT_TRUE(read_file(kFile) == text) << error;
+        EXPECT_FALSE(exists(kTemporary)) << error;
+    }
+    EXPECT_EQ(printed_by([] { EXPECT_EQ(set_StringbyKey("/etc", "A", "1"), -1); }),
+              "set_StringbyKeyExtend : Is a directory\n");
+    EXPECT_EQ(printed_by([] { EXPECT_EQ(set_StringbyKey("/etc/none/x", "A", "1"), -1); }),
+              "set_StringbyKeyExtend:file /etc/none/x_tmp open fail.\n");
+    EXPECT_EQ(set_StringbyKey(("/tmp/" + std::string(119, 'p')).c_str(), "A", "1"), -1);  // no room for the command
+}
+
+TEST_F(KeyValue, WritersAtTheSameTimeLoseNothingAndAReaderNeverSeesHalfAFile) {
+    const auto value_of = [](const std::string& key) {
+        char value[8] = "";
+        get_StringbyKey(kFile, key.c_str(), value, sizeof value);
+        return std::string(value);
+    };
+    write_file(kFile, "STAYS=yes\n");
+    for (const std::string key : {"W0", "W1", "W2"}) {
+        if (fork() != 0) continue;
+        int lost = 0;
+        for (int i = 0; i < 40; i++) {
+            set_StringbyKey(kFile, key.c_str(), std::to_string(i).c_str());
+            lost += value_of(key) != std::to_string(i);
+        }
+        _exit(lost);
+    }
+    for (int running = 3, status = 0; running > 0;) {
+        ASSERT_EQ(value_of("STAYS"), "yes");
+        if (waitpid(-1, &status, WNOHANG) <= 0) continue;
+        EXPECT_EQ(status, 0);
+        running--;
+    }
+}
+
+TEST_F(KeyValue, GrepFindsTheFirstLineWithAText) {
+    const std::string long_line = std::string(20000, 'l') + "%s\n";
+    write_file(kFile, "one two\nnext two\n" + long_line + "last");
+    const auto found = [](const char* needle, size_t size) {
+        std::string buffer(size, '-');
+        return grep_file(kFile, needle, buffer.data(), size) != nullptr ? buffer.c_str() : "none"s;
+    };
+    EXPECT_EQ(found("two", 64), "one two\n");
+    EXPECT_EQ(found("last", 64), "last");
+    EXPECT_EQ(found("%s", 20004), long_line.substr(0, 20002));
+    EXPECT_EQ(found("ex", 5), "nex");  // pieces of three characters
+    EXPECT_EQ(found("xt", 5), "none");
+    char buffer[8];
+    EXPECT_EQ(printed_by([&] { EXPECT_EQ(grep_file("/none", "a", buffer, sizeof buffer), nullptr); }),
+              "grep_file:file /none open fail.\n");
+}
+
+}  // namespace

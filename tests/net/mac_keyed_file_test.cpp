@@ -1,0 +1,60 @@
+// Files bound to a hardware address, with the real cipher tool in its place.
+#include "net/network.h"
+#include "quorvel/net.h"
+
+namespace {
+
+constexpr char kTool[] = "/usr/local/ssl/bin/openssl";
+constexpr auto encipher = LibQuorvelBin_SetEncryptionMacAddressNicFile;
+constexpr auto decipher = LibQuorvelBin_RecoveryEncryptionMacAddressNicFile;
+
+// What the last call left in the memory of its locals. Nothing else may be called in between.
+__attribute__((noinline, no_sanitize("address", "undefined"))) std::string_view left_on_stack() {
+    static char copy[32768];
+    const volatile char* stack = static_cast<const char*>(__builtin_frame_address(0)) - sizeof copy;
+    for (char& c : copy)
+        c = *stack++;
+    return {copy, sizeof copy};
+}
+
+}  // namespace
+
+TEST_F(NetTest, RoundTrip) {
+    make_link(kTool, "/usr/bin/openssl");
+    const std::string plain = "license=1234\n" + std::string(5000, 'p') + "\n";
+    write_file("/tmp/f", plain);
+    Capture warnings(2);
+    EXPECT_EQ(encipher("eth0", "/tmp/f"), 0);
+    EXPECT_TRUE(read_file("/tmp/f").starts_with("Salted__") && !exists("/tmp/f.1"));
+    EXPECT_EQ(printed_by([] { EXPECT_EQ(decipher("eth0", "/tmp/f"), 0); }), plain);
+    ip("link set eth0 address 02:0b:7e:10:00:ac");
+    EXPECT_NE(printed_by([] { EXPECT_EQ(decipher("eth0", "/tmp/f"), 1); }), plain);
+    EXPECT_EQ(encipher("eth0", "/tmp/missing"), 1);
+}
+
+// clang-format off
+TEST_F(NetTest, KeyedCommands) {
+    const std::string phrase = " -pass pass:02:0B:7E:10:00:AB", in = "enc -d -aes-256-cbc -in ";
+    const std::string longest = "/tmp/" + std::string(33, 'a'), longest_read = "/tmp/" + std::string(170, 'a');
+    stand_in(kTool, "case $5 in /tmp/fails) exit 1;; /tmp/odd) exit 2;; *) [ -d = $2 ] || : >$7;; esac");
+    // No command: the tool must not run.
+    const struct { int (*run)(const char*, const char*); const char* ifname; std::string path; int result; std::string command; } rows[] = {
+        {encipher, "eth0", longest,            0, "enc -e -aes-256-cbc -in " + longest + " -out " + longest + ".1" + phrase},
+        {encipher, "eth0", longest + "a",      1, ""},
+        {encipher, "eth7", "/tmp/f",          -1, ""},
+        {decipher, "eth0", "/tmp/fails",       1, in + "/tmp/fails" + phrase},
+        {decipher, "eth0", "/tmp/odd",         0, in + "/tmp/odd" + phrase},
+        {decipher, "eth0", longest_read,       0, in + longest_read + phrase},
+        {decipher, "eth0", longest_read + "a", 1, ""},
+        {decipher, "eth7", "/tmp/f",          -1, ""},
+    };
+    // clang-format on
+    for (const auto& row : rows) {
+        remove_tree("/run/stand-in/openssl");
+        int result = row.run(row.ifname, row.path.c_str());
+        bool phrase_left = left_on_stack().find(":7E:10:00:A") != std::string_view::npos;
+        EXPECT_TRUE(result == row.result && !phrase_left) << row.path << " " << result;
+        EXPECT_EQ(read_file("/run/stand-in/openssl"), row.command + (row.command.empty() ? "" : "\n")) << row.path;
+    }
+    EXPECT_TRUE(exists(longest) && !exists(longest + ".1")) << "moved over the file";
+}

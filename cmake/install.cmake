@@ -1,10 +1,24 @@
-# What `cmake --install` puts where: libraries, headers, the command, pkg-config and CMake package files.
+# What `cmake --install` puts where: libraries, headers, the command with its links and its completion, pkg-config and
+# CMake package files. The manual pages are installed by docs/man.
 include(CMakePackageConfigHelpers)
 set(QUORVEL_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/libquorvel_bin)
 
 install(TARGETS libquorvel_bin libquorvel_bin_static EXPORT libquorvel_bin-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS libquorvel_bin_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES packaging/completion/libquorvel_bin DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+# Commands that scripts call by their own names; each link has its completion, and its manual page where pages are made.
+foreach(word disk_signature disk_readerrorcnt)
+    foreach(suffix "" .1)
+        file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/links)
+        file(CREATE_LINK libquorvel_bin${suffix} ${CMAKE_BINARY_DIR}/links/${word}${suffix} SYMBOLIC)
+    endforeach()
+    install(FILES ${CMAKE_BINARY_DIR}/links/${word} DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(FILES ${CMAKE_BINARY_DIR}/links/${word} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    if(SCDOC)
+        install(FILES ${CMAKE_BINARY_DIR}/links/${word}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    endif()
+endforeach()
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 install(EXPORT libquorvel_bin-targets NAMESPACE quorvel:: DESTINATION ${QUORVEL_CMAKE_DIR})
 
@@ -15,5 +29,8 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/libquorvel_bin-config-versi
 install(FILES ${CMAKE_BINARY_DIR}/libquorvel_bin-config.cmake
     ${CMAKE_BINARY_DIR}/libquorvel_bin-config-version.cmake DESTINATION ${QUORVEL_CMAKE_DIR})
 
-configure_file(cmake/libquorvel_bin.pc.in ${CMAKE_BINARY_DIR}/libquorvel_bin.pc @ONLY)
+# The prefix is what `cmake --install --prefix` says, known only then.
+set(QUORVEL_PREFIX "@CMAKE_INSTALL_PREFIX@")
+configure_file(cmake/libquorvel_bin.pc.in ${CMAKE_BINARY_DIR}/libquorvel_bin.pc.in @ONLY)
+install(CODE "configure_file(\"${CMAKE_BINARY_DIR}/libquorvel_bin.pc.in\" \"${CMAKE_BINARY_DIR}/libquorvel_bin.pc\" @ONLY)")
 install(FILES ${CMAKE_BINARY_DIR}/libquorvel_bin.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <initializer_list>
 
 #include "libquorvel_bin.h"
 #include "surroundings.h"
@@ -11,7 +12,8 @@
 namespace {
 
 constexpr size_t kLongest = 4096;
-char given[kLongest + 1];
+char given[kLongest + 1];  // terminated
+size_t given_size;
 char answer[kLongest + 1];
 
 // The fields as strtok finds them on a copy, to compare with.
@@ -61,13 +63,6 @@ void map_names() {
     from_cmdline = 1;
 }
 
-void run_words(int (*entry)(int, char**), char* first, size_t size) {
-    char* arguments[32] = {};
-    int count = 0;
-    for (char* word = first; word < first + size && count < 31; word += strlen(word) + 1) arguments[count++] = word;
-    (void)entry(count, arguments);
-}
-
 void read_registry() {
     for (const char* operation : {"read", "write", "delete"}) {
         char* arguments[] = {given, given, const_cast<char*>(operation), given, given, nullptr};
@@ -91,25 +86,60 @@ void edit_texts() {
     remove_space(given);
 }
 
+void run_command_line() {
+    constexpr int (*kEntries[])(int, char**) = {
+        DiskSignature,
+        DiskReadErrorCnt,
+        LibQuorvelBin_MdHelper,
+        LibQuorvelBin_NetHelper,
+        LibQuorvelBin_EthInfo,
+        LibQuorvelBin_Nameif,
+        LibQuorvelBin_iSCSIHelper,
+        LibQuorvelBin_FirewallEntry,
+        LibQuorvelBin_ConfigHelper,
+        LibQuorvelBin_BackupHelperEntry,
+        LibQuorvelBin_IsDNSReachable,
+    };
+    char* arguments[32] = {};
+    int count = 0;
+    for (char* word = given + 1; word < given + given_size && count < 31; word += strlen(word) + 1) {
+        arguments[count++] = word;
+    }
+    (void)kEntries[static_cast<unsigned char>(given[0]) % (sizeof kEntries / sizeof *kEntries)](count, arguments);
+}
+
+struct Row {
+    const char* target;
+    void (*use)();
+};
+
+// clang-format off
+constexpr Row kRows[] = {
+    {"fields",        cut_fields      },
+    {"numbers",       read_numbers    },
+    {"device_names",  map_names       },
+    {"registry_keys", read_registry   },
+    {"command_lines", run_command_line},
+    {"texts",         edit_texts      },
+};
+// clang-format on
+
+const Row* chosen;
+
 }  // namespace
 
+bool choose_target(const char* name) {
+    for (const Row& row : kRows) {
+        if (strcmp(row.target, name) == 0) chosen = &row;
+    }
+    return chosen != nullptr;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    constexpr int (*kEntries[])(int, char**) = {
-        DiskSignature,           DiskReadErrorCnt,     LibQuorvelBin_MdHelper,      LibQuorvelBin_NetHelper,
-        LibQuorvelBin_EthInfo,   LibQuorvelBin_Nameif, LibQuorvelBin_iSCSIHelper,   LibQuorvelBin_FirewallEntry,
-        LibQuorvelBin_ConfigHelper, LibQuorvelBin_BackupHelperEntry, LibQuorvelBin_IsDNSReachable,
-    };
     if (size > kLongest) return 0;
     memcpy(given, data, size);
     given[size] = '\0';
-    const char* target = FUZZ_TARGET;
-    if (strcmp(target, "fields") == 0) cut_fields();
-    if (strcmp(target, "numbers") == 0) read_numbers();
-    if (strcmp(target, "device_names") == 0) map_names();
-    if (strcmp(target, "registry_keys") == 0) read_registry();
-    if (strcmp(target, "texts") == 0) edit_texts();
-    if (strcmp(target, "command_lines") == 0 && size > 1) {
-        run_words(kEntries[data[0] % (sizeof kEntries / sizeof *kEntries)], given + 1, size - 1);
-    }
+    given_size = size;
+    chosen->use();
     return 0;
 }

@@ -9,3 +9,6 @@ void put_file(const char* path, const void* data, size_t size);
 
 // What every command run with popen prints from now on.
 void set_command_output(const void* data, size_t size);
+
+// The row that --target=ROW names: called once, before the first input. False for an unknown one.
+bool choose_target(const char* name);

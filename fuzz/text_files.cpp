@@ -2,6 +2,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <initializer_list>
+
 #include "libquorvel_bin.h"
 #include "surroundings.h"
 
@@ -48,7 +50,9 @@ void read_extension_slots() {
     disk_path_free(set);
 }
 
-void read_usb_devices() { (void)get_bus_number_from_udevid("USB-LABSTICK1-0"); }
+void read_usb_devices() {
+    (void)get_bus_number_from_udevid("USB-LABSTICK1-0");
+}
 void read_pci_devices() {
     (void)LibQuorvelBin_GetPlatform();
     read_extension_slots();
@@ -57,7 +61,9 @@ void read_mounts() {
     (void)IsMounted("/mnt/disk1");
     (void)LibQuorvelBin_GetFsType(text, 8, "/mnt/disk1");
 }
-void read_partitions() { (void)GetPartitionBlocks("/dev/sda1"); }
+void read_partitions() {
+    (void)GetPartitionBlocks("/dev/sda1");
+}
 void read_disk_status() {
     (void)LibQuorvelBin_GetSpoolDir(text, 64);
     run_entry(LibQuorvelBin_MdHelper, "md diskmode");
@@ -73,7 +79,9 @@ void read_sessions() {
         run_entry(LibQuorvelBin_iSCSIHelper, words);
     }
 }
-void start_firewall() { run_entry(LibQuorvelBin_FirewallEntry, "firewall --start"); }
+void start_firewall() {
+    run_entry(LibQuorvelBin_FirewallEntry, "firewall --start");
+}
 void read_backup_task() {
     run_entry(LibQuorvelBin_BackupHelperEntry, "backup Info 1");
     run_entry(LibQuorvelBin_BackupHelperEntry, "backup GetDestination 1 1");
@@ -89,7 +97,9 @@ void read_kernel_release() {
     (void)LibQuorvelBin_GetOsVer(&version);
     LibQuorvelBin_PrintOsVer(&version);
 }
-void erase_flash() { (void)LibQuorvelBin_NandErase(); }
+void erase_flash() {
+    (void)LibQuorvelBin_NandErase();
+}
 void read_interface_settings() {
     (void)LibQuorvelBin_IsBondingMode();
     (void)LibQuorvelBin_IsNetIfEnabled("bond0");
@@ -100,9 +110,15 @@ void read_mdadm() {
         run_entry(LibQuorvelBin_MdHelper, words);
     }
 }
-void read_smartctl() { (void)LibQuorvelBin_GetDiskTemperature(0, "/dev/disk1"); }
-void read_nslookup() { run_entry(LibQuorvelBin_IsDNSReachable, "dns"); }
-void read_power() { (void)LibQuorvelBin_IsPowerSupplyedDisk(0); }
+void read_smartctl() {
+    (void)LibQuorvelBin_GetDiskTemperature(0, "/dev/disk1");
+}
+void read_nslookup() {
+    run_entry(LibQuorvelBin_IsDNSReachable, "dns");
+}
+void read_power() {
+    (void)LibQuorvelBin_IsPowerSupplyedDisk(0);
+}
 
 struct Row {
     const char* target;
@@ -136,25 +152,23 @@ constexpr Row kRows[] = {
 };
 // clang-format on
 
-constexpr const Row& this_row() {
-    for (const Row& row : kRows) {
-        const char* a = row.target;
-        const char* b = FUZZ_TARGET;
-        while (*a != '\0' && *a == *b) a++, b++;
-        if (*a == *b) return row;
-    }
-    __builtin_trap();
-}
-constexpr const Row& kRow = this_row();
+const Row* chosen;
 
 }  // namespace
 
+bool choose_target(const char* name) {
+    for (const Row& row : kRows) {
+        if (strcmp(row.target, name) == 0) chosen = &row;
+    }
+    return chosen != nullptr;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (kRow.path != nullptr) {
-        put_file(kRow.path, data, size);
+    if (chosen->path != nullptr) {
+        put_file(chosen->path, data, size);
     } else {
         set_command_output(data, size);
     }
-    kRow.read();
+    chosen->read();
     return 0;
 }

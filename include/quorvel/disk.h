@@ -131,10 +131,10 @@ QUORVEL_API int LibQuorvelBin_GetFsType(char* type, size_t size, const char* mou
 /* ---- Partition creation
  * --------------------------------------------------------------------------------------
  *
- * All of these but test_usersize destroy what is on the disk. Each step is one shell command, run with its
- * output captured; the tools' error output stays the caller's. A step fails when its command does not exit
- * with 0; the steps that make the data or USB partition also when their output holds "failed with error".
- * A layout that fails half-way stays as it is.
+ * All of these but test_usersize destroy what is on the disk, mounted or not. Each step is one shell command, run with
+ * its output captured; the tools' error output stays the caller's. A step fails when its command does not exit with 0;
+ * the steps that make the data or USB partition also when their output holds "failed with error". A layout that fails
+ * half-way stays as it is.
  *
  * The device path has at most 31 characters (a longer one counts as a device whose size cannot be read) and
  * its size comes from GetPartitionBlocks. With G the size in units of 1,000,000,000 bytes, rounded down. */
@@ -164,8 +164,8 @@ QUORVEL_API int create_short_partition(const char* device);
  *
  * The keystrokes come from "echo -e": /bin/sh must be a shell whose echo knows it (bash and busybox do; with
  * dash fdisk reads "-e" as commands and makes no partition).
- * @param filesystem  what the partition is marked for: "fat" or "vfat"; "xfs" (GPT only); any other, or
- *                    null, ext3 (type 83)
+ * @param filesystem  what the partition is marked for: "fat" or "vfat" (to parted "fat", a word that parted
+ *                    3.5 refuses: the step fails with it); "xfs" (GPT only); any other, or null, ext3 (type 83)
  * @return 0; -1 when the size reads 0 ("device[DEVICE] access fail.", no command is run) or a step failed
  *         ("CreatePartitionUsb_sub_GPT:fail." or "CreatePartitionUsb_sub_MBR:fail."). All on standard
  *         output, behind "DEVICE total sectors=BLOCKS bytes=BYTES N[GB}". */

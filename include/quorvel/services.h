@@ -33,7 +33,7 @@ QUORVEL_BEGIN_DECLS
  * target whose name is empty does not take its tid. An address is cut at its first ":". A
  * configuration finds the first target with its short name, and with that tid the name of the first
  * target that has it. Lines of the session file are read in pieces of at most 1023 characters; one
- * reading answers a question.
+ * reading answers a question, unless a tid stands there twice.
  * @param argc  entries of argv
  * @param argv  0 the command word, 1 the subcommand, 2 its parameter
  * @return as above; -1 with the usage text for any other subcommand or none. */

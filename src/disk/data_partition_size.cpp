@@ -26,8 +26,9 @@ uint64_t gigabytes_of(uint64_t blocks) {
 // The verdict on the last digit of a disk's gigabytes goes where its caller reports.
 bool is_accepted(uint64_t blocks, FILE* report) {
     uint64_t gigabytes = gigabytes_of(blocks);
-    fprintf(report, "sectors=%llu %u[GB] %u\n", static_cast<unsigned long long>(blocks * (kBlock / kSector)),
-            static_cast<unsigned>(gigabytes), static_cast<unsigned>(gigabytes % 10));
+    unsigned long long sectors = blocks * kBlock / kSector;
+    fprintf(report, "sectors=%llu %u[GB] %u\n", sectors, static_cast<unsigned>(gigabytes),
+            static_cast<unsigned>(gigabytes % 10));
     if (gigabytes % 10 <= kLastAcceptedDigit) return true;
     fputs("this disk can't used\n", report);
     return false;

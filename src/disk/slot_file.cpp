@@ -45,11 +45,12 @@ void take_word(DiskWord& word, const char* value) {
     if (!taken.empty()) copy_text(word, sizeof word, taken);
 }
 
+// cppcheck-suppress uninitMemberVar
 SlotFields::SlotFields(const char* value) {
     for (auto& field : text) {
         value += strspn(value, ",");
         size_t length = strcspn(value, ",");
-        copy_text(field, sizeof field, length < sizeof field ? first_word({value, length}) : std::string_view());
+        copy_text(field, sizeof field, length < sizeof field ? first_word({value, length}) : "");
         value += length;
     }
 }

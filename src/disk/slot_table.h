@@ -8,13 +8,16 @@
 
 namespace quorvel {
 
-/// What get_DiskOrderConfig gave when LibQuorvelBin_GetPlatformDiskSet last asked it, or null.
+/// What get_DiskOrderConfig gave when LibQuorvelBin_GetPlatformDiskSet last asked it, or null; null
+/// again once the library has released it.
 extern const struct disk_path* last_loaded_disk_set;
 
 /// Releases a set unless it is a built-in one.
 struct DiskSetDeleter {
     void operator()(const struct disk_path* set) const {
-        if (set == last_loaded_disk_set) disk_path_free(set);
+        if (set != last_loaded_disk_set) return;
+        disk_path_free(set);
+        last_loaded_disk_set = nullptr;
     }
 };
 

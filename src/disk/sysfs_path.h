@@ -17,7 +17,7 @@ inline std::string_view path_component(std::string_view path, int number) {
     for (size_t begin = 0;;) {
         while (begin < path.size() && path[begin] == '/')
             begin++;
-        if (begin == path.size()) return {};
+        if (begin == path.size()) return "";
         size_t end = path.find('/', begin);
         if (end == std::string_view::npos) end = path.size();
         if (--number == 0) return {path.data() + begin, end - begin <= kLongestComponent ? end - begin : 0};

@@ -4,7 +4,6 @@
 #include <stddef.h>
 #include <sys/ioctl.h>
 
-#include <algorithm>
 #include <iterator>
 
 #include "foundation/appliance_files.h"
@@ -69,11 +68,11 @@ void fill_md_trans_tbl() {
     DataArray arrays[kDataArrays];
     read_data_arrays(arrays);
     for (size_t i = 0; i < kDataArrays && arrays[i].present; i++) {
-        // A volume on a single disk: the number behind "disk" names the feature.
+        // A volume on a single disk: the number behind "disk" names the feature. Behind a shorter value are zeros.
         const char* device = arrays[i].device;
         Text<kNameSize> feature;
         if (device[0] != '\0') {
-            feature.append("DEVICE_HDD%s_EDP", device + std::min<size_t>(strlen(device), 4));
+            feature.append("DEVICE_HDD%s_EDP", device + strlen("disk"));
         } else {
             feature.append("DEVICE_MD%zu_REAL", i + 1);
         }

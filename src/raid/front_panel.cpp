@@ -1,7 +1,7 @@
 // The front-panel line of two-disk and four-disk models: how the slots are grouped into single disks and arrays.
 //
 // Slots are put into groups, named by a letter: S single, T standby, B broken, R removed, P and Q members of array 1
-// and of array 2. K stands for the one array that matters: the only one with members, or the one with three.
+// and of array 2. K stands for the array with members when only one has any.
 #include <stdio.h>
 
 #include <algorithm>
@@ -28,7 +28,7 @@ struct Group {
 struct Panel {
     Group groups[sizeof kLetters - 1];  // in the order of the letters
     const char* labels[2];              // of array 1 and array 2
-    int sole_array;                     // 1 or 2: the array of group K
+    int sole_array;                     // the array of group K, or 0
 };
 
 // One text of the front panel.
@@ -160,8 +160,8 @@ Panel classify(int slots, std::span<const CodeName> labels) {
 
     const Group& first = panel.groups[index_of('P')];
     const Group& second = panel.groups[index_of('Q')];
-    if (second.size == 0 || first.size == 3) panel.sole_array = 1;
-    if (first.size == 0 || second.size == 3) panel.sole_array = 2;
+    if (second.size == 0) panel.sole_array = 1;
+    if (first.size == 0) panel.sole_array = 2;
     if (panel.sole_array != 0) panel.groups[index_of('K')] = panel.sole_array == 1 ? first : second;
     return panel;
 }

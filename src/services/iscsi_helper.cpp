@@ -2,8 +2,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include <algorithm>
-#include <initializer_list>
+#include <string_view>
 
 #include "foundation/answer.h"
 #include "foundation/numbers.h"
@@ -17,8 +16,6 @@ using namespace quorvel;
 
 namespace {
 
-using Parts = std::initializer_list<std::string_view>;
-
 // Texts one behind the other. A busy server has thousands of report lines, and printf would be most
 // of their cost.
 template <size_t Size>
@@ -28,23 +25,19 @@ struct JoinedText {
 };
 
 template <size_t Size>
-void join(JoinedText<Size>& joined, Parts parts) {
-    for (std::string_view part : parts) {
-        size_t length = std::min(part.size(), Size - joined.length);
-        memcpy(joined.chars + joined.length, part.data(), length);
-        joined.length += length;
-    }
+void add(JoinedText<Size>& joined, std::string_view text) {
+    if (Size - joined.length < text.size()) return;
+    memcpy(joined.chars + joined.length, text.data(), text.size());
+    joined.length += text.size();
 }
 
 template <size_t Size>
-void replace(JoinedText<Size>& joined, Parts parts) {
-    joined.length = 0;
-    join(joined, parts);
-}
-
-template <size_t Size>
-std::string_view view(const JoinedText<Size>& joined) {
-    return {joined.chars, joined.length};
+void add_field(JoinedText<Size>& joined, std::string_view text) {
+    constexpr std::string_view kSeparator = "<>";
+    if (Size - joined.length < text.size() + kSeparator.size()) return;
+    add(joined, text);
+    memcpy(joined.chars + joined.length, kSeparator.data(), kSeparator.size());
+    joined.length += kSeparator.size();
 }
 
 constexpr size_t kPiece = 2048;             // more than a line of the session file
@@ -55,50 +48,63 @@ struct SessionReport {
     JoinedText<16384 + kReportLine> lines;
     JoinedText<kPiece> target;   // "TID<>TARGET<>"
     JoinedText<kPiece> session;  // "SID<>INITIATOR<>" of the latest session, whichever target it was of
-    size_t sid_length = 0;
-    bool idle_target = false;  // the target has shown neither a session nor a connection
+    size_t sid_length = 0;       // of "SID<>"
+    bool idle_target = false;    // the target has shown neither a session nor a connection
 };
+
+void set_target(SessionReport& report, std::string_view tid, std::string_view name) {
+    report.target.length = 0;
+    add_field(report.target, tid);
+    add_field(report.target, name);
+}
+
+void set_session(SessionReport& report, std::string_view sid, std::string_view initiator) {
+    report.session.length = 0;
+    add_field(report.session, sid);
+    report.sid_length = report.session.length;
+    add_field(report.session, initiator);
+}
 
 void flush(SessionReport& report) {
     (void)fwrite(report.lines.chars, 1, report.lines.length, stdout);
     report.lines.length = 0;
 }
 
-void add_line(SessionReport& report, Parts parts) {
+void add_line(SessionReport& report, std::string_view session, std::string_view rest) {
     if (sizeof report.lines.chars - report.lines.length < kReportLine) flush(report);
-    join(report.lines, parts);
+    add(report.lines, {report.target.chars, report.target.length});
+    add(report.lines, session);
+    add(report.lines, rest);
+    add(report.lines, "\n");
+    report.idle_target = false;
+}
+
+void end_target(SessionReport& report) {
+    if (report.idle_target) add_line(report, {report.session.chars, report.sid_length}, "<>");
 }
 
 void begin_target(SessionReport& report, const SessionLine& line) {
     char buffer[kTargetName];
-    replace(report.target, {number_text(line), "<>", target_name(line, buffer), "<>"});
+    set_target(report, number_text(line), target_name(line, buffer));
     report.idle_target = true;
 }
 
 void begin_session(SessionReport& report, const SessionLine& line) {
     char buffer[kInitiatorName];
-    std::string_view sid = number_text(line);
-    replace(report.session, {sid, "<>", initiator_name(line, buffer), "<>"});
-    report.sid_length = sid.size();
+    set_session(report, number_text(line), initiator_name(line, buffer));
     report.idle_target = false;
 }
 
 void add_connection(SessionReport& report, const SessionLine& line) {
-    add_line(report, {view(report.target), view(report.session), initiator_address(line), "\n"});
-    report.idle_target = false;
-}
-
-void end_target(SessionReport& report) {
-    std::string_view sid(report.session.chars, report.sid_length);
-    if (report.idle_target) add_line(report, {view(report.target), sid, "<><>\n"});
+    add_line(report, {report.session.chars, report.session.length}, initiator_address(line));
 }
 
 int session_info(const char*) {
     if (from_cmdline != 1) return 0;
     SessionFile sessions;
     SessionReport report;
-    replace(report.target, {"<><>"});
-    replace(report.session, {"<><>"});
+    set_target(report, "", "");
+    set_session(report, "", "");
     for (SessionLine line; sessions && next_session_line(sessions, line);) {
         if (line.kind == SessionKind::kTarget) {
             end_target(report);

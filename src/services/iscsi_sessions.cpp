@@ -14,8 +14,13 @@ namespace quorvel {
 namespace {
 
 constexpr size_t kSessionPiece = 1023;
-std::string_view up_to_blank(std::string_view text) {
-    return {text.data(), std::min(text.find(' '), text.size())};
+std::string_view up_to(char end, std::string_view text) {
+    return {text.data(), std::min(text.find(end), text.size())};
+}
+
+void skip_all(char c, std::string_view& rest) {
+    while (rest.starts_with(c))
+        rest.remove_prefix(1);
 }
 
 // Fields that follow each other, joined; empty when one is missing or the name does not fit. They
@@ -47,6 +52,7 @@ SessionKind kind_at_colon(SessionKind kind, const char* begin, const char* colon
 
 void split_line(std::string_view text, SessionLine& line) {
     line.kind = SessionKind::kNone;
+    line.text = text;
     auto field = line.fields.begin();
     for (const char* start = text.begin();;) {
         const void* found = memchr(start, ':', static_cast<size_t>(text.end() - start));
@@ -74,11 +80,13 @@ bool next_session_line(SessionFile& sessions, SessionLine& line) {
 }
 
 std::string_view number_text(const SessionLine& line) {
-    std::string_view word = line.fields[0];
-    word.remove_prefix(std::min(word.find_first_not_of(' '), word.size()));
-    // A first word that ends before its ":" has no second field.
-    if (word.empty() || word.find(' ') != std::string_view::npos) return "";
-    return up_to_blank(line.fields[1]);
+    std::string_view rest = line.text;
+    skip_all(' ', rest);
+    skip_all(':', rest);
+    while (!rest.empty() && rest[0] != ':' && rest[0] != ' ')
+        rest.remove_prefix(1);
+    skip_all(':', rest);
+    return up_to(':', up_to(' ', rest));
 }
 
 int target_number(const SessionLine& line) {
@@ -102,7 +110,7 @@ std::string_view short_target_name(const SessionLine& line) {
 }
 
 std::string_view initiator_address(const SessionLine& line) {
-    return up_to_blank(line.fields[2]);
+    return up_to(' ', line.fields[2]);
 }
 
 }  // namespace quorvel

@@ -23,9 +23,11 @@ namespace quorvel {
 
 enum class SessionKind { kNone, kTarget, kSession, kConnection };
 
-/// A line's kind and its first fields; a field is empty only when there is none.
+/// A line without its line end, its kind and its first fields; a field is empty only when there is
+/// none.
 struct SessionLine {
     SessionKind kind = SessionKind::kNone;
+    std::string_view text;
     std::array<std::string_view, 5> fields;
 };
 
@@ -37,8 +39,8 @@ struct SessionFile {
     LineReader lines;
 };
 
-/// The next target, session or connection line; other lines are passed over. False at the end. Its
-/// fields stay valid until the next call.
+/// The next target, session or connection line; other lines are passed over. False at the end. It
+/// stays valid until the next call.
 bool next_session_line(SessionFile& sessions, SessionLine& line);
 
 /// Field 2 of a target or session line's first word: its tid or sid. Empty when there is none.

@@ -1,6 +1,7 @@
 // Machines for the disk naming tests: a platform, a kernel, and disks as sysfs links.
 #pragma once
 
+#include "disk/slot_table.h"
 #include "quorvel/foundation.h"
 #include "quorvel/naming.h"
 #include "support/appliance.h"
@@ -50,5 +51,7 @@ inline std::string devname(const std::string& disk) {
     return converted(LibQuorvelBin_GetDevnameFromDiskname, disk);
 }
 inline std::string scsiid(const std::string& name) {
-    return converted(LibQuorvelBin_GetScsiIDFromDiskname, name);
+    std::string address = converted(LibQuorvelBin_GetScsiIDFromDiskname, name);
+    quorvel::DiskSet left_allocated(quorvel::last_loaded_disk_set);
+    return address;
 }

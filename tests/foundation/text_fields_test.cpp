@@ -32,6 +32,7 @@ TEST_F(TextFields, LastWordAndTheRest) {
     const std::tuple<const char*, const char*, const char*> rows[] = {
         {"a/b/c",     "c",      "a/b"},
         {"a/1234567", "1234--", "a"  },
+        {"abc",       "abc",    ""   },
     };
     for (const auto& [text, last, rest] : rows) {
         char found[] = "------";

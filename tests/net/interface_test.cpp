@@ -11,19 +11,15 @@
 
 namespace {
 
+// What an action writes to standard error, with room for so many descriptors.
 template <typename Action>
-std::string complaint_of(Action&& action) {
+std::string complaint_of(Action&& action, rlim_t descriptors = 1024) {
     Capture errors(2);
-    action();
-    return errors.text();
-}
-
-template <typename Action>
-std::string complaint_without_descriptors(Action&& action) {
     rlimit before;
     getrlimit(RLIMIT_NOFILE, &before);
-    const rlimit none = {0, before.rlim_max};
-    return complaint_of([&] { setrlimit(RLIMIT_NOFILE, &none), action(), setrlimit(RLIMIT_NOFILE, &before); });
+    const rlimit limit = {descriptors, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &limit), action(), setrlimit(RLIMIT_NOFILE, &before);
+    return errors.text();
 }
 
 // The address stored, or -1 with nothing stored.
@@ -42,28 +38,27 @@ int octets(const char* text) {
 
 // clang-format off
 TEST_F(NetTest, Getters) {
-    const struct { int (*get)(const char*); int eth0, eth1; std::string function, ioctl_name; } rows[] = {
-        {address<Netdev_GetIpAddr>,    octets("192.168.11.150"), octets("10.20.30.40"),     "GetIpAddr",    "SIOCGIFADDR"},
-        {address<Netdev_GetDstAddr>,   octets("192.168.11.150"), octets("10.20.30.41"),     "GetDstAddr",   "SIOCGIFDSTADDR"},
-        {address<Netdev_GetNetmask>,   octets("255.255.252.0"),  octets("255.255.255.252"), "GetNetmask",   "SIOCGIFNETMASK"},
-        {address<Netdev_GetBroadAddr>, octets("192.168.11.255"), octets("0.0.0.0"),         "GetBroadAddr", "SIOCGIFBRDADDR"},
-        {Netdev_GetMtu,                1400,                     1500,                      "GetMtu",       "SIOCGIFMTU"},
-        {Netdev_GetFlags,              0x1043,                   0x1043,                    "GetFlags",     "SIOCGIFFLAGS"},
-        {Netdev_GetIfIndex,            40,                       41,                        "GetIfIndex",   "SIOCGIFINDEX"},
-        {Netdev_GetMetric,             0,                        0,                         "GetMetric",    "SIOCGIFMETRIC"},
+    const struct { int (*get)(const char*); int eth0, eth1; std::string function, request; } rows[] = {
+        {address<Netdev_GetIpAddr>,    octets("192.168.11.150"), octets("10.20.30.40"),     "Netdev_GetIpAddr:",    "SIOCGIFADDR :"},
+        {address<Netdev_GetDstAddr>,   octets("192.168.11.150"), octets("10.20.30.41"),     "Netdev_GetDstAddr:",   "SIOCGIFDSTADDR :"},
+        {address<Netdev_GetNetmask>,   octets("255.255.252.0"),  octets("255.255.255.252"), "Netdev_GetNetmask:",   "SIOCGIFNETMASK :"},
+        {address<Netdev_GetBroadAddr>, octets("192.168.11.255"), octets("0.0.0.0"),         "Netdev_GetBroadAddr:", "SIOCGIFBRDADDR :"},
+        {Netdev_GetMtu,                1400,                     1500,                      "Netdev_GetMtu:",       "SIOCGIFMTU :"},
+        {Netdev_GetFlags,              0x1043,                   0x1043,                    "Netdev_GetFlags:",     "SIOCGIFFLAGS :"},
+        {Netdev_GetIfIndex,            40,                       41,                        "Netdev_GetIfIndex:",   "SIOCGIFINDEX :"},
+        {Netdev_GetMetric,             0,                        0,                         "Netdev_GetMetric:",    "SIOCGIFMETRIC :"},
     };
     // clang-format on
+    const char no_device[] = "No such device\n", no_room[] = "Too many open files\n";
     int free_descriptor = OpenSocket();
     EXPECT_EQ(fcntl(free_descriptor, F_GETFD), FD_CLOEXEC);
     close(free_descriptor);
     for (const auto& row : rows) {
         EXPECT_TRUE(row.get("eth0") == row.eth0 && row.get("eth1") == row.eth1) << row.function;
-        EXPECT_EQ(complaint_of([&] { EXPECT_EQ(row.get("x") + row.get(nullptr), -2); }),
-                  row.ioctl_name + " :No such device\n");
-        EXPECT_EQ(complaint_without_descriptors([&] { row.get("eth0"); }),
-                  "Netdev_" + row.function + ":Too many open files\n");
+        EXPECT_EQ(complaint_of([&] { EXPECT_EQ(row.get("x") + row.get(nullptr), -2); }), row.request + no_device);
+        EXPECT_EQ(complaint_of([&] { EXPECT_EQ(row.get("eth0"), -1); }, 0), row.function + no_room);
     }
-    EXPECT_EQ(complaint_without_descriptors(OpenSocket), "socket fail: Too many open files\n");
+    EXPECT_EQ(complaint_of(OpenSocket, 0), "socket fail: Too many open files\n");
     EXPECT_EQ(close(free_descriptor), -1) << "a socket stayed open";
     netdev_map maps[2];
     memset(maps, 0xee, sizeof maps);
@@ -92,48 +87,40 @@ TEST_F(NetTest, InterfaceReport) {
 }
 
 TEST_F(NetTest, Rename) {
-    expect_answers(LibQuorvelBin_Nameif, {
-                                             {"nameif br0",                         -1, "Argument is wrong!"    },
-                                             {"nameif br0 eth0",                    -1, "Can't change if name\n"},
-                                             {"nameif br0 bridge_with_a_long_name", 0,  ""                      }
-    });
+    expect_answer(LibQuorvelBin_Nameif, "nameif br0", -1, "Argument is wrong!");
+    expect_answer(LibQuorvelBin_Nameif, "nameif br0 eth0", -1, "Can't change if name\n");
+    expect_answer(LibQuorvelBin_Nameif, "nameif br0 bridge_with_a_long_name", 0, "");
     EXPECT_EQ(Netdev_GetIfIndex("bridge_with_a_long_name"), 70) << "cut to the same name";
 }
 
 TEST_F(NetTest, EthernetReport) {
+    constexpr auto entry = LibQuorvelBin_EthInfo;
     const std::string eth0 = "MAC=02:0b:7e:10:00:ab\nlink=10000\nduplex=full\njumboframe=enable\nmtu=1400\n";
     const std::string bare = "\nlink=0\nduplex=half\njumboframe=enable\nmtu=";
     const std::string no_device = "Specified device is not exist\n", no_file = "Failed to open /sys/class/net/eth5/";
-    // eth0 is whole; br0 has a long address and no speed, lo no driver to ask, eth3 and eth4 an empty file, eth5 none.
-    for (const char* attribute : {"eth0/address 02:0b:7e:10:00:ab", "eth0/mtu 1400", "br0/address 80:00:02:08:fe:80:00",
-                                  "br0/mtu 1500", "lo/address 0", "lo/mtu 65536", "eth4/address 0", "eth5/none x"}) {
-        const std::string text = attribute;
-        write_file("/sys/class/net/" + text.substr(0, text.find(' ')), text.substr(text.find(' ') + 1) + "\n");
-    }
-    write_file("/sys/class/net/eth3/address", "");
-    write_file("/sys/class/net/eth4/mtu", "");
-    expect_answers(LibQuorvelBin_EthInfo, {
-                                              {"ethinfo eth0", 0,  eth0                                     },
-                                              {"ethinfo br0",  0,  "MAC=80:00:02:08:fe:80" + bare + "1500\n"},
-                                              {"ethinfo lo",   0,  "MAC=0" + bare + "65536\n"               },
-                                              {"ethinfo eth9", -1, ""                                       },
-                                              {"ethinfo",      0,  "wrong feature name\n"                   }
-    });
+    const auto show = [](const std::string& ifname, const char* mac, const char* mtu) {
+        write_file("/sys/class/net/" + ifname + "/address", mac);
+        write_file("/sys/class/net/" + ifname + "/mtu", mtu);
+    };
+    show("eth0", "02:0b:7e:10:00:ab\n", "1400\n");
+    show("br0", "80:00:02:08:fe:80:00:00\n", "1500\n");  // without speed
+    show("eth3", "", "1500\n");
+    show("eth4", "0\n", "");
+    make_directory("/sys/class/net/eth5");
+    expect_answer(entry, "ethinfo eth0", 0, eth0);
+    expect_answer(entry, "ethinfo br0", 0, "MAC=80:00:02:08:fe:80" + bare + "1500\n");
+    expect_answer(entry, "ethinfo eth9", -1, "");
+    expect_answer(entry, "ethinfo", 0, "wrong feature name\n");
     write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=1\n");
-    expect_answers(LibQuorvelBin_EthInfo, {
-                                              {"ethinfo", 0, "\n"}
-    });
+    expect_answer(entry, "ethinfo", 0, "\n");
     from_cmdline = 1;
     write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=3\n");
-    expect_answers(
-        LibQuorvelBin_EthInfo,
-        {
-            {"ethinfo",      -1, "[eth0]\n" + eth0 + "\n" + no_device + "Failed to get eth information (eth1)\n"},
-            {"ethinfo eth9", -1, no_device                                                                      },
-            {"ethinfo eth3", -1, ""                                                                             },
-            {"ethinfo eth5", 0,  no_file + "address\n" + no_file + "mtu\nFailed to ioctl\nMAC=" + bare + "0\n"  },
-            {"e a b",        -1, "Argument is wrong!\n\nUsage is below\ne <interface name>\nlike : e eth0\n"    }
-    });
+    expect_answer(entry, "ethinfo", -1,
+                  "[eth0]\n" + eth0 + "\n" + no_device + "Failed to get eth information (eth1)\n");
+    expect_answer(entry, "ethinfo eth3", -1, "");
+    expect_answer(entry, "ethinfo eth5", 0,
+                  no_file + "address\n" + no_file + "mtu\nFailed to ioctl\nMAC=" + bare + "0\n");
+    expect_answer(entry, "e a b", -1, "Argument is wrong!\n\nUsage is below\n\ne <interface name>\nlike : e eth0\n");
     struct eth_info info = {};
     EXPECT_EQ(read_eth_info(&info, "eth3") + read_eth_info(&info, "eth4"), -24);
 }

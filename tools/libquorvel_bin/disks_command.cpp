@@ -186,7 +186,7 @@ int compare_lines(const void* one, const void* other) {
 }
 
 void print(const Listing& listing) {
-    qsort(listing.lines, listing.count, sizeof(Line), compare_lines);
+    if (listing.count > 0) qsort(listing.lines, listing.count, sizeof(Line), compare_lines);
     for (size_t i = 0; i < listing.count; i++) {
         const Line& line = listing.lines[i];
         printf("%s\t%s", line.device, line.word != nullptr ? line.word : "-");

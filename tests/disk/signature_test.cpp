@@ -1,0 +1,124 @@
+#include <cstdlib>
+#include <cstring>
+#include <sstream>
+
+#include "quorvel/disk.h"
+#include "support/appliance.h"
+
+namespace {
+
+// The bytes of a hex dump; an asterisk stands for 256 bytes of ff.
+std::string from_hex(const std::string& dump) {
+    std::istringstream words(dump);
+    std::string bytes;
+    for (std::string word; words >> word;)
+        bytes +=
+            word == "*" ? std::string(256, '\xff') : std::string(1, static_cast<char>(std::stoi(word, nullptr, 16)));
+    return bytes;
+}
+
+// What the entry point, run with these words behind the command word, prints, and its result as a last line. The
+// variable must not make a word end the options.
+std::string run(int (*entry)(int, char**), const std::string& words) {
+    std::istringstream line("libquorvel_bin command " + words);
+    std::vector<std::string> texts(std::istream_iterator<std::string>(line), {});
+    std::vector<char*> vector;
+    for (auto& text : texts)
+        vector.push_back(text.data());
+    int result = setenv("POSIXLY_CORRECT", "1", 1);
+    const auto printed = printed_by([&] { result = entry(static_cast<int>(vector.size()), vector.data()); });
+    return printed + "= " + std::to_string(result);
+}
+
+// clang-format off
+const std::string head = "01 00 00 00 00 00 00 00 20 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 ";
+const std::string mac = "30 32 3a 30 61 3a 62 62 3a 30 63 3a 64 64 3a 65 65 00 00 00 ";  // 02:0a:bb:0c:dd:ee
+const std::string disk1 = "64 69 73 6b 31 00 00 00 ", array1 = "61 72 72 61 79 31 00 00 ", none = "00 00 00 00 00 00 00 00 ";
+const std::string encrypted = "65 6e 63 72 79 70 74 65 64 00 00 00 00 00 00 00 ";
+const std::string record = from_hex(head + disk1 + mac + array1 + encrypted);
+const std::string shown = "version         1.00\nhdr_len         32\nraw_device_name disk1\nmac_address     02:0a:bb:0c:dd:ee\n"
+                          "in_device       array1\ncryptinfo       encrypted\n";
+struct Signature : ApplianceTest {
+    void SetUp() override {
+        ApplianceTest::SetUp();
+        // Kernels have the one kind of interface or the other.
+        int made = system("test \"$APPLIANCE_NETWORK\" = yes && { ip link show eth0 || ip link add eth0 type dummy ||"
+                          " ip link add eth0 type bridge; } >/dev/null 2>&1 && ip link set eth0 address 02:0a:bb:0c:dd:ee");
+        if (made != 0) GTEST_SKIP() << "no network of its own, or no eth0 to be had";
+        write_file("/dev/short", record.substr(0, 83));
+    }
+};
+
+TEST_F(Signature, CommandWritesItByteForByteAndShowsIt) {
+    const std::string help = run(DiskSignature, ""), usage = help.substr(0, help.find("= 0"));
+    const struct { std::string words, printed, disk; } cases[] = {
+        {"set /dev/disk1 -r disk1 -d array1 -e yes", "= 0", head + disk1 + mac + array1 + encrypted},
+        {"set /dev/disk1", "= 0", head + none + mac + none + none + none},
+        {"set /dev/disk1 word -r disk12345 -e no", "= 0", head + "64 69 73 6b 31 32 33 00 " + mac + none + "6e 6f 72 6d 61 6c 00 00 " + none},
+        {"set /dev/disk1 -d disk12 -d d -e yes -e maybe", "= 0", head + none + mac + "64 00 00 00 00 00 00 00 " + encrypted},
+        {"set /dev/null", "= 0", ""}, {"set /dev/disk1 -r disk1 -x", "= -1", ""}, {"set /dev/disk1 -r", "= -1", ""}, {"set /dev/disk1 -h", usage + "= -1", ""},
+        {"--help /dev/disk1", usage + "= 0", ""}, {"set", help, ""},
+        {"set -r /dev/disk1", "Err: write file open fail.(-r)\n= 0", ""},
+        {"set /dev/full", "Err: file write fail.(/dev/full)\n= 0", ""},
+        {"get /dev/short", "Err: file write fail.(/dev/short)\n= 0", ""},
+    };
+    for (const auto& [words, printed, disk] : cases) {
+        write_file("/dev/disk1", from_hex("* *"));
+        EXPECT_EQ(printed, run(DiskSignature, words)) << words;
+        const auto written = from_hex(disk);
+        EXPECT_EQ(read_file("/dev/disk1"), written + from_hex("* *").substr(written.size())) << words;
+    }
+    EXPECT_TRUE(help.starts_with("libquorvel_bin disk_signature [ope]") && !exists("-r"));
+}
+
+TEST_F(Signature, LoaderReadsLittleEndianNumbersAndWholeRecordsOnly) {
+    disk_signature loaded = {};
+    write_file("/dev/disk1", from_hex("02 01 00 00 07 00 00 00 04 03 02 01") + record.substr(12, 20) + "ABCDEFGH" + record.substr(40));
+    ASSERT_EQ(0, LibQuorvelBin_LoadDiskSignature("/dev/disk1", &loaded));
+    EXPECT_TRUE(loaded.sig_ver.major == 0x102 && loaded.sig_ver.minor == 7 && loaded.hdr_len == 0x1020304);
+    EXPECT_TRUE(run(DiskSignature, "any /dev/disk1").starts_with("version         258.07\nhdr_len         16909060\nraw_device_name ABCDEFGH\n"));
+    for (const char* path : {"/dev/short", "/dev/none"})
+        EXPECT_EQ(-1, LibQuorvelBin_LoadDiskSignature(path, &loaded));
+    EXPECT_STREQ("02:0a:bb:0c:dd:ee", loaded.mac_address);
+}
+
+TEST_F(Signature, TellsWhetherADiskIsThisUnits) {
+    write_file("/dev/own", record);
+    write_file("/dev/other", from_hex(head + disk1 + mac.substr(0, 48) + "66 00 00 00 " + array1 + encrypted));
+    EXPECT_EQ(printed_by([] { EXPECT_EQ(1, IsMyDisk("own")); }), shown);
+    EXPECT_TRUE(IsMyDisk("//dev/own") == 1 && IsMyDisk("other") == 0 && IsMyDisk("none") == 0);
+    ASSERT_EQ(0, system("ip link set eth0 name eth7"));
+    EXPECT_EQ(printed_by([] { EXPECT_EQ(-1, IsMyDisk("own")); }), shown);
+    EXPECT_EQ("= -1", run(DiskSignature, "set /dev/own -r disk2"));
+    EXPECT_EQ(read_file("/dev/own"), record);
+    ASSERT_EQ(0, system("ip link set eth7 name eth0"));
+}
+
+struct ReadErrorCounter : ApplianceTest {};
+
+TEST_F(ReadErrorCounter, IsFourBytesBehindTheRecord) {
+    const std::string usage = run(DiskReadErrorCnt, ""), help = usage.substr(0, usage.find("= 0"));
+    const std::string before(86, '\xff'), open_fail = "Err: write file open fail.(";
+    const struct { std::string words, printed, counter; } cases[] = {
+        {"set /dev/disk1 -n 12", "= 0", "31 32 00 00"},        {"get /dev/disk1", "12\n= 0", "31 32 00 00"},
+        {"set /dev/disk1 -c -n 999", "= 0", "39 39 39 00"},    {"get /dev/disk1", "999\n= 0", "39 39 39 00"},
+        {"set /dev/disk1 -n 1000", "= 1", "39 39 39 00"},      {"set /dev/disk1 -x", help + "= 1", "39 39 39 00"},
+        {"set /dev/disk1 -n", help + "= 1", "39 39 39 00"},    {"set /dev/disk1 -n ab", "= 0", "61 62 00 00"},
+        {"get /dev/disk1", "0\n= 0", "61 62 00 00"},           {"set /dev/disk1 -n 7 -c", "= 0", "00 00 00 00"},
+        {"set /dev/disk1 -n 7", "= 0", "37 00 00 00"},         {"set /dev/disk1", "= 0", "00 00 00 00"},
+        {"set /dev/none -n 1", open_fail + "/dev/none)\n= 2", "00 00 00 00"}, {"get", open_fail + ")\n= 2", "00 00 00 00"},
+        {"get /dev/short", "Err: file write fail.(/dev/short)\n= 2", "00 00 00 00"},
+        {"set /dev/full", "Err: file write fail.(/dev/full)\n= 2", "00 00 00 00"},
+        {"let /dev/disk1", usage, "00 00 00 00"},       {"reset /dev/disk1", usage, "00 00 00 00"},
+    };
+    write_file("/dev/disk1", from_hex("*"));
+    write_file("/dev/short", before);
+    EXPECT_TRUE(usage.starts_with("libquorvel_bin disk_readerrorcnt [ope]"));
+    for (const auto& [words, printed, counter] : cases) {
+        EXPECT_EQ(printed, run(DiskReadErrorCnt, words)) << words;
+        EXPECT_EQ(read_file("/dev/disk1"), before + from_hex(counter) + std::string(166, '\xff')) << words;
+    }
+}
+// clang-format on
+
+}  // namespace

@@ -80,13 +80,13 @@ bool next_session_line(SessionFile& sessions, SessionLine& line) {
 }
 
 std::string_view number_text(const SessionLine& line) {
-    std::string_view rest = line.text;
-    skip_all(' ', rest);
-    skip_all(':', rest);
-    while (!rest.empty() && rest[0] != ':' && rest[0] != ' ')
-        rest.remove_prefix(1);
-    skip_all(':', rest);
-    return up_to(':', up_to(' ', rest));
+    std::string_view word = line.text;
+    skip_all(' ', word);
+    word = up_to(' ', word);
+    skip_all(':', word);
+    word.remove_prefix(std::min(word.find(':'), word.size()));
+    skip_all(':', word);
+    return up_to(':', word);
 }
 
 int target_number(const SessionLine& line) {

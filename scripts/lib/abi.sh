@@ -14,7 +14,7 @@ write_abi() {
 write_constants() {
     local names
     # The preprocessor takes the comments away.
-    names=$(gcc -fpreprocessed -dD -E -P -x c - < <(cat include/quorvel/*.h) |
+    names=$(gcc -w -fpreprocessed -dD -E -P -x c - < <(cat include/quorvel/*.h) |
         sed -nE '/^enum /,/\}/{s/[{},]/\n/g;p}; /^#define [A-Z_0-9]+ [0-9]/p' |
         sed -nE 's/^ *([A-Z][A-Z_0-9]+)( *=.*)?$/\1/p; s/^#define ([A-Z_0-9]+) .*/\1/p')
     {

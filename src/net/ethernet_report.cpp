@@ -104,7 +104,7 @@ int report_one(const char* ifname) {
 }
 
 int print_usage(const char* word) {
-    printf("Argument is wrong!\n\nUsage is below\n");
+    puts("Argument is wrong!\n\nUsage is below\n");
     printf("%s <interface name>\n", word);
     printf("like : %s eth0\n", word);
     return -1;

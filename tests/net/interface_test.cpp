@@ -120,7 +120,7 @@ TEST_F(NetTest, EthernetReport) {
     expect_answer(entry, "ethinfo eth3", -1, "");
     expect_answer(entry, "ethinfo eth5", 0,
                   no_file + "address\n" + no_file + "mtu\nFailed to ioctl\nMAC=" + bare + "0\n");
-    expect_answer(entry, "e a b", -1, "Argument is wrong!\n\nUsage is below\ne <interface name>\nlike : e eth0\n");
+    expect_answer(entry, "e a b", -1, "Argument is wrong!\n\nUsage is below\n\ne <interface name>\nlike : e eth0\n");
     struct eth_info info = {};
     EXPECT_EQ(read_eth_info(&info, "eth3") + read_eth_info(&info, "eth4"), -24);
 }

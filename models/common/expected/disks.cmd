@@ -1,0 +1,1 @@
+libquorvel_bin disks

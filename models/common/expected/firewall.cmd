@@ -1,0 +1,3 @@
+# The table, and every call of iptables.
+libquorvel_bin firewall --start
+grep ^iptables /run/tool-calls

@@ -1,0 +1,2 @@
+# In the syntax of /etc/diskpath.conf; nothing where names follow rules.
+libquorvel_bin slots

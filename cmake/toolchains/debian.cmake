@@ -1,0 +1,11 @@
+# What the boards' toolchains have in common: Debian's cross compilers, their C library, and the emulator that runs what
+# they build. A board's file sets QUORVEL_TRIPLET, QUORVEL_EMULATOR and CMAKE_SYSTEM_PROCESSOR and includes this one.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_C_COMPILER ${QUORVEL_TRIPLET}-gcc)
+set(CMAKE_CXX_COMPILER ${QUORVEL_TRIPLET}-g++)
+set(CMAKE_FIND_ROOT_PATH /usr/${QUORVEL_TRIPLET})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-${QUORVEL_EMULATOR}-static -L /usr/${QUORVEL_TRIPLET})

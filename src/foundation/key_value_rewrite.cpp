@@ -99,7 +99,7 @@ bool copy_other_settings(int source, std::string_view key, Target& target) {
         // The rest of a long line whose middle was dropped starts a line of its own.
         if (dropped && !target.complete_line) add(target, "\n");
         dropped = false;
-        trace(kTrace, "write : %.*s", static_cast<int>(piece.size()), piece.data());
+        if (tracing(kTrace)) trace(kTrace, "write : %.*s", static_cast<int>(piece.size()), piece.data());
         add(target, piece);
         if (target.failed) return false;
     }

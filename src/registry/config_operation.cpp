@@ -40,7 +40,8 @@ int reject_key(const char* name) {
 // "\t\tNAME=REST\n", which is the line as it stands, with a "=" behind it when it has none.
 void print_line(std::string_view line) {
     constexpr size_t kAround = 4;
-    char text[kAround + kReaderPiece] = "\t\t";
+    char text[kAround + kReaderPiece];
+    text[0] = text[1] = '\t';
     size_t length = strnlen(line.data(), line.size());
     if (length > 0 && line[length - 1] == '\n') length--;
     char* end = static_cast<char*>(mempcpy(text + 2, line.data(), length));

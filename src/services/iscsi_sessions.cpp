@@ -16,7 +16,8 @@ namespace {
 constexpr size_t kSessionPiece = 1023;
 
 std::string_view up_to(char end, std::string_view text) {
-    return {text.data(), std::min(text.find(end), text.size())};
+    const void* found = memchr(text.data(), end, text.size());
+    return {text.data(), found != nullptr ? static_cast<const char*>(found) : text.end()};
 }
 
 void skip_all(char c, std::string_view& rest) {

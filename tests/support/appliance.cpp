@@ -73,7 +73,7 @@ std::string read_file(const std::string& path) {
 }
 
 std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t fields) {
-    constexpr std::string_view letters = "ntr_", meanings = "\n\t\r ";
+    constexpr std::string_view letters = "ntrv_", meanings = "\n\t\r\v ";
     std::ifstream file("/source/tests/" + name + ".txt");
     std::vector<std::vector<std::string>> rows;
     for (std::string line; std::getline(file, line);) {

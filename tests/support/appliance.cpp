@@ -87,7 +87,12 @@ std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t
                 end = 0;
             } else if (line[i] == '\\') {
                 const size_t letter = letters.find(line[++i]);
-                *field += letter == letters.npos ? line[i] : meanings[letter];
+                if (line[i] == 'x') {
+                    *field += static_cast<char>(std::stoi(line.substr(i + 1, 2), nullptr, 16));
+                    i += 2;
+                } else {
+                    *field += letter == letters.npos ? line[i] : meanings[letter];
+                }
                 end = field->size();
             } else if (line[i] != ' ' || !field->empty()) {
                 *field += line[i];

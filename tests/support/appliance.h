@@ -45,7 +45,8 @@ std::string printed_by(Action&& action) {
 }
 
 // The cases of a text file beside the tests, a line each: fields between "|", blanks around them left out. In a field
-// "\n", "\t", "\r" and "\v" are as in C, "\_" is a blank that stays; a line with "#" in front is a comment.
+// "\n", "\t", "\r", "\v" and "\x" with two digits are as in C, "\_" is a blank that stays; a line with "#" in front is
+// a comment.
 std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t fields);
 template <size_t N>
 std::vector<std::array<std::string, N>> table(const std::string& name) {

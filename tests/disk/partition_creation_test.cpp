@@ -48,7 +48,7 @@ TEST_F(PartitionCreation, InternalLayout) {
     tools("");
     // A path of 32 characters, the first 31 of which name the disk.
     done += transcript(156290904, [] { return create_partition("/dev////////////////////////sdc1"); }, "sdc1");
-    for (uint64_t blocks : {0, 243164063, 244198584, 250976562, 250976563, 1953514584})
+    for (uint64_t blocks : {0UL, 243164063UL, 244198584UL, 250976562UL, 250976563UL, 1953514584UL})
         done += transcript(blocks, internal) + transcript(blocks, trial, "trial");
     EXPECT_EQ(done, read_file("/source/tests/disk/expected/internal-layouts.txt"));
 }
@@ -77,7 +77,7 @@ TEST_F(PartitionCreation, UsbLayout) {
     std::string done;
     for (const auto& [file_system, label, rules] : cases) {
         tools(rules);
-        const auto call = [&] { return create_usb_partition("/dev/sdc", file_system, label); };
+        const auto call = [format = file_system, scheme = label] { return create_usb_partition("/dev/sdc", format, scheme); };
         done += transcript(8388608, call, std::string(file_system ? file_system : "-") + " " + (label ? label : "-") + " " + rules);
     }
     done += transcript(0, [] { return create_usb_partition("/dev/sdc", "xfs", "gpt"); });
@@ -97,7 +97,7 @@ TEST_F(PartitionCreation, RealToolsMakeTheTable) {
         {"xfs",  "gpt",   "/dev/sdc1 : start=          34, size=      131005, type=0FC63DAF-8483-4772-8E79-3D69D8477DE4"},
     };
     for (const auto& [file_system, label, partition] : cases) {
-        (void)transcript(65536, [&] { return create_usb_partition("/dev/sdc", file_system, label); });
+        (void)transcript(65536, [format = file_system, scheme = label] { return create_usb_partition("/dev/sdc", format, scheme); });
         const auto table = printed_by([] { EXPECT_EQ(0, system("sfdisk -d /dev/sdc")); });
         EXPECT_NE(table.find(partition), std::string::npos) << table;
     }

@@ -74,7 +74,7 @@ JOBS = [
     Job("name one disk of twelve", ["diskname", "sdl"], ["name_disk", "sdl"],
         [["lsscsi", "8:0:0:0"], ["udevadm", "info", "-q", "name", "/sys/block/sdl"]],
         (0.195, 58, 1.15), setup=("complete_block_devices",), quick=True),
-    Job("name all twelve disks, one command", ["disks"], ["name_disk", *TWELVE], [["lsscsi"], ["lsblk", "-no", "NAME"]],
+    Job("name all twelve disks, one command", ["diskname", *TWELVE], ["name_disk", *TWELVE], [["lsscsi"], ["lsblk", "-no", "NAME"]],
         (0.360, 240, 1.6), setup=("complete_block_devices",)),
     Job("address arithmetic", ["net", "-c", "-I", "192.168.11.12", "-M", "255.255.255.0", "-o", "net_addr"],
         ["address", "192.168.11.12", "255.255.255.0"],

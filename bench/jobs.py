@@ -84,7 +84,7 @@ JOBS = [
         (0.185, 44, 1.12), quick=True),
     Job("Ethernet report of one interface", ["ethinfo", "eth0"], ["ethernet", "eth0"],
         [["ethtool", "eth0"], ["ip", "link", "show", "eth0"]], (0.190, 56, 1.15), quick=True),
-    Job("all interfaces", ["net"], ["interfaces"], [["ip", "-4", "addr"], ["ip", "-json", "-4", "addr"]],
+    Job("all interfaces", ["net"], ["interfaces"], [["ip", "-br", "addr"], ["ip", "-4", "addr"], ["ip", "-json", "-4", "addr"]],
         (0.260, 95, 1.3)),
     sessions(10, (0.190, 50, 1.15), True),
     sessions(1000, (0.750, 70, 1.35)),

@@ -72,7 +72,7 @@ JOBS = [
     Job("list a file's settings, 10,000 lines", ["config", "read", "large.bench.etc"], ["list_settings", LARGE],
         [["sed", "s/^/\\t\\t/", LARGE], ["mawk", '{ print "\\t\\t" $0 }', LARGE]], (3.20, 150, 1.3)),
     Job("name one disk of twelve", ["diskname", "sdl"], ["name_disk", "sdl"],
-        [["lsscsi", "8:0:0:0"], ["lsblk", "-no", "NAME", "/dev/sdl"], ["udevadm", "info", "-q", "name", "/sys/block/sdl"]],
+        [["lsscsi", "8:0:0:0"], ["udevadm", "info", "-q", "name", "/sys/block/sdl"]],
         (0.195, 58, 1.15), setup=("complete_block_devices",), quick=True),
     Job("name all twelve disks, one command", ["disks"], ["name_disk", *TWELVE], [["lsscsi"], ["lsblk", "-no", "NAME"]],
         (0.360, 240, 1.6), setup=("complete_block_devices",)),
@@ -97,7 +97,8 @@ PARENTS = [
     Job("firewall start, 224 rules", ["firewall", "--start"],
         [(1, "iptables --table filter --flush"), (224, "iptables -A INPUT -p tcp --dport 445 -j DROP -i eth0")],
         ["sh /etc/bench/firewall.sh"], (0.60, 0.03), model="borel-4bay", setup=("deny_everything",)),
-    Job("md front-panel line, four disks", ["md", "diskmode"], [(4, "mdadm --examine /dev/disk1_6")],
+    # mdadm that finds no array, and no front-panel tool at all: the least that the two command lines can cost.
+    Job("md front-panel line, four disks", ["md", "diskmode"], [(4, "/usr/sbin/mdadm --examine /dev/disk1_6"), (4, "true | grep hdd1")],
         [], (None, 0.05), model="borel-4bay"),
 ]
 

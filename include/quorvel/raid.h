@@ -13,7 +13,7 @@
  * The details traced here stand above debug level 101. Answers of the functions called meanwhile are kept off standard
  * output (from_cmdline counts as 0), but the messages they print in any case are not: "wrong feature name" for a model
  * that does not set SUPPORT_HOT_SWAP, "opendir failed" for a slot without a SCSI host, "Err: write file open
- * fail.(...)" for a slot without a disk. */
+ * fail.(...)" for a slot without a disk, "Err: file write fail.(...)" for a disk too short for a signature record. */
 #ifndef QUORVEL_RAID_H
 #define QUORVEL_RAID_H
 
@@ -25,8 +25,7 @@
 
 QUORVEL_BEGIN_DECLS
 
-/* ---- Status words
- * ------------------------------------------------------------------------------------------ */
+/* ---- Status words ---- */
 
 /** A status code and its word. The low nibble is a disk's state (0 normal, 1 standby, 2 degrade, 3 remove); 0x10 marks
  * a disk that has since been removed; 0x100 plus a number is a member of that array; 0x1000 plus a level is a RAID
@@ -49,8 +48,7 @@ QUORVEL_API const char* str_md_state(int state);
 /** The name of an md level (0, 1, 5 and 6: "raid0" and so on), or "Unkown". */
 QUORVEL_API const char* str_md_level(int level);
 
-/* ---- Records
- * ----------------------------------------------------------------------------------------------- */
+/* ---- Records ---- */
 
 /** Links of a circular list. The head of a list is one too; the head of an empty list points to itself. */
 struct list_links {
@@ -155,8 +153,7 @@ extern QUORVEL_API struct md_trans_entry md_trans_tbl[16];
 extern QUORVEL_API struct diskinfo_code array_mode_tbl[2];
 extern QUORVEL_API struct diskinfo_code disk_mode_tbl[4];
 
-/* ---- Inventory
- * --------------------------------------------------------------------------------------------- */
+/* ---- Inventory ---- */
 
 /** Fills md_trans_tbl and arrayinfo_list.
  *
@@ -201,8 +198,7 @@ QUORVEL_API struct diskinfo* LibQuorvelBin_SearchDiskInfo(const char* key, int m
 /** The first group in list order that a key matches, or null; null for any other mode. Silent. */
 QUORVEL_API struct pareinfo* LibQuorvelBin_SearchPareInfo(const char* key, int mode);
 
-/* ---- Reports
- * ----------------------------------------------------------------------------------------------- */
+/* ---- Reports ---- */
 
 /** Prints the report of an array: names, level, state, counters, members when the groups are linked, and sizes with the
  * percentage used (0 for a size of 0).
@@ -224,13 +220,14 @@ QUORVEL_API int LibQuorvelBin_PrintLcdString(void);
 
 /** The md helper command. Initialises arrays, disks and groups, links the groups to their arrays, and runs argument 1:
  *
- *     mdinfo MD              LibQuorvelBin_ShowMdInfo
- *     diskinfo DISK          LibQuorvelBin_ShowDiskInfo
- *     diskinfo guess         what every array and disk is, told from the superblocks alone: "array1=raid5",
- * "disk4=normal" diskmode               the front-panel line, LibQuorvelBin_PrintLcdString diskcap                four
- * percentages used, of each disk's array or else of the disk, each followed by a blank; 0 for what is not mounted, has
- * no size or no slot GetEmptyMdNameForTmp   "/dev/mdN" for the first N from 11 to 15 whose node opens and has no active
- * array, or nothing
+ * - "mdinfo" MD: LibQuorvelBin_ShowMdInfo
+ * - "diskinfo" DISK: LibQuorvelBin_ShowDiskInfo
+ * - "diskinfo" "guess": what every array and disk is, told from the superblocks alone: "array1=raid5", "disk4=normal"
+ * - "diskmode": the front-panel line, LibQuorvelBin_PrintLcdString
+ * - "diskcap": four percentages used, of each disk's array or else of the disk, each followed by a blank; 0 for what is
+ *   not mounted, has no size or no slot
+ * - "GetEmptyMdNameForTmp": "/dev/mdN" for the first N from 11 to 15 whose node opens and has no active array, or
+ *   nothing
  *
  * diskmode and diskcap have no line end. They fill the mode tables first: an array or disk that is not listed prints
  * "array_mode=" or "disk_mode=" (also one beyond the tables' rows, which are left out).

@@ -46,8 +46,8 @@ int64_t print_array(const pareinfo& group, const char* name) {
     }
     const int64_t missing = int64_t{group.raid_devices} - group.total_devices;
     if (missing >= 1) {
-        printf("Warning(%d)!!! : Not match between 'raid devices counts' and 'raid total devices counts'\n", 0);
-        printf("Warning(%d)!!! : Maybe %s is degraded.\n", 0, name);
+        puts("Warning(0)!!! : Not match between 'raid devices counts' and 'raid total devices counts'");
+        printf("Warning(0)!!! : Maybe %s is degraded.\n", name);
     }
     printf("%s=raid%d\n", name, group.level);
     return missing;

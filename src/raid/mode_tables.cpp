@@ -23,10 +23,9 @@ void fill_rows(std::span<diskinfo_code> rows, int count, Record* (*find)(int num
             if (debug >= 0) printf("%s_mode=", kind);
             continue;
         }
-        if (static_cast<size_t>(i) < rows.size()) {
-            rows[static_cast<size_t>(i)] = {};
-            rows[static_cast<size_t>(i)].code = record->diskinfo_status;
-            copy_text(rows[static_cast<size_t>(i)].name, sizeof rows[0].name, record->name);
+        if (const size_t row = static_cast<size_t>(i); row < rows.size()) {
+            rows[row] = {record->diskinfo_status, ""};
+            copy_text(rows[row].name, sizeof rows[row].name, record->name);
         }
         trace(kTraceDetail, "get_%sinfo->diskinfo_status=%s\n", kind, str_diskinfo_value(record->diskinfo_status));
     }

@@ -66,11 +66,11 @@ void print_signature(const disk_signature& sig) {
 }
 
 void print_memberships(const diskinfo& disk) {
-    const Text<32> md_name("md%d", disk.sb.minor);
-    const arrayinfo* by_minor = LibQuorvelBin_SearchArrayInfo(md_name.c_str(), INFO_KEY_MDNAME);
     puts("InArray Information");
     printf("in_array(diskinfo) : %s\n", str_diskinfo_value(disk.diskinfo_status));
     printf("in_array(sb.uuid)  : %s\n", disk.in_array != nullptr ? disk.in_array->name : "no");
+    const Text<32> md_name("md%d", disk.sb.minor);
+    const arrayinfo* by_minor = LibQuorvelBin_SearchArrayInfo(md_name.c_str(), INFO_KEY_MDNAME);
     printf("in_array(sb.minor) : %s\n", by_minor != nullptr ? by_minor->name : "normal");
     if (disk.sb.level != -1) {
         printf("par_array_level    : raid%d\n", disk.sb.level);

@@ -58,23 +58,25 @@ struct Setting {
     Heap<char> BackupTask::*text = nullptr;
 };
 
+// clang-format off
 constexpr Setting conf_list[] = {
-    {"status",               Kind::kCode,            status_list,                                            &BackupTask::status},
-    {"type",                      Kind::kCode,                                       type_list,                                                             &BackupTask::type},
-    {"start_time",     Kind::kStartTime,                           {}         },
-    {"week",                    Kind::kCode,                week_list,                                                        &BackupTask::week_day},
-    {"overwrite",             Kind::kCode,on_off_list,&BackupTask::overwrite},
-    {"crypt",Kind::kCode,            on_off_list,                                               &BackupTask::crypt},
-    {"compress",                Kind::kCode,                             on_off_list,                                                             &BackupTask::compress},
-    {"folder",                      Kind::kText,                                   {},                                                               nullptr, &BackupTask::folder},
-    {"trashbox", Kind::kCode,                       on_off_list,          &BackupTask::trashbox},
-    {"mirror",                    Kind::kCode, on_off_list,&BackupTask::mirror},
-    {"logfile",             Kind::kCode,                        on_off_list,                                             &BackupTask::logfile},
-    {"force",                      Kind::kCode,                                     on_off_list,                                                             &BackupTask::force},
-    {"name",   Kind::kText,                         {},                                                                                                  nullptr, &BackupTask::name},
-    {"hardlink",           Kind::kCode,on_off_list,&BackupTask::hardlink},
-    {"generation",Kind::kGeneration,{}},
+    {"status",     Kind::kCode,       status_list, &BackupTask::status},
+    {"type",       Kind::kCode,       type_list,   &BackupTask::type},
+    {"start_time", Kind::kStartTime,  {}},
+    {"week",       Kind::kCode,       week_list,   &BackupTask::week_day},
+    {"overwrite",  Kind::kCode,       on_off_list, &BackupTask::overwrite},
+    {"crypt",      Kind::kCode,       on_off_list, &BackupTask::crypt},
+    {"compress",   Kind::kCode,       on_off_list, &BackupTask::compress},
+    {"folder",     Kind::kText,       {},          nullptr, &BackupTask::folder},
+    {"trashbox",   Kind::kCode,       on_off_list, &BackupTask::trashbox},
+    {"mirror",     Kind::kCode,       on_off_list, &BackupTask::mirror},
+    {"logfile",    Kind::kCode,       on_off_list, &BackupTask::logfile},
+    {"force",      Kind::kCode,       on_off_list, &BackupTask::force},
+    {"name",       Kind::kText,       {},          nullptr, &BackupTask::name},
+    {"hardlink",   Kind::kCode,       on_off_list, &BackupTask::hardlink},
+    {"generation", Kind::kGeneration, {}},
 };
+// clang-format on
 
 // The first value stays, even an empty one.
 void take_text(Heap<char>& text, const char* value) {

@@ -36,8 +36,7 @@ void add_field(JoinedText<Size>& joined, std::string_view text) {
     constexpr std::string_view kSeparator = "<>";
     if (Size - joined.length < text.size() + kSeparator.size()) return;
     add(joined, text);
-    memcpy(joined.chars + joined.length, kSeparator.data(), kSeparator.size());
-    joined.length += kSeparator.size();
+    add(joined, kSeparator);
 }
 
 constexpr size_t kPiece = 2048;             // more than a line of the session file

@@ -14,6 +14,7 @@ namespace quorvel {
 namespace {
 
 constexpr size_t kSessionPiece = 1023;
+
 std::string_view up_to(char end, std::string_view text) {
     return {text.data(), std::min(text.find(end), text.size())};
 }

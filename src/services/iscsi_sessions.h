@@ -6,8 +6,8 @@
 //   		cid:0 ip:192.168.0.10 state:active hd:none dd:none
 //
 // Fields are separated by ":" and numbered from 1; runs of ":" count as one, as in
-// LibQuorvelBin_GetSpecifiedKey. Everything is read in place, in
-// one walk over a line: a field points into it.
+// LibQuorvelBin_GetSpecifiedKey. Everything is read in place, in one walk over a line: a field
+// points into it.
 #pragma once
 
 #include <stddef.h>

@@ -2,6 +2,7 @@
 // a command is that command.
 #include <stdio.h>
 #include <string.h>
+#include <unistd.h>
 
 #include "command.h"
 #include "libquorvel_bin.h"
@@ -90,6 +91,13 @@ int run_link(int argc, char** argv, char* word) {
     return run_word(argc + 1, words);
 }
 
+// A buffer of the program's own: no heap is set up for the few lines of an answer. On a terminal lines still appear as
+// they are printed.
+void give_output_a_buffer() {
+    static char buffer[16384];
+    (void)setvbuf(stdout, buffer, isatty(STDOUT_FILENO) != 0 ? _IOLBF : _IOFBF, sizeof buffer);
+}
+
 // An answer that could not be written was not given.
 int finish(int status) {
     if (fflush(stdout) == 0 && ferror(stdout) == 0) return status;
@@ -100,6 +108,7 @@ int finish(int status) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    give_output_a_buffer();
     char* name = argc > 0 ? strrchr(argv[0], '/') : nullptr;
     name = name != nullptr ? name + 1 : argv[0];
     if (name != nullptr && find_command(name) != nullptr) return finish(run_link(argc, argv, name));

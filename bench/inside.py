@@ -27,6 +27,8 @@ def install():
     SCRATCH.mkdir()
     # Boards set no locale, and reading one is not the tools' own work.
     os.environ["LC_ALL"] = "C"
+    # The real iptables, not the model's.
+    os.environ["PATH"] = "/usr/sbin:/usr/bin:/sbin:/bin"
 
 
 def write_settings():

@@ -108,38 +108,25 @@ void run_command_line() {
     (void)kEntries[static_cast<unsigned char>(given[0]) % (sizeof kEntries / sizeof *kEntries)](count, arguments);
 }
 
-struct Row {
-    const char* target;
-    void (*use)();
-};
-
-// clang-format off
-constexpr Row kRows[] = {
-    {"fields",        cut_fields      },
-    {"numbers",       read_numbers    },
-    {"device_names",  map_names       },
-    {"registry_keys", read_registry   },
-    {"command_lines", run_command_line},
-    {"texts",         edit_texts      },
-};
-// clang-format on
-
-const Row* chosen;
-
 }  // namespace
 
-bool choose_target(const char* name) {
-    for (const Row& row : kRows) {
-        if (strcmp(row.target, name) == 0) chosen = &row;
-    }
-    return chosen != nullptr;
-}
+// clang-format off
+const FuzzTarget kTargets[] = {
+    {"fields",         nullptr, cut_fields      },
+    {"numbers",        nullptr, read_numbers    },
+    {"device_names",   nullptr, map_names       },
+    {"registry_keys",  nullptr, read_registry   },
+    {"command_lines",  nullptr, run_command_line},
+    {"texts",          nullptr, edit_texts      },
+    {nullptr, nullptr, nullptr},
+};
+// clang-format on
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size > kLongest) return 0;
     memcpy(given, data, size);
     given[size] = '\0';
     given_size = size;
-    chosen->use();
+    chosen_target().run();
     return 0;
 }

@@ -33,6 +33,14 @@ constexpr Surrounding kAppliance[] = {
     {"/dev/disk1",                 ""                                                                     },
 };
 
+const FuzzTarget* chosen;
+
+void choose_target(const char* name) {
+    for (const FuzzTarget* row = kTargets; row->name != nullptr; row++) {
+        if (strcmp(row->name, name) == 0) chosen = row;
+    }
+}
+
 void make_link(const char* path, const char* target) {
     put_file(path, "", 0);
     (void)unlink(path);
@@ -50,6 +58,10 @@ void put_file(const char* path, const void* data, size_t size) {
     int file = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0755);
     if (file < 0 || write(file, data, size) != static_cast<ssize_t>(size)) abort();
     close(file);
+}
+
+const FuzzTarget& chosen_target() {
+    return *chosen;
 }
 
 void set_command_output(const void* data, size_t size) {
@@ -75,12 +87,11 @@ extern "C" const char* __lsan_default_suppressions() {
 
 extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments) {
     static constexpr char kTarget[] = "--target=";
-    bool chosen = false;
     for (int i = 1; i < *count; i++) {
         const char* argument = (*arguments)[i];
-        if (strncmp(argument, kTarget, strlen(kTarget)) == 0) chosen = choose_target(argument + strlen(kTarget));
+        if (strncmp(argument, kTarget, strlen(kTarget)) == 0) choose_target(argument + strlen(kTarget));
     }
-    if (!chosen) {
+    if (chosen == nullptr) {
         fputs("no such target\n", stderr);
         exit(2);
     }

@@ -10,5 +10,13 @@ void put_file(const char* path, const void* data, size_t size);
 // What every command run with popen prints from now on.
 void set_command_output(const void* data, size_t size);
 
-// The row that --target=ROW names: called once, before the first input. False for an unknown one.
-bool choose_target(const char* name);
+// A row of a program's table of targets; each program ends its table with a row of nulls.
+struct FuzzTarget {
+    const char* name;
+    const char* path;  // the file its text goes to; null for none
+    void (*run)();
+};
+extern const FuzzTarget kTargets[];
+
+// The row that --target=NAME named.
+const FuzzTarget& chosen_target();

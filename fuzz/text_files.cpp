@@ -120,14 +120,10 @@ void read_power() {
     (void)LibQuorvelBin_IsPowerSupplyedDisk(0);
 }
 
-struct Row {
-    const char* target;
-    const char* path;  // null: what commands print
-    void (*read)();
-};
+}  // namespace
 
 // clang-format off
-constexpr Row kRows[] = {
+const FuzzTarget kTargets[] = {
     {"features",           "/etc/nas_feature",           read_features          },
     {"settings_rewrite",   "/etc/tevra/info",            rewrite_settings       },
     {"disk_order",         "/etc/diskpath.conf",         read_disk_order        },
@@ -149,26 +145,16 @@ constexpr Row kRows[] = {
     {"smartctl_output",    nullptr,                      read_smartctl          },
     {"nslookup_output",    nullptr,                      read_nslookup          },
     {"power_output",       nullptr,                      read_power             },
+    {nullptr, nullptr, nullptr},
 };
 // clang-format on
 
-const Row* chosen;
-
-}  // namespace
-
-bool choose_target(const char* name) {
-    for (const Row& row : kRows) {
-        if (strcmp(row.target, name) == 0) chosen = &row;
-    }
-    return chosen != nullptr;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (chosen->path != nullptr) {
-        put_file(chosen->path, data, size);
+    if (chosen_target().path != nullptr) {
+        put_file(chosen_target().path, data, size);
     } else {
         set_command_output(data, size);
     }
-    chosen->read();
+    chosen_target().run();
     return 0;
 }

@@ -7,9 +7,9 @@ namespace {
 
 // A path that the caller may not read counts as absent.
 int is_readable_of_type(const char* path, mode_t type) {
-    quorvel::Descriptor file = quorvel::open_for_reading(path);
-    struct stat status;
-    return file && fstat(file.number, &status) == 0 && (status.st_mode & S_IFMT) == type ? 1 : 0;
+    mode_t found;
+    quorvel::Descriptor file = quorvel::open_for_reading(path, found);
+    return found == type ? 1 : 0;
 }
 
 }  // namespace

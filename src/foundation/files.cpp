@@ -14,6 +14,13 @@ Descriptor open_for_reading(const char* path) {
     return Descriptor(open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
 }
 
+Descriptor open_for_reading(const char* path, mode_t& type) {
+    Descriptor file = open_for_reading(path);
+    struct stat status;
+    type = file && fstat(file.number, &status) == 0 ? status.st_mode & S_IFMT : 0;
+    return file;
+}
+
 Descriptor open_for_update(const char* path) {
     if (path == nullptr) return Descriptor();
     return Descriptor(open(path, O_RDWR | O_CLOEXEC | O_NOCTTY));

@@ -3,6 +3,7 @@
 
 #include <stdarg.h>
 #include <stddef.h>
+#include <sys/types.h>
 
 #include <string_view>
 
@@ -12,6 +13,9 @@ namespace quorvel {
 
 /// Opens for reading, close-on-exec. A FIFO without a writer does not block.
 Descriptor open_for_reading(const char* path);
+
+/// As open_for_reading; `type` tells what was opened (S_IFREG, S_IFDIR ...), 0 when nothing was.
+Descriptor open_for_reading(const char* path, mode_t& type);
 
 /// Opens an existing file or device for reading and writing, close-on-exec; never creates or
 /// truncates.

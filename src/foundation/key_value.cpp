@@ -30,13 +30,6 @@ void copy_value(char* dst, size_t size, std::string_view value) {
     memset(dst + length, '\0', size - 1 - length);
 }
 
-// Most lines are settled by one character, so that is looked at before anything else. It is the last one of the key:
-// the keys of a file like to begin alike.
-bool may_set_key(std::string_view piece, std::string_view key) {
-    if (key.empty() || piece[0] == ' ' || piece[0] == '\t') return true;
-    return piece.size() > key.size() && piece[key.size() - 1] == key.back();
-}
-
 // The next line up to `limit` characters, which may be more than a piece can have, terminated; false at the end.
 bool next_long_line(LineReader& reader, char* line, size_t limit) {
     size_t length = 0;
@@ -58,7 +51,7 @@ bool is_possible_key(std::string_view key) {
            std::none_of(key.begin(), key.end(), [](char c) { return c == '=' || is_blank_character(c); });
 }
 
-bool sets_key(std::string_view piece, std::string_view key, std::string_view& value) {
+bool is_setting_of(std::string_view piece, std::string_view key, std::string_view& value) {
     piece = without_leading_blanks(piece);
     if (piece.size() <= key.size()) return false;
     if (!key.empty() && (piece[0] != key[0] || memcmp(piece.data(), key.data(), key.size()) != 0)) return false;
@@ -78,17 +71,18 @@ bool sets_key(std::string_view piece, std::string_view key, std::string_view& va
 }
 
 size_t read_keys(const char* path, std::span<KeyRequest> requests) {
-    size_t found = 0;
-    Descriptor file = open_for_reading(path);
-    struct stat status;
-    if (!file || fstat(file.number, &status) != 0 || !S_ISREG(status.st_mode)) return found;
+    mode_t type;
+    Descriptor file = open_for_reading(path, type);
+    return type == S_IFREG ? read_keys(file.number, requests) : 0;
+}
 
-    LineReader reader(file.number, kReaderPiece);
+size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
+    size_t found = 0;
+    LineReader reader(descriptor, kReaderPiece);
     for (std::string_view piece; found < requests.size() && !(piece = next_piece(reader)).empty();) {
         for (KeyRequest& request : requests) {
-            if (!may_set_key(piece, request.key) || request.found) continue;
             std::string_view value;
-            if (!sets_key(piece, request.key, value)) continue;
+            if (request.found || !sets_key(piece, request.key, value)) continue;
             copy_value(request.dst, request.size, value);
             request.found = true;
             found++;

@@ -15,9 +15,18 @@ inline constexpr size_t kReaderPiece = 511;
 /// Whether a key can stand in a file at all: it holds no "=" and no white space and is no comment.
 bool is_possible_key(std::string_view key);
 
-/// Whether a piece of a line sets `key`, which is_possible_key; `value` is then what stands behind
-/// the "=", without its line end.
-bool sets_key(std::string_view piece, std::string_view key, std::string_view& value);
+/// sets_key for a piece that is not settled by one character.
+bool is_setting_of(std::string_view piece, std::string_view key, std::string_view& value);
+
+/// Whether a piece of a line, which is not empty, sets `key`, which is_possible_key; `value` is then what stands behind
+/// the "=", without its line end. Most lines are settled by one character: the last one of the key, as the keys of a
+/// file like to begin alike.
+inline bool sets_key(std::string_view piece, std::string_view key, std::string_view& value) {
+    if (!key.empty() && piece[0] != ' ' && piece[0] != '\t') {
+        if (piece.size() <= key.size() || piece[key.size() - 1] != key.back()) return false;
+    }
+    return is_setting_of(piece, key, value);
+}
 
 /// A key looked for, which is_possible_key, and the cleared buffer for its value, filled as get_StringbyKey fills it.
 struct KeyRequest {
@@ -29,5 +38,8 @@ struct KeyRequest {
 
 /// Fills every request from one pass over the file, each as get_StringbyKey would; silent. How many were found.
 size_t read_keys(const char* path, std::span<KeyRequest> requests);
+
+/// As above, from a regular file that is open at its start.
+size_t read_keys(int descriptor, std::span<KeyRequest> requests);
 
 }  // namespace quorvel

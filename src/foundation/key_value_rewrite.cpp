@@ -56,9 +56,37 @@ void keep_mode_and_owner(int descriptor, const struct stat& status) {
     if (fchmod(descriptor, status.st_mode & 07777) != 0) errno = 0;
 }
 
-// Copies every piece that does not set the key. True when all was read and written; `complete_line`
-// tells whether what was written ends with a line end.
-bool copy_other_settings(int source, const char* key, FILE* target, bool& complete_line) {
+// Collects the new content and writes it block by block.
+struct Target {
+    explicit Target(int open_descriptor) : descriptor(open_descriptor) {}
+
+    int descriptor;  // borrowed
+    bool failed = false;
+    bool complete_line = true;  // what was added so far ends with a line end
+    size_t used = 0;
+    char block[16384];
+};
+
+void write_block(Target& target) {
+    if (!write_fully(target.descriptor, target.block, target.used)) target.failed = true;
+    target.used = 0;
+}
+
+void add(Target& target, std::string_view text) {
+    while (text.size() > sizeof target.block - target.used) {
+        size_t room = sizeof target.block - target.used;
+        memcpy(target.block + target.used, text.data(), room);
+        target.used += room;
+        write_block(target);
+        text.remove_prefix(room);
+    }
+    memcpy(target.block + target.used, text.data(), text.size());
+    target.used += text.size();
+    if (!text.empty()) target.complete_line = text.back() == '\n';
+}
+
+// Copies every piece that does not set the key. True when all was read and written.
+bool copy_other_settings(int source, std::string_view key, Target& target) {
     LineReader reader(source, kWriterPiece);
     bool possible = is_possible_key(key);
     bool dropped = false;
@@ -69,34 +97,36 @@ bool copy_other_settings(int source, const char* key, FILE* target, bool& comple
             continue;
         }
         // The rest of a long line whose middle was dropped starts a line of its own.
-        if (dropped && !complete_line) fputc('\n', target);
+        if (dropped && !target.complete_line) add(target, "\n");
         dropped = false;
-        trace(kTrace, "write : %.*s", static_cast<int>(piece.size()), piece.data());
-        if (fwrite(piece.data(), 1, piece.size(), target) == 0) return false;
-        complete_line = piece.ends_with('\n');
+        if (tracing(kTrace)) trace(kTrace, "write : %.*s", static_cast<int>(piece.size()), piece.data());
+        add(target, piece);
+        if (target.failed) return false;
     }
     return !reader.failed;
 }
 
-bool flush_to_disk(FILE* file) {
-    if (fflush(file) != 0 || ferror(file) != 0) return false;
+bool flush_to_disk(Target& target) {
+    write_block(target);
     // EINVAL: a file system that knows no fsync has nothing to wait for.
-    return fsync(fileno(file)) == 0 || errno == EINVAL;
+    return !target.failed && (fsync(target.descriptor) == 0 || errno == EINVAL);
 }
 
-bool write_new_content(const char* path, const char* key, const char* value, int mode, FILE* target) {
+bool write_new_content(const char* path, const char* key, const char* value, int mode, int descriptor) {
+    Target target(descriptor);
     Descriptor source;
     struct stat status;
     if (!open_source(path, source, status)) return false;
-    bool complete_line = true;
     if (source) {
-        keep_mode_and_owner(fileno(target), status);
-        if (!copy_other_settings(source.number, key, target, complete_line)) return false;
+        keep_mode_and_owner(descriptor, status);
+        if (!copy_other_settings(source.number, key, target)) return false;
     }
     if (mode != kDelete) {
         // A file without a last line end must not have its last setting joined to the new one.
-        if (!complete_line) fputc('\n', target);
-        fprintf(target, "%s=%s\n", key, value);
+        if (!target.complete_line) add(target, "\n");
+        for (std::string_view part :
+             {std::string_view(key), std::string_view("="), std::string_view(value), std::string_view("\n")})
+            add(target, part);
     }
     return flush_to_disk(target);
 }
@@ -110,14 +140,11 @@ int set_StringbyKeyExtend(const char* path, const char* key, const char* value, 
     if (command.cut) return -1;
 
     Descriptor locked = open_temporary(temporary.c_str());
-    File target(locked ? fdopen(locked.number, "w") : nullptr);
-    if (!target) {
+    if (!locked) {
         report_open_failure(__func__, temporary.c_str());
-        if (locked) (void)unlink(temporary.c_str());
         return -1;
     }
-    (void)locked.release();
-    if (!write_new_content(path, key, value, mode, target.get())) {
+    if (!write_new_content(path, key, value, mode, locked.number)) {
         printf("%s : %s\n", __func__, strerror(errno));
         (void)unlink(temporary.c_str());
         return -1;

@@ -18,6 +18,15 @@ size_t format_at(char* buffer, size_t size, size_t length, bool& cut, const char
     return std::min(whole, size - 1);
 }
 
+size_t add_at(char* buffer, size_t size, size_t length, bool& cut, std::string_view text) {
+    size_t room = size - 1 - length;
+    if (text.size() > room) cut = true;
+    size_t added = std::min(text.size(), room);
+    memcpy(buffer + length, text.data(), added);
+    buffer[length + added] = '\0';
+    return length + added;
+}
+
 void copy_text(char* target, size_t size, std::string_view source) {
     size_t length = std::min(source.size(), size - 1);
     memcpy(target, source.data(), length);

@@ -15,6 +15,9 @@ namespace quorvel {
 __attribute__((format(printf, 5, 0))) size_t format_at(char* buffer, size_t size, size_t length, bool& cut,
                                                        const char* format, va_list arguments);
 
+/// The same for a text as it is.
+size_t add_at(char* buffer, size_t size, size_t length, bool& cut, std::string_view text);
+
 template <size_t Size>
 struct Text {
     char chars[Size];
@@ -35,6 +38,7 @@ struct Text {
         length = format_at(chars, Size, length, cut, format, arguments);
         va_end(arguments);
     }
+    void add(std::string_view text) { length = add_at(chars, Size, length, cut, text); }
     const char* c_str() const { return chars; }
 };
 

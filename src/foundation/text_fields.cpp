@@ -76,17 +76,21 @@ int LibQuorvelBin_GetLastWord(char* dst, const char* text, const char* separator
 int LibQuorvelBin_AvoidLastWord(char* dst, const char* text, const char* separator) {
     if (dst == nullptr || text == nullptr || separator == nullptr) return -1;
     size_t size = strlen(text) + 1;
-    Heap<char> copy(static_cast<char*>(malloc(size)));
-    if (!copy) return -1;
-    trace(kTraceHeap, "%s : %d bytes malloced at %p\n", __func__, static_cast<int>(size),
-          static_cast<void*>(copy.get()));
-    memcpy(copy.get(), text, size);
-    char* last = strrchr(copy.get(), *separator);
-    (last != nullptr ? last : copy.get())[0] = '\0';
-    trace(kTrace, "%s: pccTmpSrcStart=%s\n", __func__, copy.get());
-    strcpy(dst, copy.get());
+    // A short text needs no heap, but under the trace that tells of the heap.
+    char short_copy[256];
+    bool on_heap = size > sizeof short_copy || tracing(kTraceHeap);
+    Heap<char> block(on_heap ? static_cast<char*>(malloc(size)) : nullptr);
+    if (on_heap && !block) return -1;
+    char* copy = on_heap ? block.get() : short_copy;
+    if (on_heap)
+        trace(kTraceHeap, "%s : %d bytes malloced at %p\n", __func__, static_cast<int>(size), static_cast<void*>(copy));
+    memcpy(copy, text, size);
+    char* last = strrchr(copy, *separator);
+    (last != nullptr ? last : copy)[0] = '\0';
+    trace(kTrace, "%s: pccTmpSrcStart=%s\n", __func__, copy);
+    strcpy(dst, copy);
     trace(kTrace, "%s: dst=%s\n", __func__, dst);
-    trace(kTraceHeap, "%s : freed at %p\n", __func__, static_cast<void*>(copy.get()));
+    if (on_heap) trace(kTraceHeap, "%s : freed at %p\n", __func__, static_cast<void*>(copy));
     return 0;
 }
 

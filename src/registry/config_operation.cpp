@@ -1,6 +1,7 @@
 // Reading, writing and deleting the entry that the configuration buffers name.
 #include <stdio.h>
 #include <string.h>
+#include <sys/stat.h>
 
 #include "foundation/files.h"
 #include "foundation/key_value.h"
@@ -36,30 +37,28 @@ int reject_key(const char* name) {
     return -1;
 }
 
+// "\t\tNAME=REST\n", which is the line as it stands, with a "=" behind it when it has none.
 void print_line(std::string_view line) {
-    std::string_view name(line.data(), strnlen(line.data(), line.size()));
-    if (name.ends_with('\n')) name.remove_suffix(1);
-    std::string_view rest;
-    size_t equals = name.find('=');
-    if (equals != std::string_view::npos) {
-        rest = name;
-        rest.remove_prefix(equals + 1);
-        name.remove_suffix(name.size() - equals);
-    }
-    printf("\t\t%.*s=%.*s\n", static_cast<int>(name.size()), name.data(), static_cast<int>(rest.size()), rest.data());
+    constexpr size_t kAround = 4;
+    char text[kAround + kReaderPiece];
+    text[0] = text[1] = '\t';
+    size_t length = strnlen(line.data(), line.size());
+    if (length > 0 && line[length - 1] == '\n') length--;
+    char* end = static_cast<char*>(mempcpy(text + 2, line.data(), length));
+    if (memchr(line.data(), '=', length) == nullptr) *end++ = '=';
+    *end++ = '\n';
+    (void)fwrite(text, 1, static_cast<size_t>(end - text), stdout);
 }
 
 int list_file() {
     trace(kTrace, "file read routine\n");
     Text<kRegistryText> path("%s/%s", scKeyPath, scKeyName);
     copy_text(scKeyPath, sizeof scKeyPath, path.c_str());
-    if (path.cut || IsFileExist(scKeyPath) == 0) {
+    // A file is one that could be opened, so that none is left to be reported as "is not exist!".
+    mode_t type;
+    Descriptor file = open_for_reading(scKeyPath, type);
+    if (path.cut || type != S_IFREG) {
         printf("%s is not a file!\n", scKeyPath);
-        return reject_key("");
-    }
-    Descriptor file = open_for_reading(scKeyPath);
-    if (!file) {
-        printf("%s is not exist!\n", scKeyPath);
         return reject_key("");
     }
     char dotted[kDottedText] = "";
@@ -72,19 +71,26 @@ int list_file() {
     return 0;
 }
 
-int read_entry() {
-    trace(kTrace, "%s:CMD_READ scKeyPath=%s\n", kFunction, scKeyPath);
-    if (IsFileExist(scKeyPath) != 0) {
-        if (get_StringbyKey(scKeyPath, scKeyName, scKeyRegVal, sizeof scKeyRegVal) == nullptr) return -1;
-        puts(scKeyRegVal);
-        return 0;
-    }
-    return IsDirExist(scKeyPath) != 0 ? list_file() : reject_key(scKeyName);
+// get_StringbyKey from a file that is open.
+bool read_value(const Descriptor& file, char (&value)[kRegistryText]) {
+    KeyRequest request = {scKeyName, value, sizeof value};
+    return is_possible_key(scKeyName) && read_keys(file.number, {&request, 1}) == 1;
 }
 
-void announce_new_entry() {
+int read_entry() {
+    trace(kTrace, "%s:CMD_READ scKeyPath=%s\n", kFunction, scKeyPath);
+    mode_t type;
+    Descriptor file = open_for_reading(scKeyPath, type);
+    if (type == S_IFDIR) return list_file();
+    if (type != S_IFREG) return reject_key(scKeyName);
+    if (!read_value(file, scKeyRegVal)) return -1;
+    puts(scKeyRegVal);
+    return 0;
+}
+
+void announce_new_entry(const Descriptor& file) {
     char present[kRegistryText] = "";
-    if (get_StringbyKey(scKeyPath, scKeyName, present, sizeof present) != nullptr) return;
+    if (read_value(file, present)) return;
     char place[kDottedText];
     copy_text(place, sizeof place, scKeyPath);
     append_dotted_in_place(place, sizeof place);
@@ -95,8 +101,12 @@ int write_entry() {
     trace(kTrace, "%s : CMD_WRITE\n", kFunction);
     trace(kTrace, "%s : scKeyPath = %s\n", kFunction, scKeyPath);
     trace(kTrace, "%s : scKeyName = %s\n", kFunction, scKeyName);
-    if (IsFileExist(scKeyPath) == 0) return reject_key(scKeyName);
-    announce_new_entry();
+    {
+        mode_t type;
+        Descriptor file = open_for_reading(scKeyPath, type);
+        if (type != S_IFREG) return reject_key(scKeyName);
+        announce_new_entry(file);
+    }
     if (set_StringbyKey(scKeyPath, scKeyName, scKeyRegVal) != 0) return -1;
     return read_entry();
 }

@@ -47,15 +47,31 @@ bool is_denied(const char* line, int port) {
     return strcmp(flag, "0") == 0;
 }
 
+// The beginning of a rule, and the option in front of its interface.
+struct DropRule {
+    std::string_view begin;
+    std::string_view direction;
+};
+
+constexpr DropRule kDropRules[] = {
+    {"iptables -A INPUT -p tcp --dport ",  " -i "},
+    {"iptables -A INPUT -p udp --dport ",  " -i "},
+    {"iptables -A OUTPUT -p tcp --dport ", " -o "},
+    {"iptables -A OUTPUT -p udp --dport ", " -o "},
+};
+
 // Packets that leave are matched by the port they go to.
-void deny_port(int port, const char* interface) {
-    (void)run_command(Command("iptables -A INPUT -p tcp --dport %d -j DROP -i %s", port, interface));
-    (void)run_command(Command("iptables -A INPUT -p udp --dport %d -j DROP -i %s", port, interface));
-    (void)run_command(Command("iptables -A OUTPUT -p tcp --dport %d -j DROP -o %s", port, interface));
-    (void)run_command(Command("iptables -A OUTPUT -p udp --dport %d -j DROP -o %s", port, interface));
+void deny_port(int port, std::string_view interface) {
+    Text<32> target("%d -j DROP", port);
+    for (const DropRule& rule : kDropRules) {
+        Command command;
+        for (std::string_view part : {rule.begin, std::string_view(target.c_str()), rule.direction, interface})
+            command.add(part);
+        (void)run_command(command);
+    }
 }
 
-void deny_service(const firewall_service& service, const char* interface) {
+void deny_service(const firewall_service& service, std::string_view interface) {
     for (int i = 0; i < service.port_count; i++)
         deny_port(service.ports[i], interface);
 }

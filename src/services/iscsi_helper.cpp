@@ -25,18 +25,12 @@ struct JoinedText {
 };
 
 template <size_t Size>
-void add(JoinedText<Size>& joined, std::string_view text) {
-    if (Size - joined.length < text.size()) return;
-    memcpy(joined.chars + joined.length, text.data(), text.size());
-    joined.length += text.size();
-}
-
-template <size_t Size>
 void add_field(JoinedText<Size>& joined, std::string_view text) {
-    constexpr std::string_view kSeparator = "<>";
-    if (Size - joined.length < text.size() + kSeparator.size()) return;
-    add(joined, text);
-    add(joined, kSeparator);
+    if (Size - joined.length < text.size() + 2) return;
+    char* end = static_cast<char*>(mempcpy(joined.chars + joined.length, text.data(), text.size()));
+    end[0] = '<';
+    end[1] = '>';
+    joined.length += text.size() + 2;
 }
 
 constexpr size_t kPiece = 2048;             // more than a line of the session file
@@ -71,10 +65,11 @@ void flush(SessionReport& report) {
 
 void add_line(SessionReport& report, std::string_view session, std::string_view rest) {
     if (sizeof report.lines.chars - report.lines.length < kReportLine) flush(report);
-    add(report.lines, {report.target.chars, report.target.length});
-    add(report.lines, session);
-    add(report.lines, rest);
-    add(report.lines, "\n");
+    char* end = report.lines.chars + report.lines.length;
+    for (std::string_view part : {std::string_view(report.target.chars, report.target.length), session, rest})
+        end = static_cast<char*>(mempcpy(end, part.data(), part.size()));
+    *end++ = '\n';
+    report.lines.length = static_cast<size_t>(end - report.lines.chars);
     report.idle_target = false;
 }
 

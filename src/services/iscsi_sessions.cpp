@@ -16,7 +16,8 @@ namespace {
 constexpr size_t kSessionPiece = 1023;
 
 std::string_view up_to(char end, std::string_view text) {
-    return {text.data(), std::min(text.find(end), text.size())};
+    const void* found = memchr(text.data(), end, text.size());
+    return {text.data(), found != nullptr ? static_cast<const char*>(found) : text.end()};
 }
 
 void skip_all(char c, std::string_view& rest) {
@@ -81,13 +82,13 @@ bool next_session_line(SessionFile& sessions, SessionLine& line) {
 }
 
 std::string_view number_text(const SessionLine& line) {
-    std::string_view rest = line.text;
-    skip_all(' ', rest);
-    skip_all(':', rest);
-    while (!rest.empty() && rest[0] != ':' && rest[0] != ' ')
-        rest.remove_prefix(1);
-    skip_all(':', rest);
-    return up_to(':', up_to(' ', rest));
+    std::string_view word = line.text;
+    skip_all(' ', word);
+    word = up_to(' ', word);
+    skip_all(':', word);
+    word.remove_prefix(std::min(word.find(':'), word.size()));
+    skip_all(':', word);
+    return up_to(':', word);
 }
 
 int target_number(const SessionLine& line) {

@@ -23,65 +23,15 @@ std::string extension_slots(const std::string& text) {
     return dumped(get_ExtSlotConfig());
 }
 
-struct FileText {
-    std::string text, dump;
-};
-
 const std::string kFirst = "HDD_INTERNAL=1,\tone,\t0:0:0:0\n";
-
-// clang-format off
-const FileText kDiskOrders[] = {
-    {" \t" + kFirst,                                                 ";\n" + kFirst},
-    {"HDD_INTERNAL = 1 x,,one two , 0:0:0:0 \r\n",                   ";\n" + kFirst},
-    {"; " + kFirst + "#" + kFirst + "HDD_INTERNAL 1\nOTHER=1\n" + kFirst, ";\n" + kFirst},
-    {"HDD_USB=2, usb, 3, -1\n",                                      ";\nHDD_USB=2,\tusb,\t3,\t-1\n"},
-    {"HDD_USB=2, usb, 3",                                            ";\nHDD_USB=2,\tusb,\t3,\t0\n"},
-    {"HDD_BOOT=1, boot\n" + kFirst,                                  ";\n" + kFirst},
-    {"HDD_DISKNAME= bay x\nUSB_DISKNAME=port\n" + kFirst + "HDD_DISKNAME=\nHDD_USB=1,u,1,2\n",
-     "HDD_DISKNAME=bay\nUSB_DISKNAME=port\n;\n" + kFirst + "HDD_USB=1,\tu,\t1,\t2\n"},
-    {kFirst + "HDD_DISKNAME=late\n",                                 ";\n" + kFirst},
-    // Nothing, and each kind of bad row, which spoils the good one above it.
-    {"",                                                             "null"},
-    {"HDD_DISKNAME=bay\n",                                           "null"},
-    {kFirst + "HDD_INTERNAL=0,two,1:0:0:0\n",                        "null"},
-    {kFirst + "HDD_INTERNAL=x,two,1:0:0:0\n",                        "null"},
-    {kFirst + "HDD_INTERNAL=2,two\n",                                "null"},
-    {kFirst + "HDD_INTERNAL=2, ,1:0:0:0\n",                          "null"},
-    {kFirst + "HDD_INTERNAL=2,two, \n",                              "null"},
-    {kFirst + "HDD_INTERNAL=\n",                                     "null"},
-    {kFirst + "HDD_INTERNAL=2," + std::string(128, 'p') + ",1:0:0:0\n", "null"},
-    {kFirst + "HDD_USB=2,usb,0,1\n",                                 "null"},
-    {kFirst + "HDD_USB=2,usb\n",                                     "null"},
-    {kFirst + "HDD_USB=-1,usb,1,1\n",                                "null"},
-    {kFirst + "HDD_BOOT=1\n",                                        "null"},
-    {kFirst + "HDD_BOOT=0,boot\n",                                   "null"},
-    // A line of more than 511 characters is read in pieces.
-    {"#" + std::string(510, 'x') + kFirst,                           ";\n" + kFirst},
-};
-
-const std::string kBad = "/etc/extslot.conf parse error LINE=";
-const FileText kExtensions[] = {
-    {"extslot1=SATA, 1, one, 0:0:0:0\n",                             ";\n" + kFirst},
-    {"extslot4=SCSI, 1, one, 0:0:0:0\n",                             ";\n" + kFirst},
-    {"EXTSLOT2_SATADISKNAME=ext\nEXTSLOT1_USBDISKNAME=no\nextslot2=SATA,1,one,0:0:0:0\nextslot2=USB,1,u,1,-1\nEXTSLOT2_USBDISKNAME=late\n",
-     "HDD_DISKNAME=ext\n;\n" + kFirst + "HDD_USB=1,\tu,\t1,\t-1\n"},
-    {"extslot1=NONE, 7, odd\nextslot1=OTHER\n",                      ";\nHDD_INTERNAL=7,\todd,\t\nHDD_INTERNAL=0,\t,\t\n"},
-    {"dump_config=yes\n",                                            "null"},
-    {"[1912:0014]\n",                                                "null"},
-    {"extslot5=SATA,1,one,0:0:0:0\n",                                "null"},
-    {"extslot0=SATA,1,one,0:0:0:0\n",                                "null"},
-    {"extslot=SATA,1,one,0:0:0:0\n",                                 "null"},
-    {"my_extslot1=SATA,1,one,0:0:0:0\n",                             "null"},
-    {"extslot1=SATA,0,one,0:0:0:0\n",                                "null"},
-    {"extslot1=SATA,1,one\n",                                        "null"},
-    {"extslot1=USB,1,one,0,1\n",                                     "null"},
-};
-// clang-format on
 
 TEST_F(NamingFiles, DiskOrder) {
     EXPECT_EQ(dumped(get_DiskOrderConfig()), "null");
-    for (const FileText& row : kDiskOrders)
-        EXPECT_EQ(disk_order(row.text), row.dump) << row.text;
+    for (const auto& [text, dump] : table<2>("disk/expected/disk-orders"))
+        EXPECT_EQ(disk_order(text), dump) << text;
+    EXPECT_EQ(disk_order(kFirst + "HDD_INTERNAL=2," + std::string(128, 'p') + ",1:0:0:0\n"), "null");
+    // A line of more than 511 characters is read in pieces.
+    EXPECT_EQ(disk_order("#" + std::string(510, 'x') + kFirst), ";\n" + kFirst);
 }
 
 TEST_F(NamingFiles, SetInForceComesFromTheFileFirst) {
@@ -107,8 +57,8 @@ TEST_F(NamingFiles, SetInForceComesFromTheFileFirst) {
 
 TEST_F(NamingFiles, ExtensionSlots) {
     EXPECT_EQ(dumped(get_ExtSlotConfig()), "null");
-    for (const FileText& row : kExtensions)
-        EXPECT_EQ(extension_slots(row.text), row.dump) << row.text;
+    for (const auto& [text, dump] : table<2>("disk/expected/extension-slots"))
+        EXPECT_EQ(extension_slots(text), dump) << text;
 }
 
 TEST_F(NamingFiles, SectionsFollowTheCard) {
@@ -139,7 +89,8 @@ TEST_F(NamingFiles, ExtensionDumpAndErrors) {
               ";/etc/extslot.conf\nEXTSLOT1_SATADISKNAME=s\nEXTSLOT2_USBDISKNAME=u\n;\nextslot1=SATA,\t1,\tone,\ta\n"
               "extslot2=USB,\t2,\ttwo\t,3\t-1\nextslot3=SATA,\t4,\tx,\t\n");
     EXPECT_EQ(printed("extslot9=SATA\ndump_config=yes\n"), "");
-    EXPECT_EQ(printed("dump_config=yes\n" + rows + "extslot9 x=SATA, 1,2 \n"), kBad + "extslot9=SATA, 1,2 \n");
+    EXPECT_EQ(printed("dump_config=yes\n" + rows + "extslot9 x=SATA, 1,2 \n"),
+              "/etc/extslot.conf parse error LINE=extslot9=SATA, 1,2 \n");
 }
 
 }  // namespace

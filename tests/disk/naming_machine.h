@@ -10,7 +10,8 @@ inline void set_kernel(const std::string& release) {
     write_file("/proc/sys/kernel/osrelease", release + "\n");
 }
 
-inline void set_platform(const std::string& platform) {
+inline void set_platform(const std::string& platform, const std::string& kernel = "") {
+    if (!kernel.empty()) set_kernel(kernel);
     if (platform == "borel") make_directory("/sys/class/borel");
     if (platform == "nisk") write_file("/proc/bus/pci/devices", "0100\t1b4b9485\t10\n0200\t1b4b9125\t11\n");
     if (platform == "pellmar") write_file("/proc/bus/pci/devices", "0100\t11ab6440\t10\n");
@@ -28,12 +29,11 @@ inline std::string target(int host) {
 }
 
 // A disk on a USB port: usb_place("pci0000:00/0000:00:1d.7", 1, {"1-2"}).
-inline std::string usb_place(const std::string& controller, int bus, const std::vector<std::string>& devices,
-                             int host = 9) {
+inline std::string usb_place(const std::string& controller, int bus, const std::vector<std::string>& devices) {
     std::string place = controller + "/usb" + std::to_string(bus);
     for (const std::string& device : devices)
         place += "/" + device;
-    return place + "/" + devices.back() + ":1.0/" + target(host);
+    return place + "/" + devices.back() + ":1.0/" + target(9);
 }
 
 // A conversion's result, or "none" when it gives -1 and left the buffer alone.

@@ -9,13 +9,14 @@ TEST_F(NamingPresence, ConnectedByDriverOrElseByNode) {
     write_file("/dev/disk1", "");
     EXPECT_EQ(LibQuorvelBin_IsConnectedDisk(0), 1);
     EXPECT_EQ(LibQuorvelBin_IsConnectedDisk(1), 0);
-    for (auto [text, connected] : {
-             std::pair{"plugged\nx",  1},
-             {"plugged",     1},
-             {"plugged \n",  0},
-             {"unplugged\n", 0},
-             {"",            0}
-    }) {
+    const std::pair<const char*, int> states[] = {
+        {"plugged\nx",  1},
+        {"plugged",     1},
+        {"plugged \n",  0},
+        {"unplugged\n", 0},
+        {"",            0}
+    };
+    for (auto [text, connected] : states) {
         write_file("/proc/quorvel/gpio/hotplug/sata0", text);
         EXPECT_EQ(LibQuorvelBin_IsConnectedDisk(0), connected) << text;
     }
@@ -25,9 +26,8 @@ TEST_F(NamingPresence, ConnectedByDriverOrElseByNode) {
 TEST_F(NamingPresence, PowerFromTheFrontPanelTool) {
     EXPECT_EQ(LibQuorvelBin_IsPowerSupplyedDisk(0), 0) << "no tool";
     stand_in("/usr/local/sbin/frontctl", "printf 'hdd1=on\\nhdd2=off\\nhdd3=onx\\nhdd4 on\\nhdd10=off\\n'");
-    const int powered[] = {1, 0, 0, 0, 0};
     for (int slot = 0; slot < 5; slot++)
-        EXPECT_EQ(LibQuorvelBin_IsPowerSupplyedDisk(slot), powered[slot]) << slot;
+        EXPECT_EQ(LibQuorvelBin_IsPowerSupplyedDisk(slot), slot == 0) << slot;
     EXPECT_EQ(calls("frontctl")[0], "-a hdd_set_power");
 }
 
@@ -51,26 +51,11 @@ TEST_F(NamingPresence, ScsiNameOfAHost) {
 TEST_F(NamingPresence, VolumeGroups) {
     EXPECT_EQ(LibQuorvelBin_IsLvmVolume("md2"), 0);
     EXPECT_EQ(IsLVMDisk("array1"), 0);
-    struct Row {
-        const char* line;
-        int volume, disk;  // LibQuorvelBin_IsLvmVolume("md2"), IsLVMDisk("array1")
-    };
-    // clang-format off
-    const Row rows[] = {
-        {"/dev/md2<>lvm2<>vg_array1<>x\n", 1, 1},
-        {"/dev/md2<>lvm2<>vg\n",           1, 0},
-        {"/dev/md2<>lvm2<><>array1\n",     0, 1},  // runs of separators count as one for the disk
-        {"/dev/md2<>lvm2<>\n",             0, 0},
-        {"/dev/md2<>lvm2<>",               0, 0},
-        {"/dev/md2<>array1\n",             0, 0},
-        {"/dev/md3<>lvm2<>array1\n",       0, 1},
-        {"/dev/md2\n/dev/md2<>a<>b\n",     1, 0},
-    };
-    // clang-format on
-    for (const Row& row : rows) {
-        write_file("/tmp/pvlist", row.line);
-        EXPECT_EQ(LibQuorvelBin_IsLvmVolume("md2"), row.volume) << row.line;
-        EXPECT_EQ(IsLVMDisk("array1"), row.disk) << row.line;
+    // Runs of separators count as one for the disk only.
+    for (const auto& [line, volume, disk] : table<3>("disk/expected/volume-groups")) {
+        write_file("/tmp/pvlist", line);
+        EXPECT_EQ(LibQuorvelBin_IsLvmVolume("md2"), std::stoi(volume)) << line;
+        EXPECT_EQ(IsLVMDisk("array1"), std::stoi(disk)) << line;
     }
     write_file("/tmp/pvlist", "/dev/md2" + std::string(118, 'x') + "<>a<>b\n");
     EXPECT_EQ(LibQuorvelBin_IsLvmVolume("md2"), 0) << "the separators are in the next piece of 126 characters";
@@ -85,19 +70,10 @@ std::string available() {
 TEST_F(NamingPresence, AvailableDisk) {
     EXPECT_EQ(printed_by([] { EXPECT_EQ(available(), "0 "); }), "[/etc/tevra/diskinfo] is not such file");
     write_file("/tmp/pvlist", "/dev/md2<>lvm2<>disk1\n");
-    // clang-format off
-    for (auto [text, answer] : {std::pair
-            {"disk2=degrade\narray1=raid5\n",         "1 array1"},
-            {"usb_disk1=normal\n disk3=normal\n",     "0 "},
-            {"disk1=normal\n",                        "1 "},
-            {"disk1=normal\ndisk4=normal2\n",         "1 disk4"},
-            {"array1=off\ndisk=raid1\narray2\n",      "0 "},
-            {"disk_of_a_long_name=normal\n",          "1 disk_of_a_long_"},
-            {"x=2345678901234567890123456789disk5=normal\n", "1 disk5"}}) {  // lines are pieces of 30 characters
+    for (const auto& [text, answer] : table<2>("disk/expected/available-disks")) {
         write_file("/etc/tevra/diskinfo", text);
         EXPECT_EQ(available(), answer) << text;
     }
-    // clang-format on
 }
 
 TEST_F(NamingPresence, SpoolDirectory) {

@@ -30,10 +30,16 @@ std::string run(int (*entry)(int, char**), const std::string& words) {
     return printed + "= " + std::to_string(result);
 }
 
+// What a row expects, with the help in its place.
+std::string with_usage(std::string printed, const std::string& help) {
+    if (printed.starts_with("(usage)")) printed.replace(0, 7, help, 0, help.find("= 0"));
+    return printed;
+}
+
 // clang-format off
 const std::string head = "01 00 00 00 00 00 00 00 20 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 ";
 const std::string mac = "30 32 3a 30 61 3a 62 62 3a 30 63 3a 64 64 3a 65 65 00 00 00 ";  // 02:0a:bb:0c:dd:ee
-const std::string disk1 = "64 69 73 6b 31 00 00 00 ", array1 = "61 72 72 61 79 31 00 00 ", none = "00 00 00 00 00 00 00 00 ";
+const std::string disk1 = "64 69 73 6b 31 00 00 00 ", array1 = "61 72 72 61 79 31 00 00 ";
 const std::string encrypted = "65 6e 63 72 79 70 74 65 64 00 00 00 00 00 00 00 ";
 const std::string record = from_hex(head + disk1 + mac + array1 + encrypted);
 const std::string shown = "version         1.00\nhdr_len         32\nraw_device_name disk1\nmac_address     02:0a:bb:0c:dd:ee\n"
@@ -50,22 +56,11 @@ struct Signature : ApplianceTest {
 };
 
 TEST_F(Signature, CommandWritesItByteForByteAndShowsIt) {
-    const std::string help = run(DiskSignature, ""), usage = help.substr(0, help.find("= 0"));
-    const struct { std::string words, printed, disk; } cases[] = {
-        {"set /dev/disk1 -r disk1 -d array1 -e yes", "= 0", head + disk1 + mac + array1 + encrypted},
-        {"set /dev/disk1", "= 0", head + none + mac + none + none + none},
-        {"set /dev/disk1 word -r disk12345 -e no", "= 0", head + "64 69 73 6b 31 32 33 00 " + mac + none + "6e 6f 72 6d 61 6c 00 00 " + none},
-        {"set /dev/disk1 -d disk12 -d d -e yes -e maybe", "= 0", head + none + mac + "64 00 00 00 00 00 00 00 " + encrypted},
-        {"set /dev/null", "= 0", ""}, {"set /dev/disk1 -r disk1 -x", "= -1", ""}, {"set /dev/disk1 -r", "= -1", ""}, {"set /dev/disk1 -h", usage + "= -1", ""},
-        {"--help /dev/disk1", usage + "= 0", ""}, {"set", help, ""},
-        {"set -r /dev/disk1", "Err: write file open fail.(-r)\n= 0", ""},
-        {"set /dev/full", "Err: file write fail.(/dev/full)\n= 0", ""},
-        {"get /dev/short", "Err: file write fail.(/dev/short)\n= 0", ""},
-    };
-    for (const auto& [words, printed, disk] : cases) {
+    const std::string help = run(DiskSignature, "");
+    for (const auto& [words, bytes, printed] : table<3>("disk/expected/signature-commands")) {
         write_file("/dev/disk1", from_hex("* *"));
-        EXPECT_EQ(printed, run(DiskSignature, words)) << words;
-        const auto written = from_hex(disk);
+        EXPECT_EQ(with_usage(printed, help), run(DiskSignature, words)) << words;
+        const auto written = from_hex(bytes);
         EXPECT_EQ(read_file("/dev/disk1"), written + from_hex("* *").substr(written.size())) << words;
     }
     EXPECT_TRUE(help.starts_with("libquorvel_bin disk_signature [ope]") && !exists("-r"));
@@ -97,25 +92,12 @@ TEST_F(Signature, TellsWhetherADiskIsThisUnits) {
 struct ReadErrorCounter : ApplianceTest {};
 
 TEST_F(ReadErrorCounter, IsFourBytesBehindTheRecord) {
-    const std::string usage = run(DiskReadErrorCnt, ""), help = usage.substr(0, usage.find("= 0"));
-    const std::string before(86, '\xff'), open_fail = "Err: write file open fail.(";
-    const struct { std::string words, printed, counter; } cases[] = {
-        {"set /dev/disk1 -n 12", "= 0", "31 32 00 00"},        {"get /dev/disk1", "12\n= 0", "31 32 00 00"},
-        {"set /dev/disk1 -c -n 999", "= 0", "39 39 39 00"},    {"get /dev/disk1", "999\n= 0", "39 39 39 00"},
-        {"set /dev/disk1 -n 1000", "= 1", "39 39 39 00"},      {"set /dev/disk1 -x", help + "= 1", "39 39 39 00"},
-        {"set /dev/disk1 -n", help + "= 1", "39 39 39 00"},    {"set /dev/disk1 -n ab", "= 0", "61 62 00 00"},
-        {"get /dev/disk1", "0\n= 0", "61 62 00 00"},           {"set /dev/disk1 -n 7 -c", "= 0", "00 00 00 00"},
-        {"set /dev/disk1 -n 7", "= 0", "37 00 00 00"},         {"set /dev/disk1", "= 0", "00 00 00 00"},
-        {"set /dev/none -n 1", open_fail + "/dev/none)\n= 2", "00 00 00 00"}, {"get", open_fail + ")\n= 2", "00 00 00 00"},
-        {"get /dev/short", "Err: file write fail.(/dev/short)\n= 2", "00 00 00 00"},
-        {"set /dev/full", "Err: file write fail.(/dev/full)\n= 2", "00 00 00 00"},
-        {"let /dev/disk1", usage, "00 00 00 00"},       {"reset /dev/disk1", usage, "00 00 00 00"},
-    };
+    const std::string help = run(DiskReadErrorCnt, ""), before(86, '\xff');
     write_file("/dev/disk1", from_hex("*"));
     write_file("/dev/short", before);
-    EXPECT_TRUE(usage.starts_with("libquorvel_bin disk_readerrorcnt [ope]"));
-    for (const auto& [words, printed, counter] : cases) {
-        EXPECT_EQ(printed, run(DiskReadErrorCnt, words)) << words;
+    EXPECT_TRUE(help.starts_with("libquorvel_bin disk_readerrorcnt [ope]"));
+    for (const auto& [words, counter, printed] : table<3>("disk/expected/counter-commands")) {
+        EXPECT_EQ(with_usage(printed, help), run(DiskReadErrorCnt, words)) << words;
         EXPECT_EQ(read_file("/dev/disk1"), before + from_hex(counter) + std::string(166, '\xff')) << words;
     }
 }

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <cstring>
-#include <tuple>
 
 #include "quorvel/foundation.h"
 #include "support/appliance.h"
@@ -15,39 +14,22 @@ constexpr char kInfo[] = "/etc/tevra/info";
 constexpr char kNihon[] = "\u65e5\u672c";
 constexpr char kNihonCp932[] = "\x93\xfa\x96\x7b";
 constexpr char kNihonEucJp[] = "\xc6\xfc\xcb\xdc";
-constexpr char kNihonJis[] = "\033$BF|K\\";  // shifted to two-byte characters; "\033(B" shifts back
 
 class CharacterSet : public ApplianceTest {};
 
-using Conversion = char*(char*, size_t, const char*);
-
 TEST_F(CharacterSet, ConvertsUntilTheInputOrTheRoomEnds) {
-    // The code page; what is converted into how much room; whether that succeeds; what a buffer full of "-" then begins
-    // with; what is printed behind ">FUNCTION: ".
-    const std::tuple<const char*, Conversion*, const char*, size_t, bool, std::string, std::string> rows[] = {
-        {"CP932",       remote2local_UTF8, kNihonCp932,   7,  true,  kNihon + "\0"s,           ""                         },
-        {"EUC_JP",      local2remote_UTF8, kNihon,        16, true,  kNihonEucJp + "\0-"s,     ""                         },
-        {"ISO-2022-JP", local2remote_UTF8, kNihon,        16, true,  kNihonJis + "\033(B\0-"s, ""                         },
-        {"ISO-2022-JP", local2remote_UTF8, kNihon,        10, true,  kNihonJis + "\0--"s,      ""                         },
-        {"CP932",       remote2local_UTF8, "",            1,  true,  "\0-"s,                   ""                         },
-        {"CP932",       remote2local_UTF8, "a",           0,  false, "-",                      "dstsize(0) is too short\n"},
-        {"CP932",       local2remote_UTF8, "a",           1,  false, "?-",                     "dstsize(1) is too short\n"},
-        {"CP932",       remote2local_UTF8, kNihonCp932,   6,  false, "\u65e5?-",               "dstsize(6) is too short\n"},
-        {"CP932",       remote2local_UTF8, "ab\xff\x40z", 16, true,  "ab?\0-"s,                ""                         }, // invalid
-        {"CP932",       remote2local_UTF8, "ab\x93",      16, true,  "ab?\0-"s,                ""                         }, // incomplete
-        {"CP932",       local2remote_UTF8, "ab\u20acz",   16, true,  "ab?\0-"s,                ""                         }, // not in the code page
-        {"CP932",       local2remote_UTF8, "ab\xff",      3,  true,  "ab?-",                   ""                         },
-        {"NO-SUCH",     remote2local_UTF8, "a",           9,  false, "-",                      "iconv_open() fail\n"      },
-    };
     debug = 10;
-    for (const auto& [code_page, convert, source, size, succeeds, bytes, printed] : rows) {
-        write_file(kInfo, "codepage="s + code_page + "\r\n");
+    for (const auto& [page, direction, room, source, bytes, complaint] : table<6>("foundation/expected/conversions")) {
+        write_file(kInfo, "codepage=" + page + "\r\n");
+        const bool to_utf8 = direction == "to UTF-8", succeeds = complaint.empty();
+        const std::string function = to_utf8 ? ">remote2local_UTF8: " : ">local2remote_UTF8: ";
         std::string buffer(32, '-');
         Capture output;
-        EXPECT_EQ(convert(buffer.data(), size, source), succeeds ? buffer.data() : nullptr) << source;
-        const std::string function = convert == remote2local_UTF8 ? ">remote2local_UTF8: " : ">local2remote_UTF8: ";
-        EXPECT_EQ(output.text(), printed.empty() ? "" : function + printed) << source;
-        EXPECT_EQ(buffer.substr(0, bytes.size()), bytes) << code_page << source;
+        const char* converted =
+            (to_utf8 ? remote2local_UTF8 : local2remote_UTF8)(buffer.data(), std::stoul(room), source.c_str());
+        EXPECT_EQ(output.text(), succeeds ? "" : function + complaint) << source;
+        EXPECT_EQ(converted, succeeds ? buffer.data() : nullptr) << source;
+        EXPECT_EQ(buffer.substr(0, bytes.size()), bytes) << page << source;
     }
 }
 

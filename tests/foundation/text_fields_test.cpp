@@ -9,22 +9,11 @@ namespace {
 class TextFields : public ApplianceTest {};
 
 TEST_F(TextFields, SpecifiedKeyCountsAsRepeatedStrtokDoes) {
-    const std::tuple<const char*, const char*, int, const char*> rows[] = {
-        {"a  b c\n",       " ", 2,  "b"     },
-        {"a  b c\n",       " ", 4,  nullptr },
-        {"a  b c\n",       " ", 0,  "a  b c"},
-        {"",               " ", -1, ""      },
-        {"a b\nc d\ne f",  " ", 4,  "d\ne"  },
-        {"a b\nc d\ne f ", " ", 6,  nullptr },
-        {"a b \nc d",      " ", 3,  nullptr },
-        {"\n\na b\nc",     " ", 1,  "\n\na" },
-        {"a seven7",       " ", 2,  "seven7"},
-        {"a eight888",     " ", 2,  nullptr },
-    };
-    for (const auto& [text, delimiters, index, field] : rows) {
-        char found[] = "untouched";
-        EXPECT_EQ(LibQuorvelBin_GetSpecifiedKey(found, 7, text, delimiters, index), field != nullptr ? 0 : -1);
-        EXPECT_STREQ(found, field != nullptr ? field : "untouched") << text << index;
+    for (const auto& [text, delimiters, index, field] : table<4>("foundation/expected/fields")) {
+        char found[] = "none-----";
+        const int result = LibQuorvelBin_GetSpecifiedKey(found, 7, text.c_str(), delimiters.c_str(), std::stoi(index));
+        EXPECT_EQ(result, field == "none" ? -1 : 0) << text << index;
+        EXPECT_EQ(found, result == 0 ? field : "none-----") << text << index;
     }
 }
 
@@ -44,28 +33,15 @@ TEST_F(TextFields, LastWordAndTheRest) {
 }
 
 TEST_F(TextFields, MembershipInAList) {
-    const std::tuple<const char*, const char*, const char*, int> rows[] = {
-        {"sda,sdb,sdc1", "sdc",  ",", 1 },
-        {"sda,sdbx,sdc", "sdb",  ",", 0 },
-        {"sda",          "sdab", ",", 0 },
-        {"a,",           "",     ",", 1 },
-        {"aa",           "b",    "",  0 },
-        {nullptr,        "a",    ",", -1},
-    };
-    for (const auto& [list, item, separator, result] : rows)
-        EXPECT_EQ(LibQuorvelBin_IsContainedInStringList(list, item, separator), result) << item;
+    const auto is_in = LibQuorvelBin_IsContainedInStringList;
+    for (const auto& [list, item, separator, result] : table<4>("foundation/expected/list-members"))
+        EXPECT_EQ(is_in(list.c_str(), item.c_str(), separator.c_str()), std::stoi(result)) << item;
+    EXPECT_EQ(is_in(nullptr, "a", ","), -1);
 }
 
 TEST_F(TextFields, Numbers) {
-    const std::tuple<const char*, int, int32_t> rows[] = {
-        {"0x1F",      4,  31        },
-        {"0X12\n3",   6,  18        },
-        {"123456789", 16, 0x23456789},
-        {"0",         17, -7        },
-        {"12",        -1, 0         },
-    };
-    for (const auto& [text, length, value] : rows)
-        EXPECT_EQ(LibQuorvelBin_HexToUl(text, length), value) << text;
+    for (const auto& [text, length, value] : table<3>("foundation/expected/hex-numbers"))
+        EXPECT_EQ(LibQuorvelBin_HexToUl(text.c_str(), std::stoi(length)), std::stoi(value)) << text;
     debug = 10;
     EXPECT_EQ(printed_by([] { LibQuorvelBin_HexToUl("0x1F", 4); }), "hex=0x1F\nlen=4\np=1F\np=F\n");
     EXPECT_EQ(LibQuorvelBin_IsAllNumericStr("1abc", 4), 1);

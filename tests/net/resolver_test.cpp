@@ -40,27 +40,16 @@ TEST_F(NetTest, RealLookupTools) {
     }
 }
 
-// clang-format off
 TEST_F(NetTest, NthNameServer) {
-    const std::string own = "my_dns1=10.0.0.7\nmy_dns2=not an address\nmy_dns3=\nenet_port_1_ip_address=";
-    const struct { std::string info; unsigned int n; const char* flag; int result; std::string server; const char* output; } rows[] = {
-        {own + "10.1.1.1\n",    1, nullptr,  0, "10.0.0.7",       ""},
-        {own + "10.1.1.1\n",    2, "",       0, "not an address", ""},
-        {own + "10.1.1.1\n",    3, nullptr, -1, "",               "don't check resover setting.\n"},
-        {own + "10.1.1.1\n",    3, "",       0, "10.0.0.2",       ""},
-        {own + "\n",            2, "",       0, "10.0.0.1",       ""},
-        {"my_dns1=10.0.0.7\n",  1, "",      -1, "",               ""},
-        {"",                    4, "",      -1, "",               ""},
-        {"",                    5, "",       0, "10.0.0.3",       ""},
-        {"",                    0, "",      -1, "",               ""},
-    };
-    // clang-format on
     write_file(kResolver, "search example\n\nnameserver\nnameserver 10.0.0.1\nnameserver 10.0.0.2\nnameserver " +
                               std::string(128, '9') + "\noptions rotate\nnameserver 10.0.0.3\n");
-    for (const auto& row : rows) {
-        write_file("/etc/tevra/info", row.info);
+    for (const auto& [info, n, source, result, server, output] : table<6>("net/expected/name-servers")) {
+        write_file("/etc/tevra/info", info);
         char dst[] = "####################";
-        EXPECT_EQ(printed_by([&] { EXPECT_EQ(LibQuorvelBin_GetDNS(row.n, row.flag, dst), row.result); }), row.output);
-        EXPECT_EQ(dst, row.server + std::string(20 - row.server.size(), '#')) << row.n;
+        const char* flag = source == "resolver" ? "" : nullptr;
+        Capture printed;
+        EXPECT_EQ(LibQuorvelBin_GetDNS(static_cast<unsigned int>(std::stoi(n)), flag, dst), std::stoi(result)) << n;
+        EXPECT_EQ(printed.text(), output);
+        EXPECT_EQ(dst, server + std::string(20 - server.size(), '#')) << info << n;
     }
 }

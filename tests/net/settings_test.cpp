@@ -38,26 +38,15 @@ TEST_F(SettingsTest, EnabledAndDhcp) {
                "enet_port_trunk_group_1_members=eth7 eth1\nenet_port_eth7_enabled=on\nenet_port_eth7_ip_address=dhcp6\n"
                "enet_port_trunk_group_2_members=on,dhcp\n"
                "enet_port_256_enabled=on\nenet_port_trunk_group_256_members=eth9\nenet_port_eth9_ip_address=dhcp\n");
-    // "@" is the function's name in the traces.
-    const struct { const char* ifname; int enabled, dhcp; const char* trace; } rows[] = {
-        {"lo",     1, 1, "@\n"},
-        {"eth0",   1, 1, "@\n@ eth\n@ value = dhcp\n@ returning 1\n"},
-        {"eth1",   1, 0, "@\n@ eth\n@ value = 192.168.11.150\n"},
-        {"eth2",   0, 0, "@\n@ eth\n@ value = DHCP\n"},
-        {"eth257", 1, 0, "@\n@ eth\n@ value = 192.168.11.150\n"},
-        {"eth",    1, 0, "@\n@ eth\n@ value = \n"},
-        {"bond0",  1, 1, "@\n@ bonding\n@ value = dhcp6\n@ returning 1\n"},
-        {"bond1",  0, 0, "@\n@ bonding\n@ value = \n"},
-        {"bond",   0, 1, "@\n@ bonding\n@ value = dhcp\n@ returning 1\n"},
-        {"br0",    0, 0, "@\n@ value = \n"},
-    };
     // clang-format on
     const std::string function = "LibQuorvelBin_IsNetIfDhcp";
-    for (const auto& row : rows) {
-        EXPECT_EQ(LibQuorvelBin_IsNetIfEnabled(row.ifname), row.enabled) << row.ifname;
-        std::string trace = printed_by([&] { EXPECT_EQ(LibQuorvelBin_IsNetIfDhcp(row.ifname), row.dhcp); });
+    for (const auto& [ifname, enabled, dhcp, expected] : table<4>("net/expected/enabled-and-dhcp")) {
+        EXPECT_EQ(std::to_string(LibQuorvelBin_IsNetIfEnabled(ifname.c_str())), enabled) << ifname;
+        std::string trace = printed_by([name = ifname.c_str(), result = dhcp] {
+            EXPECT_EQ(std::to_string(LibQuorvelBin_IsNetIfDhcp(name)), result) << name;
+        });
         for (size_t at; (at = trace.find(function)) != std::string::npos;)
             trace.replace(at, function.size(), "@");
-        EXPECT_EQ(trace, row.trace) << row.ifname;
+        EXPECT_EQ(trace, expected) << ifname;
     }
 }

@@ -72,6 +72,41 @@ std::string read_file(const std::string& path) {
     return text.str();
 }
 
+std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t fields) {
+    constexpr std::string_view letters = "ntrv_", meanings = "\n\t\r\v ";
+    std::ifstream file("/source/tests/" + name + ".txt");
+    std::vector<std::vector<std::string>> rows;
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        auto* field = &rows.emplace_back(1).back();
+        size_t end = 0;  // of the field without the blanks behind it
+        for (size_t i = 0; i < line.size(); i++) {
+            if (line[i] == '|') {
+                field->resize(end);
+                field = &rows.back().emplace_back();
+                end = 0;
+            } else if (line[i] == '\\') {
+                const size_t letter = letters.find(line[++i]);
+                if (line[i] == 'x') {
+                    *field += static_cast<char>(std::stoi(line.substr(i + 1, 2), nullptr, 16));
+                    i += 2;
+                } else {
+                    *field += letter == letters.npos ? line[i] : meanings[letter];
+                }
+                end = field->size();
+            } else if (line[i] != ' ' || !field->empty()) {
+                *field += line[i];
+                if (line[i] != ' ') end = field->size();
+            }
+        }
+        field->resize(end);
+        EXPECT_EQ(rows.back().size(), fields) << name << ": " << line;
+        rows.back().resize(fields);
+    }
+    EXPECT_FALSE(rows.empty()) << name;
+    return rows;
+}
+
 void stand_in(const std::string& path, const std::string& body) {
     const fs::path log = call_logs / fs::path(path).filename();
     fs::create_directories(call_logs);

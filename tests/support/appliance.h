@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -48,6 +50,18 @@ std::string printed_by(Action&& action) {
     Capture output;
     action();
     return output.text();
+}
+
+// The cases of a text file beside the tests, a line each: fields between "|", blanks around them left out. In a field
+// "\n", "\t", "\r", "\v" and "\x" with two digits are as in C, "\_" is a blank that stays; a line with "#" in front is
+// a comment.
+std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t fields);
+template <size_t N>
+std::vector<std::array<std::string, N>> table(const std::string& name) {
+    std::vector<std::array<std::string, N>> rows;
+    for (const auto& row : table_rows(name, N))
+        std::copy_n(row.begin(), N, rows.emplace_back().begin());
+    return rows;
 }
 
 // An empty appliance for every test: all that an earlier one wrote is gone, the library's globals

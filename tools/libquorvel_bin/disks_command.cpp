@@ -195,10 +195,6 @@ void print(const Listing& listing) {
     }
 }
 
-bool is_built_in(const struct disk_path* set) {
-    return set == borel_disk_set || set == nisk_disk_set || set == pellmar_12bay_disk_set;
-}
-
 }  // namespace
 
 int run_disks(int, char**) {
@@ -210,13 +206,15 @@ int run_disks(int, char**) {
     from_cmdline = 0;  // the list is the answer, not its parts
     Listing listing;
     listing.new_sysfs = LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1;
-    listing.sets[0] = LibQuorvelBin_GetPlatformDiskSet();
+    // The set in force, taken apart: the configured one is to be released, a built-in one is not.
+    struct disk_path* configured = get_DiskOrderConfig();
+    listing.sets[0] = configured != nullptr ? configured : LibQuorvelBin_GetPlatformDiskSet();
     if (listing.sets[0] != nullptr) listing.sets[1] = get_ExtSlotConfig();
     bool complete = add_disks(listing, blocks) && add_empty_bays(listing);
     if (complete) print(listing);
     if (!complete) perror("disks");
     free(listing.lines);
-    if (!is_built_in(listing.sets[0])) disk_path_free(listing.sets[0]);
+    disk_path_free(configured);
     disk_path_free(listing.sets[1]);
     (void)closedir(blocks);
     return complete ? kExitOk : kExitNo;

@@ -42,22 +42,17 @@ int run_day_after(int, char** argv) {
     return exit_status_of_result(LibQuorvelBin_DayAfter(argv[2], day, sizeof day));
 }
 
-int print_converted(char* (*convert)(char*, size_t, const char*), const char* text) {
+// The converter is called by its name: as a pointer the loader would look it up at every start.
+template <char* (*Convert)(char*, size_t, const char*)>
+int run_converter(int, char** argv) {
+    const char* text = argv[2];
     // Enough for the longest sequences and shift states a byte can become.
     size_t size = strlen(text) * 8 + 16;
     char* converted = static_cast<char*>(malloc(size));
-    const char* result = converted != nullptr ? convert(converted, size, text) : nullptr;
+    const char* result = converted != nullptr ? Convert(converted, size, text) : nullptr;
     if (result != nullptr) puts(result);
     free(converted);
     return result != nullptr ? kExitOk : kExitNo;
-}
-
-int run_to_utf8(int, char** argv) {
-    return print_converted(remote2local_UTF8, argv[2]);
-}
-
-int run_from_utf8(int, char** argv) {
-    return print_converted(local2remote_UTF8, argv[2]);
 }
 
 int run_file_exists(int, char** argv) {
@@ -81,8 +76,8 @@ constexpr Command kCommands[] = {
     {"username",    "UID",       "print the name of a user id",                         "0 found, 1 no such user, 2 no user id", 1, 1, run_username},
     {"tomorrow",    "",          "print the calendar day after today",                  "0 printed",          0, 0, run_tomorrow},
     {"day_after",   "YYYY-MM-DD", "print the calendar day after a given one",           "0 printed, 1 no such day", 1, 1, run_day_after},
-    {"to_utf8",     "TEXT",      "print a text of the code page in UTF-8",              "0 printed, 1 no converter", 1, 1, run_to_utf8},
-    {"from_utf8",   "TEXT",      "print a UTF-8 text in the code page",                 "0 printed, 1 no converter", 1, 1, run_from_utf8},
+    {"to_utf8",     "TEXT",      "print a text of the code page in UTF-8",              "0 printed, 1 no converter", 1, 1, run_converter<remote2local_UTF8>},
+    {"from_utf8",   "TEXT",      "print a UTF-8 text in the code page",                 "0 printed, 1 no converter", 1, 1, run_converter<local2remote_UTF8>},
     {"file_exists", "FILE",      "whether a regular file is there and readable",        "0 yes, 1 no",        1, 1, run_file_exists},
     {"dir_exists",  "DIRECTORY", "whether a directory is there and readable",           "0 yes, 1 no",        1, 1, run_dir_exists},
     {"firminfo",    "",          "print the firmware information record",               "0 printed, 1 unknown", 0, 0, run_firminfo},

@@ -14,27 +14,19 @@ constexpr size_t kNameSize = 128;
 
 using Conversion = int (*)(const char* name, char* dst, size_t size);
 
-// Each name's answer is a line, which the library prints; among several, one without an answer gives "-".
-int run_conversion(Conversion convert, int argc, char** argv) {
+// Each name's answer is a line, which the library prints; among several, one without an answer gives "-". The function
+// is called by its name: as a pointer the loader would look it up at every start.
+template <Conversion Convert>
+int run_conversion(int argc, char** argv) {
     int status = kExitOk;
     for (int i = 2; i < argc; i++) {
         char name[kNameSize] = "";
-        if (convert(argv[i], name, sizeof name) == 0) continue;
+        if (Convert(argv[i], name, sizeof name) == 0) continue;
         status = kExitNo;
         from_cmdline = 1;
         if (argc > 3) puts("-");
     }
     return status;
-}
-
-int run_diskname(int argc, char** argv) {
-    return run_conversion(LibQuorvelBin_GetDisknameFromDevname, argc, argv);
-}
-int run_devname(int argc, char** argv) {
-    return run_conversion(LibQuorvelBin_GetDevnameFromDiskname, argc, argv);
-}
-int run_scsiid(int argc, char** argv) {
-    return run_conversion(LibQuorvelBin_GetScsiIDFromDiskname, argc, argv);
 }
 
 int run_slots(int, char**) {
@@ -94,9 +86,9 @@ int run_spooldir(int, char**) {
 // clang-format off
 constexpr Command kCommands[] = {
     {"disks",          "",          "list all disks and bays: kernel name, logical name, SCSI address",  "0 listed, 1 /sys/block is unreadable",      0, 0,  run_disks},
-    {"diskname",       "DEVICE...", "print the logical name of a kernel device (sda, /dev/sda)",         "0 printed, 1 unknown",                      1, -1, run_diskname},
-    {"devname",        "DISK...",   "print the kernel device of a logical disk (disk1, /dev/disk1)",     "0 printed, 1 unknown or absent",            1, -1, run_devname},
-    {"scsiid",         "NAME...",   "print the SCSI address of an internal disk (disk1 or sda)",         "0 printed, 1 none",                         1, -1, run_scsiid},
+    {"diskname",       "DEVICE...", "print the logical name of a kernel device (sda, /dev/sda)",         "0 printed, 1 unknown",                      1, -1, run_conversion<LibQuorvelBin_GetDisknameFromDevname>},
+    {"devname",        "DISK...",   "print the kernel device of a logical disk (disk1, /dev/disk1)",     "0 printed, 1 unknown or absent",            1, -1, run_conversion<LibQuorvelBin_GetDevnameFromDiskname>},
+    {"scsiid",         "NAME...",   "print the SCSI address of an internal disk (disk1 or sda)",         "0 printed, 1 none",                         1, -1, run_conversion<LibQuorvelBin_GetScsiIDFromDiskname>},
     {"slots",          "",          "print the slot table in the syntax of /etc/diskpath.conf",          "0, also without a table",                   0, 0,  run_slots},
     {"connected",      "INDEX",     "print 1 when a disk is in the slot (the first is 0), else 0",       "0 for 1, 1 for 0",                          1, 1,  run_connected},
     {"powered",        "INDEX",     "print 1 when the slot has power (the first is 0), else 0",          "0 for 1, 1 for 0",                          1, 1,  run_powered},

@@ -49,7 +49,7 @@ int lines_now() {
 }
 
 // Takes the place of ioctl(2) in this program.
-extern "C" int scripted_ioctl(int descriptor, unsigned long request, unsigned long argument) __asm__("ioctl");
+extern "C" int scripted_ioctl(int descriptor, unsigned long request, unsigned long argument) __asm__(IOCTL_SYMBOL);
 int scripted_ioctl(int descriptor, unsigned long request, unsigned long argument) {
     int* lines = reinterpret_cast<int*>(argument);
     if (request == TIOCMSET) {

@@ -5,7 +5,8 @@
 #include "raid_appliance.h"
 
 // Stands in front of the C library's: the md driver is a script. Nothing else is asked of it here.
-extern "C" int ioctl(int, unsigned long request, mdu_array_info_t* info) {
+extern "C" int scripted_ioctl(int, unsigned long request, mdu_array_info_t* info) __asm__(IOCTL_SYMBOL);
+int scripted_ioctl(int, unsigned long request, mdu_array_info_t* info) {
     EXPECT_EQ(0x80480911, request);
     EXPECT_FALSE(driver_answers.empty());
     *info = driver_answers.empty() ? inactive : driver_answers.front();

@@ -22,6 +22,14 @@ void stand_in(const std::string& path, const std::string& body = "");
 // The argument lines with which a stand-in was run, in order: calls("/sbin/mdadm") or calls("mdadm").
 std::vector<std::string> calls(const std::string& tool);
 
+// The name by which the C library's ioctl is called, for a stand-in of it: with 64-bit times on a 32-bit machine it is
+// another one.
+#if defined __USE_TIME_BITS64 && __TIMESIZE == 32
+#define IOCTL_SYMBOL "__ioctl_time64"
+#else
+#define IOCTL_SYMBOL "ioctl"
+#endif
+
 // Catches what this process and its children write to a descriptor, from construction to text().
 class Capture {
 public:

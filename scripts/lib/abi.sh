@@ -12,7 +12,7 @@ write_abi() {
 
 # Prints "NAME VALUE" for every enumerator and every number among the macros.
 write_constants() {
-    local names
+    local name names
     # The preprocessor takes the comments away.
     names=$(gcc -w -fpreprocessed -dD -E -P -x c - < <(cat include/quorvel/*.h) |
         sed -nE '/^enum /,/\}/{s/[{},]/\n/g;p}; /^#define [A-Z_0-9]+ [0-9]/p' |
@@ -20,7 +20,7 @@ write_constants() {
     {
         echo '#include <libquorvel_bin.h>'
         echo 'int main(void) {'
-        sed 's/.*/printf("%s %lld\\n", "&", (long long)&);/' <<<"$names"
+        while read -r name; do printf 'printf("%%s %%lld\\n", "%s", (long long)%s);\n' "$name" "$name"; done <<<"$names"
         echo 'return 0; }'
     } | gcc -x c -std=c99 -Wall -Werror -Iinclude -o "$1/constants" - && "$1/constants"
 }

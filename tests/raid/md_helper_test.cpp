@@ -54,17 +54,6 @@ TEST_F(MdHelperTest, ReportsAreCompleteToTheByte) {
 }
 
 TEST_F(MdHelperTest, EveryModelSizeGetsItsAnswers) {
-    const std::string unsupported = "Unsupported system disk number\n", missing = "array_mode=";
-    const struct {
-        int disks, arrays;
-        std::string line, capacities;
-    } rows[] = {
-        {0,  3, missing + missing + unsupported,        missing + missing + "0 0 0 0 "},
-        {1,  1, unsupported,                            "50 0 0 0 "                   },
-        {2,  1, "HD 1-2 : ",                            "50 50 0 0 "                  },
-        {4,  2, missing + "HD 1-2-3-4          RAID5 ", missing + "50 50 0 10 "       },
-        {12, 2, missing + unsupported,                  missing + "50 50 0 10 "       },
-    };
     write_file("/proc/mounts", "/dev/md2 /mnt/array1 xfs rw 0 0\n/dev/sdd6 /mnt/disk4 xfs rw 0 0\n");
     bool mounted = true;
     for (const char* place : {"/mnt/array1", "/mnt/disk4"}) {
@@ -75,13 +64,13 @@ TEST_F(MdHelperTest, EveryModelSizeGetsItsAnswers) {
     write_file("/mnt/disk4/data", std::string(20 << 10, 'x'));
     remove_tree("/run/mdadm/disk3_6");
     remove_tree("/run/mdadm/disk4_6");
-    for (const auto& row : rows) {
-        model(row.disks, row.arrays);
+    for (const auto& [disks, arrays, line, capacities] : table<4>("raid/expected/model-sizes")) {
+        model(std::stoi(disks), std::stoi(arrays));
         remove_tree("/run/stand-in/mdadm");
-        EXPECT_EQ(row.line, run({"diskmode", "surplus"})) << row.disks;
-        EXPECT_EQ(static_cast<size_t>(row.disks + 1), calls("mdadm").size());
-        const std::string capacities = run({"diskcap"});
-        EXPECT_TRUE(!mounted || capacities == row.capacities) << row.disks << capacities;
+        EXPECT_EQ(line, run({"diskmode", "surplus"})) << disks;
+        EXPECT_EQ(std::stoul(disks) + 1, calls("mdadm").size());
+        const std::string found = run({"diskcap"});
+        EXPECT_TRUE(!mounted || found == capacities) << disks << found;
     }
     umount("/mnt/array1");
     umount("/mnt/disk4");

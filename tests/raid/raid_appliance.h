@@ -9,7 +9,7 @@
 #include "quorvel/raid.h"
 #include "raid/inventory.h"
 #include "raid/list.h"
-#include "support/appliance.h"
+#include "services/entry_point.h"
 
 /// Answers of the md driver, in order; a negative minor stands for a node without an array, which is refused.
 inline std::deque<mdu_array_info_t> driver_answers;
@@ -78,9 +78,8 @@ protected:
     }
     static std::string helper(std::vector<std::string> words) {
         words.insert(words.begin(), "md");
-        std::vector<char*> vector;
-        for (std::string& word : words)
-            vector.push_back(word.data());
-        return printed_by([&] { EXPECT_EQ(0, LibQuorvelBin_MdHelper(static_cast<int>(words.size()), vector.data())); });
+        const Answer answer = call(LibQuorvelBin_MdHelper, words);
+        EXPECT_EQ(0, answer.result);
+        return answer.text;
     }
 };

@@ -16,46 +16,30 @@ Answer firewall(Words words) {
     return call(LibQuorvelBin_FirewallEntry, words);
 }
 
-// The rules that keep a port off an interface, as the stand-in logs them, in front of others.
-Words deny(int port, const std::string& interface, const Words& others = {}) {
-    std::string dport = " --dport " + std::to_string(port) + " -j DROP ";
-    Words rules = {"-A INPUT -p tcp" + dport + "-i " + interface, "-A INPUT -p udp" + dport + "-i " + interface,
-                   "-A OUTPUT -p tcp" + dport + "-o " + interface, "-A OUTPUT -p udp" + dport + "-o " + interface};
-    rules.insert(rules.end(), others.begin(), others.end());
+// The rules that keep ports off interfaces, as the stand-in logs them behind the flush.
+Words deny(const std::string& ports_and_interfaces) {
+    Words rules = {"--table filter --flush"};
+    std::istringstream pairs(ports_and_interfaces);
+    for (std::string port, interface; pairs >> port >> interface;) {
+        const std::string dport = " --dport " + port + " -j DROP ";
+        for (const std::string chain : {"INPUT -p tcp", "INPUT -p udp", "OUTPUT -p tcp", "OUTPUT -p udp"})
+            rules.push_back("-A " + chain + dport + (chain[0] == 'I' ? "-i " : "-o ") + interface);
+    }
     return rules;
 }
 
 using FirewallTest = ApplianceTest;
 
 TEST_F(FirewallTest, TurnsThePortsFileIntoRules) {
-    const std::string ftp = "                 ftp | ";
-    const std::string nfs = "                 nfs | ";
-    const std::string two = "DEVICE_NETWORK_NUM=2\n";
-    const std::string bonded = "enet_port_trunk_group_2_members=eth0 eth1\n";
-    // Features, network settings and ports file; what is printed, and the rules behind the flush.
-    // clang-format off
-    const std::tuple<std::string, std::string, std::string, std::string, Words> rows[] = {
-        {two, "", "nfs<>1<>0<>;\nmystery<>0<>0<>;\nftp<>0<>01<>;\n",
-         nfs + "     |   D  | \n             mystery | " + ftp + "  D  |      | \n",
-         deny(111, "eth1", deny(2049, "eth1", deny(21, "eth0")))},
-        // Runs of separators are one, a missing flag allows, and only "0" denies.
-        {two, "", "ftp<><>0<>0 <>;\nftp<>0\nftp",
-         ftp + "  D  |      | \n" + ftp + "  D  |      | \n" + ftp + "     |      | \n",
-         deny(21, "eth0", deny(21, "eth0"))},
-        {two, bonded, "ftp<>0<>0<>;\nnfs<>1<>0<>;\n", ftp + "  D  | \n" + nfs + "     | \n", deny(21, "bond0")},
-        {"", "", "ftp<>0<>;\n", "wrong feature name\n" + ftp + "\n", {}},
-    };
-    // clang-format on
     from_cmdline = 1;
-    for (auto [features, info, ports, screen, rules] : rows) {
+    for (const auto& [features, info, ports, screen, denied] : table<5>("services/expected/firewall-rules")) {
         remove_tree("/run/stand-in");
         stand_in("/usr/local/sbin/iptables", "exit 1");
         write_file("/etc/nas_feature", features);
         write_file("/etc/tevra/info", info);
         write_file(ports_file, ports);
         EXPECT_EQ(firewall({"--restart"}), (Answer{0, screen}));
-        rules.insert(rules.begin(), "--table filter --flush");
-        EXPECT_EQ(calls("iptables"), rules) << ports;
+        EXPECT_EQ(calls("iptables"), deny(denied)) << ports;
     }
 }
 
@@ -82,29 +66,21 @@ TEST_F(FirewallTest, LoadsRulesThatTheKernelTellsBack) {
 }
 
 TEST_F(FirewallTest, ChoosesItsPortsFile) {
-    const std::string fallback = "Requested config file is not exist! Using default config ... \n";
-    const std::string chosen = "wrong feature name\n                name | ";
-    const std::string usual = "wrong feature name\n               usual | ";
     const std::string d = "/" + std::string(240, 'd');
     const std::string longest = "/tmp" + d + d + d + d + "/" + std::string(55, 'f');
-    const std::tuple<std::string, std::string, bool, std::string> rows[] = {
-        {"",            "",                            true,  usual                            },
-        {"",            "/",                           true,  usual                            },
-        {"",            "/tmp",                        true,  fallback + usual                 },
-        {"",            "/tmp/none",                   false, fallback + no_default            },
-        {"/tmp/name",   "/tmp/name",                   false, chosen                           },
-        {"/tmp/100%",   "/tmp/100%%",                  false, chosen                           },
-        {"/tmp/name",   "/tmp/%s%n%-08.*lldna%cme%*d", false, chosen                           },
-        {"/tmp/%/%",    "/tmp/%/%",                    false, chosen                           },
-        {longest,       longest,                       true,  chosen                           },
-        {longest + "f", longest + "f",                 true,  "Can't find valid config file!\n"},
+    const std::string fallback = "Requested config file is not exist! Using default config ... \n";
+    const Marks marks = {
+        {"{fallback}",   fallback              },
+        {"{no port}",    "wrong feature name\n"},
+        {"{no default}", no_default            },
+        {"{long}",       longest               }
     };
     stand_in("/usr/local/sbin/iptables");
-    for (const auto& [file, config, default_exists, screen] : rows) {
+    for (const auto& [file, asked, usual, screen] : table<4>("services/expected/ports-files")) {
         remove_tree(ports_file);
-        if (default_exists) write_file(ports_file, "usual");
-        if (!file.empty()) write_file(file, "name");
-        EXPECT_EQ(firewall({"--start", "--config", config}), (Answer{0, screen})) << config;
+        if (!usual.empty()) write_file(ports_file, "usual");
+        if (!file.empty()) write_file(filled(file, marks), "name");
+        EXPECT_EQ(firewall({"--start", "--config", filled(asked, marks)}), (Answer{0, filled(screen, marks)})) << asked;
     }
 }
 

@@ -25,43 +25,19 @@ using IscsiTest = ApplianceTest;
 
 TEST_F(IscsiTest, ReportsTheSessionFile) {
     from_cmdline = 1;
-    const std::string a = target("1", "x:y:a");
-    const std::string i = session("7", "i:j");
-    const std::string ip = connection("10.0.0.1");
-    const std::string long_name = "x:y:" + std::string(123, 'n');  // 127 characters
-    const std::string ab = a + i + ip + target("2", "x:y:b");
-    const std::string line = "1<>x:y:a<>7<>i:j<>10.0.0.1\n";
-    // What the session file holds, the report, the sessions connected and the lowest free tid.
-    // clang-format off
-    const std::tuple<std::string, std::string, int, int> rows[] = {
-        {a + i, "", 0, 2},
-        {a + i + ip + ip, line + line, 1, 2},
-        {a + i + ip + i + ip, line + line, 2, 2},
-        {ab, line + "2<>x:y:b<>7<><>\n", 1, 3},
-        {a + ip + a, "1<>x:y:a<><><>10.0.0.1\n1<>x:y:a<><><>\n", 0, 2},
-        {ip, "<><><><>10.0.0.1\n", 0, 1},
-        // A session that has lost its connection hands its claim to the next target's.
-        {a + i + target("2", "x:y:b") + ip, "2<>x:y:b<>7<>i:j<>10.0.0.1\n", 1, 3},
-        // Names are built of exactly their parts, or not at all.
-        {target("1", "x:y") + session("8", "j") + connection("fe80::1"), "1<><>8<><>fe80\n", 1, 1},
-        {target("1", "x::y:a:b"), "1<>x:y:a<><><>\n", 0, 2},
-        {target("1", long_name), "1<>" + long_name + "<><><>\n", 0, 2},
-        {target("1", long_name + "n"), "1<><><><>\n", 0, 1},
-        {a + i + session("9", long_name.substr(2)) + ip, "1<>x:y:a<>9<>" + long_name.substr(2) + "<>10.0.0.1\n", 1, 2},
-        {a + i + session("9", long_name.substr(2) + "nn") + ip, "1<>x:y:a<>9<><>10.0.0.1\n", 1, 2},
-        // Only the first line of a tid tells whether it is taken; "tid:" anywhere makes a target.
-        {target("1", "x:y") + a, "1<><><><>\n1<>x:y:a<><><>\n", 0, 1},
-        {target("", "x:y:a") + target("x", "x:y:a"), "<>x:y:a<><><>\nx<>x:y:a<><><>\n", 0, 1},
-        {"\tsid:7 tid:1\n", "7<><><><>\n", 0, 1},
-        {"sid:7 cid:1 ip:2\n", "", 0, 1},
-        {"no kind:1\n\n" + a + "ipid:3\n", "1<>x:y:a<><><>\n", 0, 2},
+    const Marks marks = {
+        {"{a}",        target("1",     "x:y:a")},
+        {"{b}",            target("2",                      "x:y:b")},
+        {"{i}",    session("7","i:j")},
+        {"{ip}",connection("10.0.0.1")         },
+        {"{n}",       std::string(123,  'n')},
+        {"{line}",        "1<>x:y:a<>7<>i:j<>10.0.0.1\n"},
     };
-    // clang-format on
-    for (const auto& [sessions, report, connected, free_tid] : rows) {
-        write_file(session_file, sessions);
-        EXPECT_EQ(ask({"session_info"}), (Answer{0, report})) << sessions;
-        EXPECT_EQ(ask({"IsConnected"}), (Answer{connected, std::to_string(connected) + "\n"})) << sessions;
-        EXPECT_EQ(ask({"GetNewTID"}), (Answer{free_tid, std::to_string(free_tid) + "\n"})) << sessions;
+    for (const auto& [sessions, report, connected, free_tid] : table<4>("services/expected/sessions")) {
+        write_file(session_file, filled(sessions, marks));
+        EXPECT_EQ(ask({"session_info"}), (Answer{0, filled(report, marks)})) << sessions;
+        EXPECT_EQ(ask({"IsConnected"}), (Answer{std::stoi(connected), connected + "\n"})) << sessions;
+        EXPECT_EQ(ask({"GetNewTID"}), (Answer{std::stoi(free_tid), free_tid + "\n"})) << sessions;
     }
 }
 
@@ -83,36 +59,16 @@ TEST_F(IscsiTest, FindsTheTargetsOfConfigurations) {
     from_cmdline = 1;
     write_file(session_file, target("5", "x:y:first") + target("65541", "x:y:far") + target("5", "x:y:again") +
                                  target("6", "p:q:r:s") + target("x", "x:y:bad") + target("7", "x:y:bad"));
-    const std::pair<int, std::string> files[] = {
-        {0,  "zero=1\niscsi_device0_target=first\n"                          },
-        {1,  "iscsi_device0_path_lun0=/dev/md1\niscsi_device0_target=again\n"},
-        {2,  "iscsi_device0_target=far\n"                                    },
-        {3,  "iscsi_device0_target=s\n"                                      },
-        {4,  "iscsi_device0_target=\niscsi_device0_path_lun0=/dev/md4\n"     },
-        {5,  "iscsi_device0_target=bad\n"                                    },
-        {6,  "iscsi_device0_target=again\n"                                  },
-        {32, "iscsi_device0_target=r\n"                                      },
-    };
-    for (const auto& [number, text] : files)
-        write_file("/etc/tevra/iscsi_disks" + std::to_string(number), text);
-    std::string volumes =
-        "1<>/dev/md1<>5<>x:y:first<>\n2<><>65541<>x:y:far<>\n3<><><><>\n4<>/dev/md4<><><>\n5<><><><>\n"
-        "6<><>5<>x:y:first<>\n";
-    for (int number = 7; number < 32; number++)
-        volumes += std::to_string(number) + "<><><><>\n";
-    EXPECT_EQ(ask({"volume_info"}), (Answer{0, volumes + "32<><>6<>p:q:r<>\n"}));
+    std::string lines[33], volumes;
+    for (const auto& [number, text, line] : table<3>("services/expected/volumes")) {
+        write_file("/etc/tevra/iscsi_disks" + number, text);
+        lines[std::stoul(number)] = line;
+    }
+    for (size_t number = 1; number <= 32; number++)
+        volumes += std::to_string(number) + "<>" + (lines[number].empty() ? "<><><>" : lines[number]) + "\n";
+    EXPECT_EQ(ask({"volume_info"}), (Answer{0, volumes}));
 
-    // Configuration number, and what is printed.
-    const std::pair<std::string, std::string> rows[] = {
-        {"1",          "5"    },
-        {"2",          "65541"},
-        {"3",          "-1"   },
-        {"0",          "5"    },
-        {"32x",        "6"    },
-        {"33",         "-1"   },
-        {"4294967297", "-1"   },
-    };
-    for (const auto& [number, tid] : rows)
+    for (const auto& [number, tid] : table<2>("services/expected/target-ids"))
         EXPECT_EQ(ask({"GetTIDfromTCID", number}), (Answer{std::stoi(tid), tid + "\n"})) << number;
     EXPECT_EQ(ask({"GetTIDfromTCID", "-1"}), (Answer{-1, ""}));
     EXPECT_EQ(ask({"GetTIDfromTCID"}), (Answer{-1, ""}));

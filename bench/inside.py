@@ -211,7 +211,8 @@ def main(model, quick, wanted):
                   parents=[measure_parent(job) for job in chosen(PARENTS)],
                   in_process=[measure_in_process(question) for question in chosen(IN_PROCESS)])
     if chosen(JOBS):
-        result["true"] = dict(instructions=instructions(["true"]), calls=system_calls(["true"]), peak=side_by_side([["true"]], 9)[0][1])
+        result["bare"] = {name: dict(instructions=instructions([path]), calls=system_calls([path]), peak=side_by_side([[path]], 9)[0][1])
+                          for name, path in (("`true`", "true"), ("one `printf` in C", f"{BUILD}/bench_printed_line"))}
     result["slopes"] = [measure_slope(slope) for slope in chosen(SLOPES)]
     json.dump(result, sys.stdout)
 

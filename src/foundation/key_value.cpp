@@ -82,7 +82,7 @@ size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
     for (std::string_view piece; found < requests.size() && !(piece = next_piece(reader)).empty();) {
         for (KeyRequest& request : requests) {
             std::string_view value;
-            if (request.found || !sets_key(piece, request.key, value)) continue;
+            if (!sets_key(piece, request.key, value) || request.found) continue;
             copy_value(request.dst, request.size, value);
             request.found = true;
             found++;

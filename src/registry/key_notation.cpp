@@ -1,10 +1,10 @@
 #include "registry/key_notation.h"
 
-#include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
 
-#include "foundation/handles.h"
+#include <iterator>
+#include <string_view>
+
 #include "foundation/text.h"
 #include "foundation/trace.h"
 #include "quorvel/foundation.h"
@@ -14,48 +14,45 @@ using namespace quorvel;
 
 namespace {
 
-// Components go in at the head of the list and come out in reverse order.
+// Components go in at the head of the list and come out in reverse order. A name points into the text.
 struct PathItem {
-    char name[kRegistryText];
+    std::string_view name;
     PathItem* next;
 };
 
-bool push_item(PathItem*& present_item_list, std::string_view name) {
-    PathItem* item = static_cast<PathItem*>(malloc(sizeof(PathItem)));
-    if (item == nullptr) return false;
-    copy_text(item->name, sizeof item->name, name);
-    item->next = present_item_list;
-    present_item_list = item;
-    return true;
-}
+struct PathItems {
+    PathItem items[kRegistryText / 2];  // a text of the registry has no more: a separator stands between two
+    size_t count = 0;
+    PathItem* present_item_list = nullptr;
+};
 
-bool push_components(PathItem*& present_item_list, const char* text, const char* separator) {
+// False when there are more components than a text of the registry has.
+bool push_components(PathItems& path, const char* text, const char* separator) {
     for (text += strspn(text, separator); *text != '\0'; text += strspn(text, separator)) {
+        if (path.count == std::size(path.items)) return false;
         size_t length = strcspn(text, separator);
-        if (!push_item(present_item_list, {text, length})) return false;
+        PathItem& item = path.items[path.count++];
+        item = {
+            {text, length},
+            path.present_item_list
+        };
+        path.present_item_list = &item;
         text += length;
     }
     return true;
 }
 
-// False when the target had no room for all of it.
-bool append_item(char* target, size_t size, char prefix, const char* name) {
+// False when the target had no room for all of it; as much as fits is there then.
+bool append_items(char* target, size_t size, char prefix, const PathItems& path) {
+    bool cut = false;
     size_t length = strlen(target);
-    int wanted = snprintf(target + length, size - length, "%c%s", prefix, name);
-    return wanted >= 0 && static_cast<size_t>(wanted) < size - length;
-}
-
-// Uses the list up, whatever fits.
-bool append_items(char* target, size_t size, char prefix, PathItem* present_item_list) {
-    bool fits = true;
-    while (present_item_list != nullptr) {
-        Heap<PathItem> item(present_item_list);
-        present_item_list = item->next;
-        trace(kTrace, "present_item_list->name=%s\n", item->name);
-        fits = append_item(target, size, prefix, item->name) && fits;
+    for (const PathItem* item = path.present_item_list; item != nullptr; item = item->next) {
+        trace(kTrace, "present_item_list->name=%.*s\n", static_cast<int>(item->name.size()), item->name.data());
+        length = add_at(target, size, length, cut, {&prefix, 1});
+        length = add_at(target, size, length, cut, item->name);
         trace(kTrace, "filename=%s\n", target);
     }
-    return fits;
+    return !cut;
 }
 
 const char* without_root(const char* path) {
@@ -65,23 +62,23 @@ const char* without_root(const char* path) {
 }  // namespace
 
 bool quorvel::append_path(char* path, size_t size, const char* components) {
-    PathItem* present_item_list = nullptr;
-    bool complete = push_components(present_item_list, components, ".");
-    return append_items(path, size, '/', present_item_list) && complete;
+    PathItems items;
+    bool complete = push_components(items, components, ".");
+    return append_items(path, size, '/', items) && complete;
 }
 
 void quorvel::append_dotted(char* dotted, size_t size, const char* path) {
-    PathItem* present_item_list = nullptr;
-    (void)push_components(present_item_list, without_root(path), "/");
-    (void)append_items(dotted, size, '.', present_item_list);
+    PathItems items;
+    (void)push_components(items, without_root(path), "/");
+    (void)append_items(dotted, size, '.', items);
 }
 
 void quorvel::append_dotted_in_place(char* path, size_t size) {
-    PathItem* present_item_list = nullptr;
-    (void)push_components(present_item_list, without_root(path), "/");
+    char components[kRegistryText];
+    copy_text(components, sizeof components, path);
     size_t first = strspn(path, "/");
     path[first + strcspn(path + first, "/")] = '\0';
-    (void)append_items(path, size, '.', present_item_list);
+    append_dotted(path, size, components);
 }
 
 int LibQuorvelBin_SeparateRegKeyAndPath(const char* key) {

@@ -20,7 +20,7 @@ write_constants() {
     {
         echo '#include <libquorvel_bin.h>'
         echo 'int main(void) {'
-        for name in $names; do printf 'printf("%%s %%lld\\n", "%s", (long long)%s);\n' "$name" "$name"; done
+        while read -r name; do printf 'printf("%%s %%lld\\n", "%s", (long long)%s);\n' "$name" "$name"; done <<<"$names"
         echo 'return 0; }'
     } | gcc -x c -std=c99 -Wall -Werror -Iinclude -o "$1/constants" - && "$1/constants"
 }

@@ -19,8 +19,10 @@ no_findings() {
     [[ -z $findings ]] || { printf '%s:\n%s\n' "$what" "$findings" && exit 1; }
 }
 
+# The build that is looked at.
+build_dir=${QUORVEL_BUILD_DIR:-build}
 # shellcheck disable=SC2034  # used by checks
-shared_library=build/libquorvel_bin.so
+shared_library=$build_dir/libquorvel_bin.so
 
 # The exported names as the version script lists them.
 listed_exports() { sed -nE 's/^ +([A-Za-z_0-9]+);.*/\1/p' src/libquorvel_bin.map | sort; }

@@ -15,12 +15,13 @@ missing_packages() {
     done
 }
 
-# Asks the network only when something is missing; fails only when what is still
-# missing then is needed to build.
+# install_missing_packages GROUP...: asks the network only when something is missing;
+# fails only when what is still missing then is needed to build.
 install_missing_packages() {
-    local missing as_root=()
+    local missing groups as_root=()
+    groups=$(IFS="|" && echo "$*")
     have dpkg-query || { say "not a Debian system: packages are not looked at" && return; }
-    mapfile -t missing < <(missing_packages 'build|test|check')
+    mapfile -t missing < <(missing_packages "$groups")
     ((${#missing[@]})) || return 0
     say "installing: ${missing[*]}"
     ((EUID == 0)) || ! have sudo || as_root=(sudo -n)

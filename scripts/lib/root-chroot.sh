@@ -46,7 +46,7 @@ list_chroot_modules() {
 }
 
 fill_chroot() {
-    local build=$1 program=$2 name own=() files
+    local build=$1 program=$2 name own=() files more
     chmod 755 "$root"
     mkdir -p "$root"/{usr/{bin,sbin,lib,lib64,local},sbin,sys,proc,mnt,root,run,etc} \
         "$root"/{tmp,var/tmp,var/lib,dev/shm,dev/pts}
@@ -59,7 +59,9 @@ fill_chroot() {
     if [[ $program == /* ]]; then own=("$program"); fi
     for name in "$build"/libquorvel_bin*; do [[ -f $name ]] && own+=("$name"); done
     mapfile -t files < <({ list_chroot_programs "${own[@]}"; list_chroot_modules; } | sort -u)
-    cp -L --parents -t "$root" -- "${files[@]}"
+    # What an emulated program needs; elsewhere it is found in place.
+    read -ra more <<<"${QUORVEL_ROOT_FILES:-}"
+    cp -L --parents -t "$root" -- "${files[@]}" "${more[@]}"
     mkdir -p "$root$project_dir"
     cp -a -t "$root$project_dir" -- "$project_dir"/{scripts,models,tests}
     ln -s "$project_dir" "$root/source"

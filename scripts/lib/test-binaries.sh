@@ -2,6 +2,9 @@
 # Runs GoogleTest programs in disposable roots and counts their cases. Source after
 # common.sh and results.sh.
 
+# What runs the programs of another kind of machine, where they are such.
+test_runner=()
+
 # Prints the full names of the cases that ended with the given word in a log.
 cases_in() {
     grep -oP "\[ *\Q$1\E *\] \K[^ ,]+(?=[ ,].*ms\)\$)" "$2" || true
@@ -11,7 +14,7 @@ run_test_program() {
     local label=$1 program=$2 options=(--net-if-possible) log status=0 planned ok name bad
     [[ ${program##*/} != net*_test ]] || options=(--net)
     log=$(mktemp)
-    "$project_dir/tests/run-in-root" "${options[@]}" -- "$program" --gtest_color=no >"$log" 2>&1 || status=$?
+    "$project_dir/tests/run-in-root" "${options[@]}" -- "${test_runner[@]}" "$program" --gtest_color=no >"$log" 2>&1 || status=$?
     if ((status == cannot_offer)) && ! grep -q '^\[==========\]' "$log"; then
         skip "$label: $(tail -n 1 "$log")"
         rm -f "$log"

@@ -58,6 +58,7 @@ void keep_mode_and_owner(int descriptor, const struct stat& status) {
 
 // Collects the new content and writes it block by block.
 struct Target {
+    // cppcheck-suppress uninitMemberVar
     explicit Target(int open_descriptor) : descriptor(open_descriptor) {}
 
     int descriptor;  // borrowed

@@ -112,13 +112,13 @@ void run_command_line() {
 
 // clang-format off
 const FuzzTarget kTargets[] = {
-    {"fields",         nullptr, cut_fields      },
-    {"numbers",        nullptr, read_numbers    },
-    {"device_names",   nullptr, map_names       },
-    {"registry_keys",  nullptr, read_registry   },
-    {"command_lines",  nullptr, run_command_line},
-    {"texts",          nullptr, edit_texts      },
-    {nullptr, nullptr, nullptr},
+    {"fields",         "arguments", nullptr, cut_fields      },
+    {"numbers",        "arguments", nullptr, read_numbers    },
+    {"device_names",   "arguments", nullptr, map_names       },
+    {"registry_keys",  "arguments", nullptr, read_registry   },
+    {"command_lines",  "arguments", nullptr, run_command_line},
+    {"texts",          "arguments", nullptr, edit_texts      },
+    {nullptr, nullptr, nullptr, nullptr},
 };
 // clang-format on
 
@@ -128,5 +128,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     given[size] = '\0';
     given_size = size;
     chosen_target().run();
+    forget_inventory();
     return 0;
 }

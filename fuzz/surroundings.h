@@ -10,10 +10,14 @@ void put_file(const char* path, const void* data, size_t size);
 // What every command run with popen prints from now on.
 void set_command_output(const void* data, size_t size);
 
+// Frees the records of the inventory, which otherwise live as long as the process.
+void forget_inventory();
+
 // A row of a program's table of targets; each program ends its table with a row of nulls.
 struct FuzzTarget {
     const char* name;
-    const char* path;  // the file its text goes to; null for none
+    const char* group;  // by where its text comes from; scripts/fuzz takes it as a name
+    const char* path;   // the file its text goes to; null for none
     void (*run)();
 };
 extern const FuzzTarget kTargets[];

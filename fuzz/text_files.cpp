@@ -21,6 +21,7 @@ void run_entry(int (*entry)(int, char**), const char* words) {
         arguments[count++] = word;
     }
     (void)entry(count, arguments);
+    forget_inventory();
 }
 
 void read_features() {
@@ -124,28 +125,28 @@ void read_power() {
 
 // clang-format off
 const FuzzTarget kTargets[] = {
-    {"features",           "/etc/nas_feature",           read_features          },
-    {"settings_rewrite",   "/etc/tevra/info",            rewrite_settings       },
-    {"disk_order",         "/etc/diskpath.conf",         read_disk_order        },
-    {"extension_slots",    "/etc/extslot.conf",          read_extension_slots   },
-    {"usb_devices",        "/proc/bus/usb/devices",      read_usb_devices       },
-    {"pci_devices",        "/proc/bus/pci/devices",      read_pci_devices       },
-    {"mounts",             "/proc/mounts",               read_mounts            },
-    {"partitions",         "/proc/partitions",           read_partitions        },
-    {"disk_status",        "/etc/tevra/diskinfo",        read_disk_status       },
-    {"volumes",            "/tmp/pvlist",                read_volumes           },
-    {"sessions",           "/proc/net/iet/session",      read_sessions          },
-    {"service_ports",      "/etc/tevra/service_ports",   start_firewall         },
-    {"backup_task",        "/etc/tevra/backup1",         read_backup_task       },
-    {"resolver",           "/etc/resolv.conf",           read_resolver          },
-    {"kernel_release",     "/proc/sys/kernel/osrelease", read_kernel_release    },
-    {"mtd_list",           "/proc/mtd",                  erase_flash            },
-    {"interface_settings", "/etc/tevra/info",            read_interface_settings},
-    {"mdadm_output",       nullptr,                      read_mdadm             },
-    {"smartctl_output",    nullptr,                      read_smartctl          },
-    {"nslookup_output",    nullptr,                      read_nslookup          },
-    {"power_output",       nullptr,                      read_power             },
-    {nullptr, nullptr, nullptr},
+    {"features",           "settings",  "/etc/nas_feature",           read_features          },
+    {"settings_rewrite",   "settings",  "/etc/tevra/info",            rewrite_settings       },
+    {"disk_order",         "settings",  "/etc/diskpath.conf",         read_disk_order        },
+    {"extension_slots",    "settings",  "/etc/extslot.conf",          read_extension_slots   },
+    {"usb_devices",        "kernel",    "/proc/bus/usb/devices",      read_usb_devices       },
+    {"pci_devices",        "kernel",    "/proc/bus/pci/devices",      read_pci_devices       },
+    {"mounts",             "kernel",    "/proc/mounts",               read_mounts            },
+    {"partitions",         "kernel",    "/proc/partitions",           read_partitions        },
+    {"disk_status",        "settings",  "/etc/tevra/diskinfo",        read_disk_status       },
+    {"volumes",            "tools",     "/tmp/pvlist",                read_volumes           },
+    {"sessions",           "kernel",    "/proc/net/iet/session",      read_sessions          },
+    {"service_ports",      "settings",  "/etc/tevra/service_ports",   start_firewall         },
+    {"backup_task",        "settings",  "/etc/tevra/backup1",         read_backup_task       },
+    {"resolver",           "settings",  "/etc/resolv.conf",           read_resolver          },
+    {"kernel_release",     "kernel",    "/proc/sys/kernel/osrelease", read_kernel_release    },
+    {"mtd_list",           "kernel",    "/proc/mtd",                  erase_flash            },
+    {"interface_settings", "settings",  "/etc/tevra/info",            read_interface_settings},
+    {"mdadm_output",       "tools",     nullptr,                      read_mdadm             },
+    {"smartctl_output",    "tools",     nullptr,                      read_smartctl          },
+    {"nslookup_output",    "tools",     nullptr,                      read_nslookup          },
+    {"power_output",       "tools",     nullptr,                      read_power             },
+    {nullptr, nullptr, nullptr, nullptr},
 };
 // clang-format on
 

@@ -63,7 +63,7 @@ fill_chroot() {
     read -ra more <<<"${QUORVEL_ROOT_FILES:-}"
     cp -L --parents -t "$root" -- "${files[@]}" "${more[@]}"
     mkdir -p "$root$project_dir"
-    cp -a -t "$root$project_dir" -- "$project_dir"/{scripts,models,tests}
+    cp -a -t "$root$project_dir" -- "$project_dir"/{scripts,models,tests,fuzz}
     ln -s "$project_dir" "$root/source"
     [[ ! -d $root$build ]] || ln -s "$build" "$root/build"
 }

@@ -2,9 +2,9 @@
  * Disk operations: the signature record on a disk, partition sizes, mounts and file systems, partition
  * creation, temperature and read-error counter. Names, slots and presence of disks are in naming.h.
  *
- * A null pointer where a text or a buffer is expected gives the function's failure result. Texts that
- * become part of a shell command (each function names its commands) reach the shell unquoted: they must
- * hold no character that is special to a shell. */
+ * A null pointer where a text or a buffer is expected gives the function's failure result. A text
+ * that becomes part of a shell command (each function names its commands) is one word of it: as it is, or in
+ * single quotes when it holds anything a shell would act on. */
 #ifndef QUORVEL_DISK_H
 #define QUORVEL_DISK_H
 

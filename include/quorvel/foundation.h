@@ -55,7 +55,7 @@ QUORVEL_API char* get_StringbyKey(const char* path, const char* key, char* dst, 
  * shell command "mv PATH_tmp PATH": a reader sees the old or the new content. Writers wait for each
  * other on a lock of the temporary file.
  *
- * The path reaches the shell unquoted: it must hold no character that is special to a shell.
+ * The path is one word of the command, in single quotes when it holds anything a shell would act on.
  * @param mode  1 sets, 2 deletes (value is ignored and may be null), any other sets
  * @return 0 once the rewrite was done (the result of mv is not looked at); -1, the file untouched
  * and no temporary file left behind, when the path is too long for a command of 255 characters, the

@@ -206,7 +206,7 @@ QUORVEL_API int LibQuorvelBin_NetHelper(int argc, char** argv);
  * "nslookup -timeout=SECONDS -retry=RETRIES ADDRESS" and ends the line with "NG" when a line of its
  * output contains "timed out" and "OK" otherwise. A command that cannot be started, or that the shell
  * cannot find or execute, gives "can't execute cmd (COMMAND)" instead and counts as no answer.
- * The address reaches the shell unquoted, as the file has it.
+ * The address is one word of the command, in single quotes when it holds anything a shell would act on.
  * @param argv  argv[0] is the command word
  * @return 1 at the first OK, 0 when there is none or no file. */
 QUORVEL_API int LibQuorvelBin_IsDNSReachable(int argc, char** argv);
@@ -250,7 +250,7 @@ QUORVEL_API int LibQuorvelBin_EthInfo(int argc, char** argv);
  *
  * Both run /usr/local/ssl/bin/openssl through the shell (AES-256-CBC) with a pass phrase made of the
  * interface's hardware address (Netdev_GetHwAddr); pass phrase and command are wiped from memory before
- * they return. The path reaches the shell unquoted: it must hold no character special to a shell. A
+ * they return. The path is one word of the command, in single quotes when a shell would act on it. A
  * command of more than 255 characters is never run cut: a path longer than 38 characters (deciphering:
  * 175) runs nothing and gives 1.
  * They print nothing themselves; openssl has its own messages.

@@ -9,8 +9,7 @@
  *   HOSTNAME.info.tevra.etc    dotted form: the name is in front of the first ".", the file's path
  *                              behind it, innermost component first; empty components are skipped
  *
- * Files are key=value files as foundation.h describes them. A file is rewritten by set_StringbyKey:
- * its path reaches the shell unquoted and must hold no character that is special to a shell. */
+ * Files are key=value files as foundation.h describes them. A file is rewritten by set_StringbyKey. */
 #ifndef QUORVEL_REGISTRY_H
 #define QUORVEL_REGISTRY_H
 

@@ -17,7 +17,7 @@ constexpr int kMountPointField = 2;
 constexpr int kTypeField = 3;
 
 void mount_and_unmount(const char* device) {
-    Text<kCommandSize> mount("mount %s %s", device, files::kTrialMountPoint);
+    Text<kCommandSize> mount("mount %s %s", ShellWord(device).c_str(), files::kTrialMountPoint);
     if (mount.cut) return;
     (void)run_command(mount);  // a failed mount has probed the device as well
     (void)run_command(Text<kCommandSize>("umount -f %s", files::kTrialMountPoint));

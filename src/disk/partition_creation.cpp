@@ -59,7 +59,8 @@ int report_failed_layout(const char* layout, FILE* report) {
 }
 
 bool make_data_partition(int gigabytes) {
-    Text<kCommandSize> command("parted -s %s mkpart primary ext3 %dM %dG", target_device(), 7168, gigabytes);
+    Text<kCommandSize> command("parted -s %s mkpart primary ext3 %dM %dG", ShellWord(target_device()).c_str(), 7168,
+                               gigabytes);
     puts(command.c_str());
     return run_layout_command(command, Demand::kExitStatusAndOutput);
 }
@@ -77,8 +78,8 @@ int lay_out_internal_disk(uint64_t blocks) {
 
 int lay_out_usb_gpt(uint64_t blocks, const UsbFileSystem& file_system) {
     static constexpr Step kLabel[] = {kWipeStart, kGptLabel};
-    Text<kCommandSize> partition("parted -s %s mkpart primary %s 0 %llu", target_device(), file_system.parted_name,
-                                 static_cast<unsigned long long>(blocks * 1024 / 1000000));
+    Text<kCommandSize> partition("parted -s %s mkpart primary %s 0 %llu", ShellWord(target_device()).c_str(),
+                                 file_system.parted_name, static_cast<unsigned long long>(blocks * 1024 / 1000000));
     bool done = run_steps(kLabel) && run_layout_command(partition, Demand::kExitStatusAndOutput);
     return done ? 0 : report_failed_layout("CreatePartitionUsb_sub_GPT", stdout);
 }
@@ -87,7 +88,7 @@ int lay_out_usb_mbr(const UsbFileSystem& file_system) {
     static constexpr Step kWipe[] = {kWipeStart};
     // A new primary partition 1 from the first to the last sector, its type, a print and a write.
     Text<kCommandSize> partition("echo -e \"n\np\n1\n\n\n%sp\nw\n\" | fdisk %s", file_system.type_keys,
-                                 target_device());
+                                 ShellWord(target_device()).c_str());
     bool done = run_steps(kWipe) && run_layout_command(partition, Demand::kExitStatusAndOutput);
     return done ? 0 : report_failed_layout("CreatePartitionUsb_sub_MBR", stdout);
 }

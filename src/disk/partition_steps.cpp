@@ -20,7 +20,7 @@ const char* target_device() {
 }
 
 Text<kCommandSize> command_of(const Step& step) {
-    return Text<kCommandSize>("%s%s%s", step.before_target, target, step.behind_target);
+    return Text<kCommandSize>("%s%s%s", step.before_target, ShellWord(target).c_str(), step.behind_target);
 }
 
 bool run_layout_command(const Text<kCommandSize>& command, Demand demand) {

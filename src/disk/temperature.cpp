@@ -42,7 +42,7 @@ int LibQuorvelBin_GetDiskTemperature(int, const char* device) {
     }
     Text<kCommandSize> command;
     if (LibQuorvelBin_IsTargetUseMarvelLHBA(device) == 1) {
-        command.append("%s -d marvell -A %s", files::kSmartctlTool, device);
+        command.append("%s -d marvell -A %s", files::kSmartctlTool, ShellWord(device).c_str());
     }
     char row[1024];
     CommandOutput table(command, sizeof row - 1);

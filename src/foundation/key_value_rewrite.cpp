@@ -137,7 +137,7 @@ bool write_new_content(const char* path, const char* key, const char* value, int
 int set_StringbyKeyExtend(const char* path, const char* key, const char* value, int mode) {
     if (path == nullptr || key == nullptr || (value == nullptr && mode != kDelete)) return -1;
     Text<kWriterText> temporary("%s_tmp", path);
-    Text<kWriterText> command("mv %s %s", temporary.c_str(), path);
+    Text<kWriterText> command("mv %s %s", ShellWord(temporary.c_str()).c_str(), ShellWord(path).c_str());
     if (command.cut) return -1;
 
     Descriptor locked = open_temporary(temporary.c_str());

@@ -90,7 +90,7 @@ int erase_mtd_by_name(const char* name) {
     printf("Erasing %s ...\n", device.c_str());
     (void)fflush(stdout);
 
-    Text<kCommandSize> text("flash_eraseall %s", device.c_str());
+    Text<kCommandSize> text("flash_eraseall %s", ShellWord(device.c_str()).c_str());
     CommandOutput command(text, kLine);
     while (!next_piece(command.lines).empty()) {
     }

@@ -47,8 +47,9 @@ int LibQuorvelBin_SetEncryptionMacAddressNicFile(const char* ifname, const char*
     PassPhrase phrase;
     Wipe wipe_phrase(phrase);
     if (path == nullptr || read_pass_phrase(ifname, phrase) == -1) return -1;
+    ShellWord file(path);
     Command command("%s enc -e -aes-256-cbc -in %s -out %s.1 -pass pass:%s && /bin/mv %s.1 %s", files::kOpensslTool,
-                    path, path, phrase.c_str(), path, path);
+                    file.c_str(), file.c_str(), phrase.c_str(), file.c_str(), file.c_str());
     Wipe wipe_command(command);
     return run_keyed(command);
 }
@@ -57,7 +58,8 @@ int LibQuorvelBin_RecoveryEncryptionMacAddressNicFile(const char* ifname, const 
     PassPhrase phrase;
     Wipe wipe_phrase(phrase);
     if (path == nullptr || read_pass_phrase(ifname, phrase) == -1) return -1;
-    Command command("%s enc -d -aes-256-cbc -in %s -pass pass:%s", files::kOpensslTool, path, phrase.c_str());
+    Command command("%s enc -d -aes-256-cbc -in %s -pass pass:%s", files::kOpensslTool, ShellWord(path).c_str(),
+                    phrase.c_str());
     Wipe wipe_command(command);
     return run_keyed(command);
 }

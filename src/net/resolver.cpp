@@ -69,7 +69,7 @@ Probe run_lookup(const Text<kCommandSize>& command) {
 bool server_answers(const char* address, int timeout, int retries) {
     printf("Checking reachability to %s ... ", address);
     (void)fflush(stdout);
-    Text<kCommandSize> command("nslookup -timeout=%d -retry=%d %s", timeout, retries, address);
+    Text<kCommandSize> command("nslookup -timeout=%d -retry=%d %s", timeout, retries, ShellWord(address).c_str());
     Probe probe = run_lookup(command);
     if (probe == Probe::not_run) {
         printf("can't execute cmd (%s)\n", command.c_str());

@@ -62,8 +62,9 @@ int read_superblock(const Text<kCommandSize>& command, const char* path, sb_info
 
 int get_disk_superblock(const char* path, int member_partition, sb_info& sb) {
     trace(kTraceDetail, "uuid_target_device=%s_%d\n", path, member_partition);
-    return read_superblock(Text<kCommandSize>("%s --examine %s_%d", files::kMdadmTool, path, member_partition), path,
-                           sb);
+    return read_superblock(
+        Text<kCommandSize>("%s --examine %s_%d", files::kMdadmTool, ShellWord(path).c_str(), member_partition), path,
+        sb);
 }
 
 }  // namespace quorvel
@@ -73,7 +74,7 @@ using namespace quorvel;
 int get_md_superblock(const char* path, struct sb_info* sb) {
     if (path == nullptr || sb == nullptr) return -1;
     if (contains(path, "disk")) return get_disk_superblock(path, get_hdd_link_partno(), *sb);
-    return read_superblock(Text<kCommandSize>("%s -D %s", files::kMdadmTool, path), path, *sb);
+    return read_superblock(Text<kCommandSize>("%s -D %s", files::kMdadmTool, ShellWord(path).c_str()), path, *sb);
 }
 
 int get_hdd_link_partno(void) {

@@ -110,7 +110,7 @@ std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t
 void stand_in(const std::string& path, const std::string& body) {
     const fs::path log = call_logs / fs::path(path).filename();
     fs::create_directories(call_logs);
-    write_file(path, "#!/bin/sh\necho \"$*\" >>" + log.string() + "\n" + body + "\n");
+    write_file(path, "#!/bin/sh\nprintf '%s\\n' \"$*\" >>" + log.string() + "\n" + body + "\n");
     fs::permissions(path, fs::perms{0755});
 }
 

@@ -24,6 +24,13 @@ make_chroot_dir() {
     die "no place where device nodes can be made"
 }
 
+# Prints the libraries that programs load. The status of ldd tells of scripts among
+# them, which load nothing.
+list_libraries() {
+    { ldd "$@" 2>/dev/null || true; } | sed -nE 's/^.*[[:space:]](\/[^ ]+) \(0x.*$/\1/p' |
+        sed -E 's,^/(bin|lib[0-9x]*)/,/usr/\1/,'
+}
+
 # Prints the programs to copy and the libraries they load.
 list_chroot_programs() {
     local name programs
@@ -32,9 +39,7 @@ list_chroot_programs() {
     done)
     programs+=("$@")
     printf '%s\n' "${programs[@]}"
-    # Its status tells of scripts among them, which load nothing.
-    { ldd "${programs[@]}" 2>/dev/null || true; } | sed -nE 's/^.*[[:space:]](\/[^ ]+) \(0x.*$/\1/p' |
-        sed -E 's,^/(bin|lib[0-9x]*)/,/usr/\1/,'
+    list_libraries "${programs[@]}"
 }
 
 # Prints the modules that libraries load when asked, and the locale.

@@ -25,6 +25,21 @@ TEST_F(Feature, ValuesAsNumberAndText) {
     }
 }
 
+TEST_F(Feature, GettersAskForTheirSetting) {
+    const std::tuple<const char*, int (*)()> rows[] = {
+        {"MAX_USBDISK_NUM",            LibQuorvelBin_GetMaxUsbdiskNum         },
+        {"SUPPORT_2STEP_INSPECTION",   LibQuorvelBin_IsSupport2StepInspection },
+        {"SUPPORT_SLIDE_POWER_SWITCH", LibQuorvelBin_IsSupportSlidePowerSwitch},
+        {"SUPPORT_PRINTER_SERVER",     LibQuorvelBin_IsSupportPrinterServer   },
+        {"SUPPORT_DHCPS",              LibQuorvelBin_IsSupportDhcps           },
+        {"SUPPORT_RAID",               LibQuorvelBin_IsSupportRaid            },
+    };
+    for (const auto& [key, ask] : rows) {
+        write_file(kFeatures, key + std::string("=7\n"));
+        EXPECT_EQ(ask(), 7) << key;
+    }
+}
+
 TEST_F(Feature, SeriesNameIsComparedWithItsQuotes) {
     const std::tuple<const char*, int, int> rows[] = {
         {"SERIES_NAME=\"Ostrand\" \n", 1, 0},

@@ -101,8 +101,11 @@ TEST_F(NamingPresence, SpoolDirectory) {
     EXPECT_EQ(spool(), "null before") << "LVM is on for 1 and on only";
     write_file("/etc/nas_feature", "SUPPORT_LVM=on\nMOUNT_LVM_BASE=/mnt/lvm\n");
     EXPECT_EQ(spool(), "/mnt/lvm/vg/lv1/spool");
-    remove_tree("/tmp/lvlist");
-    EXPECT_EQ(spool(), "null before");
+    for (const char* gone : {"/mnt/lvm", "/tmp/lvlist", "/mnt"}) {
+        remove_tree(gone);
+        EXPECT_EQ(spool(), "null before") << gone;
+    }
+    make_directory("/mnt");
     write_file("/etc/tevra/diskinfo", "disk1=standby\n");
     EXPECT_EQ(spool(), "null before") << "nothing usable";
 }

@@ -19,11 +19,14 @@ void __libc_free(void *block);
 static void *held[kMostBlocks];
 static int held_count;
 
+/* Not a tool that the command runs, which is given the same surroundings. */
+static int is_the_command(void) { return strncmp(program_invocation_short_name, "libquorvel_bin", 14) == 0; }
+
 static int fails_now(void) {
     static long allocations, failing = -1;
     if (failing < 0) {
         const char *number = getenv("FAIL_ALLOCATION");
-        failing = number != NULL ? atol(number) : 0;
+        failing = number != NULL && is_the_command() ? atol(number) : 0;
     }
     if (++allocations != failing) return 0;
     const char *log = getenv("FAIL_ALLOCATION_LOG");
@@ -75,9 +78,8 @@ static int given_descriptors;
 
 __attribute__((constructor)) static void count_what_is_given(void) { given_descriptors = open_descriptors(); }
 
-/* Not in the tools that the command runs. */
 __attribute__((destructor)) static void count_what_is_held(void) {
     const char *kept = getenv("KEPT");
-    if (kept == NULL || strncmp(program_invocation_short_name, "libquorvel_bin", 14) != 0) return;
+    if (kept == NULL || !is_the_command()) return;
     if (held_count + open_descriptors() - given_descriptors > atoi(kept)) _exit(kLeaks);
 }

@@ -25,20 +25,19 @@ TEST_F(Feature, ValuesAsNumberAndText) {
     }
 }
 
+// clang-format off
 TEST_F(Feature, GettersAskForTheirSetting) {
-    const std::tuple<const char*, int (*)()> rows[] = {
-        {"MAX_USBDISK_NUM",            LibQuorvelBin_GetMaxUsbdiskNum         },
-        {"SUPPORT_2STEP_INSPECTION",   LibQuorvelBin_IsSupport2StepInspection },
-        {"SUPPORT_SLIDE_POWER_SWITCH", LibQuorvelBin_IsSupportSlidePowerSwitch},
-        {"SUPPORT_PRINTER_SERVER",     LibQuorvelBin_IsSupportPrinterServer   },
-        {"SUPPORT_DHCPS",              LibQuorvelBin_IsSupportDhcps           },
-        {"SUPPORT_RAID",               LibQuorvelBin_IsSupportRaid            },
+    const std::pair<const char*, int (*)()> rows[] = {
+        {"MAX_USBDISK_NUM=7\n", LibQuorvelBin_GetMaxUsbdiskNum}, {"SUPPORT_2STEP_INSPECTION=7\n", LibQuorvelBin_IsSupport2StepInspection},
+        {"SUPPORT_SLIDE_POWER_SWITCH=7\n", LibQuorvelBin_IsSupportSlidePowerSwitch}, {"SUPPORT_DHCPS=7\n", LibQuorvelBin_IsSupportDhcps},
+        {"SUPPORT_PRINTER_SERVER=7\n", LibQuorvelBin_IsSupportPrinterServer}, {"SUPPORT_RAID=7\n", LibQuorvelBin_IsSupportRaid},
     };
-    for (const auto& [key, ask] : rows) {
-        write_file(kFeatures, key + std::string("=7\n"));
-        EXPECT_EQ(ask(), 7) << key;
+    for (const auto& [setting, ask] : rows) {
+        write_file(kFeatures, setting);
+        EXPECT_EQ(ask(), 7) << setting;
     }
 }
+// clang-format on
 
 TEST_F(Feature, SeriesNameIsComparedWithItsQuotes) {
     const std::tuple<const char*, int, int> rows[] = {

@@ -61,7 +61,7 @@ TEST_F(PartitionCreation, ShortLayoutsStayShort) {
         done += transcript(156290904, internal);
         done += transcript(0, trial, "trial");
         EXPECT_EQ(done, read_file("/source/tests/disk/expected/short-layouts.txt"));
-        exit(HasFailure());
+        _exit(HasFailure());
     }
     int status = 1;
     ASSERT_EQ(child, waitpid(child, &status, 0));

@@ -78,6 +78,6 @@ libquorvel_bin netif_index eth
 libquorvel_bin netif_enabled eth0
 libquorvel_bin netif_dhcp eth0
 libquorvel_bin setip eth0 1.2.3 255.0.0.0
-rm /sys/block/sda && touch /sys/block/sdy /sys/block/sdx /sys/block/sdaa && libquorvel_bin disks
+rm /sys/block/sda && ln -s ../devices/none /sys/block/sdx && touch /sys/block/sdy /sys/block/sdaa && libquorvel_bin disks
 rm -r /sys/block && libquorvel_bin disks
 END

@@ -21,6 +21,7 @@ build_in() {
 
 build_plain() { build_in build; }
 build_sanitized() { build_in build-asan -DQUORVEL_SANITIZE=ON; }
+build_counting() { build_in build-coverage -DQUORVEL_COVERAGE=ON; }
 build_with_clang() {
     build_in build-clang -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DQUORVEL_TESTS=OFF
 }

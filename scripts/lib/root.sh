@@ -10,7 +10,8 @@
 # procfs is /realproc, and /.disposable-root marks the place. It is made with
 # bubblewrap, or, where namespaces are refused and the user is root, as a chroot
 # of copies; QUORVEL_ROOT_MODE=bwrap|chroot forces one. All that is written goes
-# away with it.
+# away with it, except below the build directory with QUORVEL_BUILD_BIND=--bind
+# (bubblewrap only).
 # shellcheck source=scripts/lib/root-chroot.sh
 source "${BASH_SOURCE[0]%/*}/root-chroot.sh"
 
@@ -60,7 +61,7 @@ run_in_bwrap() {
     arguments+=(--dev /dev --symlink /realproc/self /proc/self)
     arguments+=(--ro-bind "$project_dir" /source --ro-bind "$project_dir" "$project_dir")
     if [[ -d $build ]]; then
-        arguments+=(--ro-bind "$build" /build --ro-bind "$build" "$build")
+        arguments+=(--ro-bind "$build" /build "${QUORVEL_BUILD_BIND:---ro-bind}" "$build" "$build")
     fi
     # A program from elsewhere comes along.
     [[ $1 != /* ]] || arguments+=(--ro-bind "$1" "$1")

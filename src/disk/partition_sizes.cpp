@@ -32,9 +32,9 @@ uint64_t file_system_size(const char* mount_point, SizeMode mode) {
         case kFree:
             return in_bytes(facts, facts.f_bavail);
         case kUsed:
-            return in_bytes(facts, facts.f_blocks - facts.f_bavail);
+            break;
     }
-    return kUnknownSize;
+    return in_bytes(facts, facts.f_blocks - facts.f_bavail);
 }
 
 }  // namespace

@@ -77,9 +77,9 @@ int take_result(Result result, struct ifreq& request, void* out) {
         case Result::number:
             return request.ifr_mtu;  // MTU, index and metric lie in one place
         case Result::flags:
-            return request.ifr_flags;
+            break;
     }
-    return -1;
+    return request.ifr_flags;
 }
 
 int ask_over(const Descriptor& open_socket, const Question& question, const char* ifname, void* out) {

@@ -82,6 +82,7 @@ TEST_F(NamingPresence, SpoolDirectory) {
         char* result = LibQuorvelBin_GetSpoolDir(directory, size);
         return result == directory ? std::string(directory) : "null " + std::string(directory);
     };
+    EXPECT_EQ(spool(), "null before") << "neither disks nor mount points";
     write_file("/etc/tevra/diskinfo", "array1=raid5\n");
     make_directory("/mnt/array2/spool");
     make_directory("/mnt/array1");
@@ -100,6 +101,11 @@ TEST_F(NamingPresence, SpoolDirectory) {
     EXPECT_EQ(spool(), "null before") << "LVM is on for 1 and on only";
     write_file("/etc/nas_feature", "SUPPORT_LVM=on\nMOUNT_LVM_BASE=/mnt/lvm\n");
     EXPECT_EQ(spool(), "/mnt/lvm/vg/lv1/spool");
+    for (const char* gone : {"/mnt/lvm", "/tmp/lvlist", "/mnt"}) {
+        remove_tree(gone);
+        EXPECT_EQ(spool(), "null before") << gone;
+    }
+    make_directory("/mnt");
     write_file("/etc/tevra/diskinfo", "disk1=standby\n");
     EXPECT_EQ(spool(), "null before") << "nothing usable";
 }

@@ -92,6 +92,8 @@ TEST_F(NamingRules, ExtensionChipOfABorelBoard) {
     EXPECT_STREQ(device, "sdf") << "from the fifth slot on, two hosts are skipped";
     EXPECT_TRUE(quorvel::device_by_rules("disk4", device));
     EXPECT_STREQ(device, "sdc");
+    remove_tree("/sys/devices/three/block:sdc");
+    EXPECT_FALSE(quorvel::device_by_rules("disk4", device)) << "a host without a disk";
 }
 
 TEST_F(NamingRules, BusOfASerialNumber) {

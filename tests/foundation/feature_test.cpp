@@ -25,6 +25,20 @@ TEST_F(Feature, ValuesAsNumberAndText) {
     }
 }
 
+// clang-format off
+TEST_F(Feature, GettersAskForTheirSetting) {
+    const std::pair<const char*, int (*)()> rows[] = {
+        {"MAX_USBDISK_NUM=7\n", LibQuorvelBin_GetMaxUsbdiskNum}, {"SUPPORT_2STEP_INSPECTION=7\n", LibQuorvelBin_IsSupport2StepInspection},
+        {"SUPPORT_SLIDE_POWER_SWITCH=7\n", LibQuorvelBin_IsSupportSlidePowerSwitch}, {"SUPPORT_DHCPS=7\n", LibQuorvelBin_IsSupportDhcps},
+        {"SUPPORT_PRINTER_SERVER=7\n", LibQuorvelBin_IsSupportPrinterServer}, {"SUPPORT_RAID=7\n", LibQuorvelBin_IsSupportRaid},
+    };
+    for (const auto& [setting, ask] : rows) {
+        write_file(kFeatures, setting);
+        EXPECT_EQ(ask(), 7) << setting;
+    }
+}
+// clang-format on
+
 TEST_F(Feature, SeriesNameIsComparedWithItsQuotes) {
     const std::tuple<const char*, int, int> rows[] = {
         {"SERIES_NAME=\"Ostrand\" \n", 1, 0},

@@ -45,7 +45,7 @@ TEST_F(KeyValue, ReadsTheFirstLineThatSetsTheKey) {
 }
 
 TEST_F(KeyValue, Rewrites) {
-    const std::string long_text(600, 'v');
+    const std::string long_text(20000, 'v');
     const std::string piece(255, 'x');
     const std::tuple<Maybe, int, std::string> rows[] = {
         {"A=1\nB=%s\nA=3\n",                   1, "B=%s\nA=9\n"                    },
@@ -88,11 +88,11 @@ TEST_F(KeyValue, LeavesAFileAloneThatItCannotReadOrNotWriteWhole) {
     close(next);
     const std::tuple<decltype(RLIMIT_FSIZE), int, const char*> rows[] = {
         {RLIMIT_NOFILE, next + 3, "Too many open files"}, // two for the capture, one for the new file
-        {RLIMIT_FSIZE,  8000,     "File too large"     }, // in the middle of copying
-        {RLIMIT_FSIZE,  12001,    "File too large"     }, // at the last flush
+        {RLIMIT_FSIZE,  16000,    "File too large"     }, // in the middle of copying
+        {RLIMIT_FSIZE,  30001,    "File too large"     }, // at the last flush
     };
     signal(SIGXFSZ, SIG_IGN);
-    std::string text(12000, '\n');
+    std::string text(30000, '\n');
     for (size_t i = 0; i < text.size(); i += 10)
         text.replace(i, 4, "KEY=");
     write_file(kFile, text);

@@ -30,6 +30,9 @@ TEST_F(TextFields, LastWordAndTheRest) {
         EXPECT_EQ(LibQuorvelBin_AvoidLastWord(found, text, "/."), 0);
         EXPECT_STREQ(found, rest) << text;
     }
+    char whole[4] = "";
+    EXPECT_EQ(LibQuorvelBin_GetLastWord(whole, "abc", "", 4), 0);
+    EXPECT_STREQ(whole, "abc");
 }
 
 TEST_F(TextFields, MembershipInAList) {
@@ -49,15 +52,18 @@ TEST_F(TextFields, Numbers) {
 }
 
 TEST_F(TextFields, EditingInPlace) {
-    char text[] = "ab\vc d", lines[] = "a\r\nb\n\r\n", dashes[] = "a-b--c", base[] = "-----";
+    char text[] = "ab\vc d", lines[] = "a\r\nb\n\r\n", dashes[] = "a-b--c", base[] = "-----", line[] = "key value";
     remove_space(text);
     EXPECT_STREQ(text, "ab");
+    EXPECT_STREQ(text + 3, "c");
     remove_last_crlf(lines);
     EXPECT_STREQ(lines, "a\r\nb");
     remove_character(dashes, sizeof dashes, '-');
     EXPECT_STREQ(dashes, "ab-c");
     LibQuorvelBin_Basename(base, "/dev/sda1", 4);
     EXPECT_STREQ(base, "sda--");
+    LibQuorvelBin_GetSpecifiedKey(line, sizeof line, line, " ", 2);
+    EXPECT_STREQ(line, "value");
     EXPECT_STREQ(getNextKey(" \t\r\n"), "\r\n");
 }
 

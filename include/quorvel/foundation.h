@@ -87,7 +87,8 @@ QUORVEL_API char* grep_file(const char* path, const char* needle, char* buf, siz
  * null for null. */
 QUORVEL_API char* getNextKey(const char* line);
 
-/** Ends a text at its first white-space character, in place. */
+/** Ends a text at its first white-space character, in place: every white-space character becomes a
+ * terminator. */
 QUORVEL_API void remove_space(char* text);
 
 /** Removes the trailing run of "\r" and "\n", in place. */
@@ -102,7 +103,7 @@ QUORVEL_API void remove_character(char* text, int length, char ch);
  * delimiter characters. When the first line has fewer fields, counting goes on into the following
  * lines, whose line feeds are then part of the fields. An index of 0 or less gives the whole first
  * line, leading line feeds included.
- * @param dst       receives the field and its terminator
+ * @param dst       receives the field and its terminator; may be the text itself
  * @param dst_size  bytes of dst; the field must be shorter
  * @return 0, or -1 with dst untouched when there is no such field or it does not fit. Works without
  * a copy of the text, so that no allocation can fail. */
@@ -110,7 +111,7 @@ QUORVEL_API int LibQuorvelBin_GetSpecifiedKey(char* dst, uint64_t dst_size, cons
                                               int index);
 
 /** The text behind the last separator, or the whole text when it holds none.
- * @param separator  points at one character
+ * @param separator  points at one character; an empty text separates nothing
  * @param length     bytes written to dst: cut to it without a terminator, or padded with zeros, as
  * strncpy does
  * @return 0, or -1 for a null argument. Traces dst above debug level 9. */

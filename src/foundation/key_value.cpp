@@ -107,9 +107,9 @@ char* getNextKey(const char* line) {
 
 void remove_space(char* text) {
     if (text == nullptr) return;
-    while (*text != '\0' && !is_blank_character(*text))
-        text++;
-    *text = '\0';
+    for (; *text != '\0'; text++) {
+        if (is_blank_character(*text)) *text = '\0';
+    }
 }
 
 void remove_last_crlf(char* text) {

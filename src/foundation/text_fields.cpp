@@ -61,13 +61,15 @@ int LibQuorvelBin_GetSpecifiedKey(char* dst, uint64_t dst_size, const char* text
     if (dst == nullptr || text == nullptr || delimiters == nullptr) return -1;
     std::string_view field;
     if (!find_field(text, delimiters, index, field) || field.size() >= dst_size) return -1;
-    copy_text(dst, field.size() + 1, field);
+    // The field may lie in dst itself.
+    memmove(dst, field.data(), field.size());
+    dst[field.size()] = '\0';
     return 0;
 }
 
 int LibQuorvelBin_GetLastWord(char* dst, const char* text, const char* separator, size_t length) {
     if (dst == nullptr || text == nullptr || separator == nullptr) return -1;
-    const char* last = strrchr(text, *separator);
+    const char* last = *separator != '\0' ? strrchr(text, *separator) : nullptr;
     strncpy(dst, last != nullptr ? last + 1 : text, length);
     trace(kTrace, "%s : dst = %.*s\n", __func__, static_cast<int>(length), dst);
     return 0;

@@ -36,6 +36,9 @@ TEST_F(TextFields, LastWordAndTheRest) {
     const auto told = printed_by([&] { EXPECT_EQ(LibQuorvelBin_AvoidLastWord(found, path.c_str(), "/"), 0); });
     EXPECT_EQ(found, directory);
     EXPECT_EQ(told.find("LibQuorvelBin_AvoidLastWord : 303 bytes malloced at 0x"), 0U) << told;
+    char whole[4] = "";
+    EXPECT_EQ(LibQuorvelBin_GetLastWord(whole, "abc", "", 4), 0);
+    EXPECT_STREQ(whole, "abc");
 }
 
 TEST_F(TextFields, MembershipInAList) {
@@ -54,15 +57,18 @@ TEST_F(TextFields, Numbers) {
 }
 
 TEST_F(TextFields, EditingInPlace) {
-    char text[] = "ab\vc d", lines[] = "a\r\nb\n\r\n", dashes[] = "a-b--c", base[] = "-----";
+    char text[] = "ab\vc d", lines[] = "a\r\nb\n\r\n", dashes[] = "a-b--c", base[] = "-----", line[] = "key value";
     remove_space(text);
     EXPECT_STREQ(text, "ab");
+    EXPECT_STREQ(text + 3, "c");
     remove_last_crlf(lines);
     EXPECT_STREQ(lines, "a\r\nb");
     remove_character(dashes, sizeof dashes, '-');
     EXPECT_STREQ(dashes, "ab-c");
     LibQuorvelBin_Basename(base, "/dev/sda1", 4);
     EXPECT_STREQ(base, "sda--");
+    LibQuorvelBin_GetSpecifiedKey(line, sizeof line, line, " ", 2);
+    EXPECT_STREQ(line, "value");
     EXPECT_STREQ(getNextKey(" \t\r\n"), "\r\n");
 }
 

@@ -166,9 +166,10 @@ int LibQuorvelBin_GetScsiIDFromDiskname(const char* name, char* dst, size_t size
         int saved = from_cmdline;
         from_cmdline = 0;
         DevicePath path;
-        disk.had_dev = false;
+        // What is left of the name is taken as any caller's: another "dev/" in it falls away too.
+        GivenName device(disk.text);
         // Only a conversion that works puts the flag back.
-        if (!find_path(disk.text, path) || !name_device(disk, path, set, converted)) return -1;
+        if (!find_path(device.text, path) || !name_device(device, path, set, converted)) return -1;
         from_cmdline = saved;
         logical = converted.c_str();
     }

@@ -32,6 +32,7 @@ void expect_both_directions(const std::string& platform, const struct disk_path&
     EXPECT_EQ(devname("/dev/" + name + "\nx"), "/dev/sdq");
     EXPECT_EQ(scsiid(name), address);
     EXPECT_EQ(scsiid("/dev/sdq"), address);
+    EXPECT_EQ(scsiid("/dev/dev/sdq"), address) << "a name on the way is stripped like any other";
 }
 
 TEST_F(NamingTables, EverySlotInBothDirections) {

@@ -30,10 +30,17 @@ Answer call(EntryPoint entry_point, Words words) {
 
 namespace {
 
+int32_t* global_of(const std::string& name) {
+    return name == "debug" ? &debug : name == "from_cmdline" ? &from_cmdline : nullptr;
+}
+
 // Whether the row is a change of the appliance, or a look at it, which is then done.
 bool prepare(const std::string& what, const std::string& how, const std::string& text) {
-    if (how == ">" && (what == "debug" || what == "from_cmdline")) {
-        (what == "debug" ? debug : from_cmdline) = std::stoi(text);
+    int32_t* global = global_of(what);
+    if (global != nullptr && how == ">") {
+        *global = std::stoi(text);
+    } else if (global != nullptr && how == "=") {
+        EXPECT_EQ(std::to_string(*global), text) << what;
     } else if (how == ">") {
         write_file(what, text);
     } else if (how == "#!") {

@@ -39,7 +39,7 @@ Answer call(EntryPoint entry_point, Words words);
 //     PATH | /  |             the directory is made
 //     PATH | -  |             what is there is removed
 //     PATH | =  | text        the file must hold the text
-//     debug | > | number      so from_cmdline
+//     debug, from_cmdline     in the place of a path: the library's global
 //     words | result | text   the words must be answered so
 using Ask = std::function<Answer(const Words&)>;
 void play(const std::string& name, const Ask& ask, const Marks& marks = {});

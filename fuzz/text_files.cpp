@@ -1,5 +1,5 @@
 // The texts the library reads from files and from commands, one row each: where the text goes and what reads it.
-#include <stdlib.h>
+#include <stdio.h>
 #include <string.h>
 
 #include <initializer_list>
@@ -11,17 +11,17 @@ namespace {
 
 char text[1024];
 
-void run_entry(int (*entry)(int, char**), const char* words) {
-    char copy[256];
-    char* arguments[8] = {};
-    int count = 0;
-    strncpy(copy, words, sizeof copy - 1);
-    copy[sizeof copy - 1] = '\0';
-    for (char* word = strtok(copy, " "); word != nullptr && count < 7; word = strtok(nullptr, " ")) {
-        arguments[count++] = word;
+void run(int (*entry)(int, char**), std::initializer_list<const char*> lines) {
+    for (const char* line : lines) {
+        char copy[64];
+        char* arguments[8] = {};
+        int count = 0;
+        snprintf(copy, sizeof copy, "%s", line);
+        for (char* word = strtok(copy, " "); word != nullptr; word = strtok(nullptr, " "))
+            arguments[count++] = word;
+        (void)entry(count, arguments);
+        forget_inventory();
     }
-    (void)entry(count, arguments);
-    forget_inventory();
 }
 
 void read_features() {
@@ -51,101 +51,80 @@ void read_extension_slots() {
     disk_path_free(set);
 }
 
-void read_usb_devices() {
-    (void)get_bus_number_from_udevid("USB-LABSTICK1-0");
+void read_resolver() {
+    char server[1100] = "";
+    (void)LibQuorvelBin_GetDNS(2, text, server);
+    run(LibQuorvelBin_IsDNSReachable, {"dns -t 1 -r 1"});
 }
+
 void read_pci_devices() {
     (void)LibQuorvelBin_GetPlatform();
     read_extension_slots();
 }
+
 void read_mounts() {
     (void)IsMounted("/mnt/disk1");
     (void)LibQuorvelBin_GetFsType(text, 8, "/mnt/disk1");
 }
-void read_partitions() {
-    (void)GetPartitionBlocks("/dev/sda1");
-}
+
 void read_disk_status() {
     (void)LibQuorvelBin_GetSpoolDir(text, 64);
-    run_entry(LibQuorvelBin_MdHelper, "md diskmode");
+    run(LibQuorvelBin_MdHelper, {"md diskmode"});
 }
+
 void read_volumes() {
     (void)LibQuorvelBin_IsLvmVolume("md2");
     (void)IsLVMDisk("disk1");
     (void)LibQuorvelBin_GetSpoolDir(text, sizeof text);
 }
-void read_sessions() {
-    for (const char* words : {"iscsi session_info", "iscsi volume_info", "iscsi IsConnected", "iscsi GetNewTID",
-                              "iscsi GetTIDfromTCID 1"}) {
-        run_entry(LibQuorvelBin_iSCSIHelper, words);
-    }
-}
-void start_firewall() {
-    run_entry(LibQuorvelBin_FirewallEntry, "firewall --start");
-}
-void read_backup_task() {
-    run_entry(LibQuorvelBin_BackupHelperEntry, "backup Info 1");
-    run_entry(LibQuorvelBin_BackupHelperEntry, "backup GetDestination 1 1");
-    run_entry(LibQuorvelBin_BackupHelperEntry, "backup Destinfo 1");
-}
-void read_resolver() {
-    char server[1100] = "";
-    (void)LibQuorvelBin_GetDNS(2, text, server);
-    run_entry(LibQuorvelBin_IsDNSReachable, "dns -t 1 -r 1");
-}
+
 void read_kernel_release() {
     struct os_version version;
     (void)LibQuorvelBin_GetOsVer(&version);
     LibQuorvelBin_PrintOsVer(&version);
 }
-void erase_flash() {
-    (void)LibQuorvelBin_NandErase();
-}
+
 void read_interface_settings() {
     (void)LibQuorvelBin_IsBondingMode();
     (void)LibQuorvelBin_IsNetIfEnabled("bond0");
     (void)LibQuorvelBin_IsNetIfDhcp("eth1");
-}
-void read_mdadm() {
-    for (const char* words : {"md diskinfo guess", "md mdinfo md2", "md diskinfo disk1", "md diskcap"}) {
-        run_entry(LibQuorvelBin_MdHelper, words);
-    }
-}
-void read_smartctl() {
-    (void)LibQuorvelBin_GetDiskTemperature(0, "/dev/disk1");
-}
-void read_nslookup() {
-    run_entry(LibQuorvelBin_IsDNSReachable, "dns");
-}
-void read_power() {
-    (void)LibQuorvelBin_IsPowerSupplyedDisk(0);
 }
 
 }  // namespace
 
 // clang-format off
 const FuzzTarget kTargets[] = {
-    {"features",           "settings",  "/etc/nas_feature",           read_features          },
-    {"settings_rewrite",   "settings",  "/etc/tevra/info",            rewrite_settings       },
-    {"disk_order",         "settings",  "/etc/diskpath.conf",         read_disk_order        },
-    {"extension_slots",    "settings",  "/etc/extslot.conf",          read_extension_slots   },
-    {"usb_devices",        "system",    "/proc/bus/usb/devices",      read_usb_devices       },
-    {"pci_devices",        "system",    "/proc/bus/pci/devices",      read_pci_devices       },
-    {"mounts",             "system",    "/proc/mounts",               read_mounts            },
-    {"partitions",         "system",    "/proc/partitions",           read_partitions        },
-    {"disk_status",        "settings",  "/etc/tevra/diskinfo",        read_disk_status       },
-    {"volumes",            "system",    "/tmp/pvlist",                read_volumes           },
-    {"sessions",           "system",    "/proc/net/iet/session",      read_sessions          },
-    {"service_ports",      "settings",  "/etc/tevra/service_ports",   start_firewall         },
-    {"backup_task",        "settings",  "/etc/tevra/backup1",         read_backup_task       },
-    {"resolver",           "settings",  "/etc/resolv.conf",           read_resolver          },
-    {"kernel_release",     "system",    "/proc/sys/kernel/osrelease", read_kernel_release    },
-    {"mtd_list",           "system",    "/proc/mtd",                  erase_flash            },
-    {"interface_settings", "settings",  "/etc/tevra/info",            read_interface_settings},
-    {"mdadm_output",       "system",    nullptr,                      read_mdadm             },
-    {"smartctl_output",    "system",    nullptr,                      read_smartctl          },
-    {"nslookup_output",    "system",    nullptr,                      read_nslookup          },
-    {"power_output",       "system",    nullptr,                      read_power             },
+    {"features",           "settings", "/etc/nas_feature",           read_features},
+    {"settings_rewrite",   "settings", "/etc/tevra/info",            rewrite_settings},
+    {"disk_order",         "settings", "/etc/diskpath.conf",         read_disk_order},
+    {"extension_slots",    "settings", "/etc/extslot.conf",          read_extension_slots},
+    {"usb_devices",        "system",   "/proc/bus/usb/devices",
+        [] { (void)get_bus_number_from_udevid("USB-LABSTICK1-0"); }},
+    {"pci_devices",        "system",   "/proc/bus/pci/devices",      read_pci_devices},
+    {"mounts",             "system",   "/proc/mounts",               read_mounts},
+    {"partitions",         "system",   "/proc/partitions",           [] { (void)GetPartitionBlocks("/dev/sda1"); }},
+    {"disk_status",        "settings", "/etc/tevra/diskinfo",        read_disk_status},
+    {"volumes",            "system",   "/tmp/pvlist",                read_volumes},
+    {"sessions",           "system",   "/proc/net/iet/session",
+        [] { run(LibQuorvelBin_iSCSIHelper, {"iscsi session_info", "iscsi volume_info", "iscsi IsConnected",
+                                             "iscsi GetNewTID", "iscsi GetTIDfromTCID 1"}); }},
+    {"service_ports",      "settings", "/etc/tevra/service_ports",
+        [] { run(LibQuorvelBin_FirewallEntry, {"firewall --start"}); }},
+    {"backup_task",        "settings", "/etc/tevra/backup1",
+        [] { run(LibQuorvelBin_BackupHelperEntry, {"backup Info 1", "backup GetDestination 1 1",
+                                                   "backup Destinfo 1"}); }},
+    {"resolver",           "settings", "/etc/resolv.conf",           read_resolver},
+    {"kernel_release",     "system",   "/proc/sys/kernel/osrelease", read_kernel_release},
+    {"mtd_list",           "system",   "/proc/mtd",                  [] { (void)LibQuorvelBin_NandErase(); }},
+    {"interface_settings", "settings", "/etc/tevra/info",            read_interface_settings},
+    {"mdadm_output",       "system",   nullptr,
+        [] { run(LibQuorvelBin_MdHelper, {"md diskinfo guess", "md mdinfo md2", "md diskinfo disk1", "md diskcap"}); }},
+    {"smartctl_output",    "system",   nullptr,
+        [] { (void)LibQuorvelBin_GetDiskTemperature(0, "/dev/disk1"); }},
+    {"nslookup_output",    "system",   nullptr,
+        [] { run(LibQuorvelBin_IsDNSReachable, {"dns"}); }},
+    {"power_output",       "system",   nullptr,
+        [] { (void)LibQuorvelBin_IsPowerSupplyedDisk(0); }},
     {nullptr, nullptr, nullptr, nullptr},
 };
 // clang-format on

@@ -4,7 +4,7 @@
 #include "disk/slot_table.h"
 #include "quorvel/foundation.h"
 #include "quorvel/naming.h"
-#include "support/appliance.h"
+#include "support/scenario.h"
 
 inline void set_kernel(const std::string& release) {
     write_file("/proc/sys/kernel/osrelease", release + "\n");
@@ -13,7 +13,6 @@ inline void set_kernel(const std::string& release) {
 inline void set_platform(const std::string& platform, const std::string& kernel = "") {
     if (!kernel.empty()) set_kernel(kernel);
     if (platform == "borel") make_directory("/sys/class/borel");
-    if (platform == "nisk") write_file("/proc/bus/pci/devices", "0100\t1b4b9485\t10\n0200\t1b4b9125\t11\n");
     if (platform == "pellmar") write_file("/proc/bus/pci/devices", "0100\t11ab6440\t10\n");
 }
 
@@ -26,14 +25,6 @@ inline void add_disk(const std::string& device, const std::string& place) {
 inline std::string target(int host) {
     std::string h = std::to_string(host);
     return "host" + h + "/target" + h + ":0:0/" + h + ":0:0:0";
-}
-
-// A disk on a USB port: usb_place("pci0000:00/0000:00:1d.7", 1, {"1-2"}).
-inline std::string usb_place(const std::string& controller, int bus, const std::vector<std::string>& devices) {
-    std::string place = controller + "/usb" + std::to_string(bus);
-    for (const std::string& device : devices)
-        place += "/" + device;
-    return place + "/" + devices.back() + ":1.0/" + target(9);
 }
 
 // A conversion's result, or "none" when it gives -1 and left the buffer alone.
@@ -49,9 +40,4 @@ inline std::string diskname(const std::string& device) {
 }
 inline std::string devname(const std::string& disk) {
     return converted(LibQuorvelBin_GetDevnameFromDiskname, disk);
-}
-inline std::string scsiid(const std::string& name) {
-    std::string address = converted(LibQuorvelBin_GetScsiIDFromDiskname, name);
-    quorvel::DiskSet left_allocated(quorvel::last_loaded_disk_set);
-    return address;
 }

@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "quorvel/disk.h"
-#include "support/appliance.h"
+#include "support/scenario.h"
 
 namespace {
 
@@ -19,21 +19,17 @@ std::string from_hex(const std::string& dump) {
 
 // What the entry point, run with these words behind the command word, prints, and its result as a last line. The
 // variable must not make a word end the options.
-std::string run(int (*entry)(int, char**), const std::string& words) {
-    std::istringstream line("libquorvel_bin command " + words);
-    std::vector<std::string> texts(std::istream_iterator<std::string>(line), {});
-    std::vector<char*> vector;
-    for (auto& text : texts)
-        vector.push_back(text.data());
-    int result = setenv("POSIXLY_CORRECT", "1", 1);
-    const auto printed = printed_by([&] { result = entry(static_cast<int>(vector.size()), vector.data()); });
-    return printed + "= " + std::to_string(result);
+std::string run(EntryPoint entry, const std::string& words) {
+    setenv("POSIXLY_CORRECT", "1", 1);
+    const Answer answer = call(entry, words_of("libquorvel_bin command " + words));
+    return answer.text + "= " + std::to_string(answer.result);
 }
 
-// What a row expects, with the help in its place.
-std::string with_usage(std::string printed, const std::string& help) {
-    if (printed.starts_with("(usage)")) printed.replace(0, 7, help, 0, help.find("= 0"));
-    return printed;
+// The help, for the place a row keeps for it.
+Marks usage_of(EntryPoint entry) {
+    return {
+        {"(usage)", call(entry, {}).text}
+    };
 }
 
 // clang-format off
@@ -56,14 +52,14 @@ struct Signature : ApplianceTest {
 };
 
 TEST_F(Signature, CommandWritesItByteForByteAndShowsIt) {
-    const std::string help = run(DiskSignature, "");
+    const Marks marks = usage_of(DiskSignature);
     for (const auto& [words, bytes, printed] : table<3>("disk/expected/signature-commands")) {
         write_file("/dev/disk1", from_hex("* *"));
-        EXPECT_EQ(with_usage(printed, help), run(DiskSignature, words)) << words;
+        EXPECT_EQ(filled(printed, marks), run(DiskSignature, words)) << words;
         const auto written = from_hex(bytes);
         EXPECT_EQ(read_file("/dev/disk1"), written + from_hex("* *").substr(written.size())) << words;
     }
-    EXPECT_TRUE(help.starts_with("libquorvel_bin disk_signature [ope]") && !exists("-r"));
+    EXPECT_FALSE(exists("-r"));
 }
 
 TEST_F(Signature, LoaderReadsLittleEndianNumbersAndWholeRecordsOnly) {
@@ -92,12 +88,13 @@ TEST_F(Signature, TellsWhetherADiskIsThisUnits) {
 struct ReadErrorCounter : ApplianceTest {};
 
 TEST_F(ReadErrorCounter, IsFourBytesBehindTheRecord) {
-    const std::string help = run(DiskReadErrorCnt, ""), before(86, '\xff');
+    const std::string before(86, '\xff');
+    const Marks marks = usage_of(DiskReadErrorCnt);
     write_file("/dev/disk1", from_hex("*"));
     write_file("/dev/short", before);
-    EXPECT_TRUE(help.starts_with("libquorvel_bin disk_readerrorcnt [ope]"));
+    EXPECT_TRUE(marks[0].second.starts_with("libquorvel_bin disk_readerrorcnt [ope]"));
     for (const auto& [words, counter, printed] : table<3>("disk/expected/counter-commands")) {
-        EXPECT_EQ(with_usage(printed, help), run(DiskReadErrorCnt, words)) << words;
+        EXPECT_EQ(filled(printed, marks), run(DiskReadErrorCnt, words)) << words;
         EXPECT_EQ(read_file("/dev/disk1"), before + from_hex(counter) + std::string(166, '\xff')) << words;
     }
 }

@@ -1,6 +1,4 @@
 // The model's feature settings.
-#include <tuple>
-
 #include "quorvel/foundation.h"
 #include "support/appliance.h"
 
@@ -40,15 +38,10 @@ TEST_F(Feature, GettersAskForTheirSetting) {
 // clang-format on
 
 TEST_F(Feature, SeriesNameIsComparedWithItsQuotes) {
-    const std::tuple<const char*, int, int> rows[] = {
-        {"SERIES_NAME=\"Ostrand\" \n", 1, 0},
-        {"SERIES_NAME=\"Veldmark\"\n", 0, 1},
-        {"SERIES_NAME=Ostrand\n",      0, 0},
-        {"",                           1, 0},
-    };
-    for (const auto& [line, ostrand, veldmark] : rows) {
+    for (const auto& [line, ostrand, veldmark] : table<3>("foundation/expected/series")) {
         write_file(kFeatures, line);
-        EXPECT_EQ(std::pair(LibQuorvelBin_IsOstrand(), LibQuorvelBin_IsVeldmark()), std::pair(ostrand, veldmark));
+        EXPECT_EQ(std::pair(LibQuorvelBin_IsOstrand(), LibQuorvelBin_IsVeldmark()),
+                  std::pair(std::stoi(ostrand), std::stoi(veldmark)));
     }
 }
 

@@ -5,11 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <optional>
 #include <tuple>
 
 #include "quorvel/foundation.h"
-#include "support/appliance.h"
+#include "support/scenario.h"
 
 namespace {
 
@@ -20,21 +19,22 @@ constexpr char kTemporary[] = "/etc/settings_tmp";
 
 class KeyValue : public ApplianceTest {};
 
-// nullopt stands for "not found" and for "no file".
-using Maybe = std::optional<std::string>;
+const Marks marks = {
+    {"{255}",   std::string(255,   'x')},
+    {"{511}",   std::string(511,   'x')},
+    {"{509}",   std::string(509,   'v')},
+    {"{600}",   std::string(600,   'v')},
+    {"{19747}", std::string(19747, 'v')},
+    {"{20000}", std::string(20000, 'v')},
+};
 
 TEST_F(KeyValue, ReadsTheFirstLineThatSetsTheKey) {
-    const auto value_of = [](const std::string& text, const std::string& key) {
-        write_file(kFile, text);
+    for (const auto& [text, key, value] : table<3>("foundation/expected/settings-read")) {
+        write_file(kFile, filled(text, marks));
         char found[1024] = "";
-        return get_StringbyKey(kFile, key.c_str(), found, sizeof found) == found ? found : "(none)"s + found;
-    };
-    for (const auto& [text, key, value] : table<3>("foundation/expected/settings-read"))
-        EXPECT_EQ(value_of(text, key), value) << text;
-    const std::string piece(511, 'x'), value(600, 'v');
-    EXPECT_EQ(value_of("A\0=1\nB=1\0002\n"s, "A") + value_of("A\0=1\nB=1\0002\n"s, "B"), "(none)1");
-    EXPECT_EQ(value_of(piece + "A=1\n", "A") + value_of(piece + "xA=1\n", "A"), "1(none)");
-    EXPECT_EQ(value_of("A=" + value, "A"), value.substr(91));
+        const char* result = get_StringbyKey(kFile, key.c_str(), found, sizeof found);
+        EXPECT_EQ(result == found ? found : "(none)"s + found, filled(value, marks)) << text;
+    }
     write_file(kFile, "LONG=abcdef\nSHORT=a\n");
     std::string buffer(6, '-');
     get_StringbyKey(kFile, "LONG", buffer.data(), 4);
@@ -45,25 +45,12 @@ TEST_F(KeyValue, ReadsTheFirstLineThatSetsTheKey) {
 }
 
 TEST_F(KeyValue, Rewrites) {
-    const std::string long_text(20000, 'v');
-    const std::string piece(255, 'x');
-    const std::tuple<Maybe, int, std::string> rows[] = {
-        {"A=1\nB=%s\nA=3\n",                   1, "B=%s\nA=9\n"                    },
-        {"#A=1\n A = 1\nA\n\nA B=1\nAB=1\r\n", 0, "#A=1\nA\n\nAB=1\r\nA=9\n"       },
-        {"B=2",                                1, "B=2\nA=9\n"                     },
-        {"#A=1\nA=2\n",                        2, "#A=1\n"                         },
-        {{},                                   1, "A=9\n"                          },
-        {{},                                   2, ""                               },
-        {"B=" + long_text + "\n",              1, "B=" + long_text + "\nA=9\n"     },
-        {piece + "A=1\nB=2\n",                 1, piece + "\nB=2\nA=9\n"           },
-        {"A=" + long_text + "\nB=2\n",         2, long_text.substr(253) + "\nB=2\n"},
-    };
-    for (const auto& [before, mode, after] : rows) {
+    for (const auto& [before, mode, after] : table<3>("foundation/expected/settings-rewritten")) {
         remove_tree(kFile);
-        if (before) write_file(kFile, *before);
-        write_file(kTemporary, "left by a writer that was killed\n" + long_text);
-        EXPECT_EQ(set_StringbyKeyExtend(kFile, "A", mode == 2 ? nullptr : "9", mode), 0) << after;
-        EXPECT_EQ(read_file(kFile), after);
+        if (before != "(none)") write_file(kFile, filled(before, marks));
+        write_file(kTemporary, "left by a writer that was killed\n" + std::string(20000, 'v'));
+        EXPECT_EQ(set_StringbyKeyExtend(kFile, "A", mode == "2" ? nullptr : "9", std::stoi(mode)), 0) << after;
+        EXPECT_EQ(read_file(kFile), filled(after, marks));
         EXPECT_FALSE(exists(kTemporary)) << after;
     }
     debug = 10;

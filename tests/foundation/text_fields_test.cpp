@@ -1,6 +1,4 @@
 // Cutting texts into words and fields.
-#include <tuple>
-
 #include "quorvel/foundation.h"
 #include "support/appliance.h"
 
@@ -18,17 +16,12 @@ TEST_F(TextFields, SpecifiedKeyCountsAsRepeatedStrtokDoes) {
 }
 
 TEST_F(TextFields, LastWordAndTheRest) {
-    const std::tuple<const char*, const char*, const char*> rows[] = {
-        {"a/b/c",     "c",      "a/b"},
-        {"a/1234567", "1234--", "a"  },
-        {"abc",       "abc",    ""   },
-    };
-    for (const auto& [text, last, rest] : rows) {
+    for (const auto& [text, last, rest] : table<3>("foundation/expected/last-words")) {
         char found[] = "------";
-        EXPECT_EQ(LibQuorvelBin_GetLastWord(found, text, "/.", 4), 0);
-        EXPECT_STREQ(found, last) << text;
-        EXPECT_EQ(LibQuorvelBin_AvoidLastWord(found, text, "/."), 0);
-        EXPECT_STREQ(found, rest) << text;
+        EXPECT_EQ(LibQuorvelBin_GetLastWord(found, text.c_str(), "/.", 4), 0);
+        EXPECT_EQ(found, last) << text;
+        EXPECT_EQ(LibQuorvelBin_AvoidLastWord(found, text.c_str(), "/."), 0);
+        EXPECT_EQ(found, rest) << text;
     }
     const std::string directory(300, 'd'), path = directory + "/f";
     char found[302];

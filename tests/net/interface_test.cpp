@@ -83,40 +83,12 @@ TEST_F(NetTest, InterfaceReport) {
 }
 
 TEST_F(NetTest, Rename) {
-    expect_answer(LibQuorvelBin_Nameif, "nameif br0", -1, "Argument is wrong!");
-    expect_answer(LibQuorvelBin_Nameif, "nameif br0 eth0", -1, "Can't change if name\n");
-    expect_answer(LibQuorvelBin_Nameif, "nameif br0 bridge_with_a_long_name", 0, "");
+    play("net/expected/renaming", LibQuorvelBin_Nameif);
     EXPECT_EQ(Netdev_GetIfIndex("bridge_with_a_long_name"), 70) << "cut to the same name";
 }
 
 TEST_F(NetTest, EthernetReport) {
-    constexpr auto entry = LibQuorvelBin_EthInfo;
-    const std::string eth0 = "MAC=02:0b:7e:10:00:ab\nlink=10000\nduplex=full\njumboframe=enable\nmtu=1400\n";
-    const std::string bare = "\nlink=0\nduplex=half\njumboframe=enable\nmtu=";
-    const std::string no_device = "Specified device is not exist\n", no_file = "Failed to open /sys/class/net/eth5/";
-    const auto show = [](const std::string& ifname, const char* mac, const char* mtu) {
-        write_file("/sys/class/net/" + ifname + "/address", mac);
-        write_file("/sys/class/net/" + ifname + "/mtu", mtu);
-    };
-    show("eth0", "02:0b:7e:10:00:ab\n", "1400\n");
-    show("br0", "80:00:02:08:fe:80:00:00\n", "1500\n");  // without speed
-    show("eth3", "", "1500\n");
-    show("eth4", "0\n", "");
-    make_directory("/sys/class/net/eth5");
-    expect_answer(entry, "ethinfo eth0", 0, eth0);
-    expect_answer(entry, "ethinfo br0", 0, "MAC=80:00:02:08:fe:80" + bare + "1500\n");
-    expect_answer(entry, "ethinfo eth9", -1, "");
-    expect_answer(entry, "ethinfo", 0, "wrong feature name\n");
-    write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=1\n");
-    expect_answer(entry, "ethinfo", 0, "\n");
-    from_cmdline = 1;
-    write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=3\n");
-    expect_answer(entry, "ethinfo", -1,
-                  "[eth0]\n" + eth0 + "\n" + no_device + "Failed to get eth information (eth1)\n");
-    expect_answer(entry, "ethinfo eth3", -1, "");
-    expect_answer(entry, "ethinfo eth5", 0,
-                  no_file + "address\n" + no_file + "mtu\nFailed to ioctl\nMAC=" + bare + "0\n");
-    expect_answer(entry, "e a b", -1, "Argument is wrong!\n\nUsage is below\n\ne <interface name>\nlike : e eth0\n");
+    play("net/expected/ethernet-report", LibQuorvelBin_EthInfo);
     struct eth_info info = {};
     EXPECT_EQ(read_eth_info(&info, "eth3") + read_eth_info(&info, "eth4"), -24);
 }

@@ -6,17 +6,7 @@
 TEST_F(NetTest, NetHelper) {
     ip("link add br1 type bridge");
     ip("address add 10.9.0.1/32 dev br1");
-    for (const auto& [level, line, result, output] : table<4>("net/expected/net-helper")) {
-        debug = std::stoi(level);
-        expect_answer(LibQuorvelBin_NetHelper, line, std::stoi(result), output);
-    }
-    debug = 0;
-    char word[] = "net", help[] = "-h";
-    char* argv[] = {word, word, help};
-    std::string usage = printed_by([&] { EXPECT_EQ(LibQuorvelBin_NetHelper(3, argv), 0); });
-    EXPECT_TRUE(usage.starts_with("Quorvel net_helper command\nVersion 1.00\n\n    -i : ")) << usage;
-    EXPECT_TRUE(
-        usage.ends_with("below\n         eth0, eth1, eth2, eth3, br0, br1, wdev0, wdev0ap0, wdev1, wdev1ap0\n"));
+    play("net/expected/net-helper", LibQuorvelBin_NetHelper);
 }
 
 TEST_F(NetTest, Records) {

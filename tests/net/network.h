@@ -1,25 +1,13 @@
-// Real interfaces, made for each test in a network namespace of this process, and the entry points that are asked.
+// Real interfaces, made for each test in a network namespace of this process.
 #pragma once
 
 #include <stdlib.h>
 
-#include <sstream>
-
-#include "support/appliance.h"
+#include "support/scenario.h"
 
 // Runs ip(8).
 inline void ip(const std::string& arguments) {
     ASSERT_EQ(system(("ip " + arguments).c_str()), 0) << "ip " << arguments;
-}
-
-// Checks result and standard output of an entry point for a command line.
-inline void expect_answer(int (*entry)(int, char**), const std::string& line, int result, const std::string& output) {
-    std::istringstream stream(line);
-    std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
-    std::vector<char*> argv;
-    for (auto& word : words)
-        argv.push_back(word.data());
-    EXPECT_EQ(printed_by([&] { EXPECT_EQ(entry(int(argv.size()), argv.data()), result) << line; }), output) << line;
 }
 
 class NetTest : public ApplianceTest {

@@ -10,24 +10,19 @@ TEST_F(SettingsTest, NamesAndNumbers) {
     for (const char* name : {"lo", "eth0", "wdev12ap3"})
         make_link(std::string("/sys/class/net/") + name, "../../devices/virtual/net/none");
     EXPECT_EQ(LibQuorvelBin_GetNetIfNum(), 3);
-    const struct { const char* name; int exists, index; } rows[] = {
-        {"eth0", 1, 0}, {"wdev12ap3", 1, 12}, {"lo", 1, -1},  {"eth", 0, -1}, {"eth01", 0, 1},  {"ETH0", 0, 0},
-        {".", 0, -1},   {"..", 0, -1},        {"", 0, -1},    {"lo/", 0, -1}, {"eth-2x", 0, 2}, {nullptr, 0, -1},
-        {"99999999999", 0, 2147483647}};
-    for (auto [name, exists, index] : rows) {
-        EXPECT_EQ(LibQuorvelBin_IsExistNetIf(name), exists) << testing::PrintToString(name);
-        EXPECT_EQ(LibQuorvelBin_GetInterfaceIndex(name), index) << testing::PrintToString(name);
+    for (const auto& [name, exists, index] : table<3>("net/expected/interface-names")) {
+        EXPECT_EQ(LibQuorvelBin_IsExistNetIf(name.c_str()), std::stoi(exists)) << name;
+        EXPECT_EQ(LibQuorvelBin_GetInterfaceIndex(name.c_str()), std::stoi(index)) << name;
     }
+    EXPECT_EQ(LibQuorvelBin_IsExistNetIf(nullptr), 0);
+    EXPECT_EQ(LibQuorvelBin_GetInterfaceIndex(nullptr), -1);
 }
 
 TEST_F(SettingsTest, Bonding) {
-    const auto bonding = [](const char* settings) {
+    for (const auto& [settings, bonding] : table<2>("net/expected/bonding")) {
         write_file("/etc/tevra/info", settings);
-        return LibQuorvelBin_IsBondingMode();
-    };
-    EXPECT_EQ(bonding("enet_port_trunk_group_1_members=eth0 eth1\n"), 1);
-    EXPECT_EQ(bonding("enet_port_trunk_group_1_members=\nenet_port_trunk_group_2_members=eth2\n"), 1);
-    EXPECT_EQ(bonding("enet_port_trunk_group_2_members=\nenet_port_trunk_group_3_members=eth2\n"), 0);
+        EXPECT_EQ(LibQuorvelBin_IsBondingMode(), std::stoi(bonding)) << settings;
+    }
 }
 
 TEST_F(SettingsTest, EnabledAndDhcp) {

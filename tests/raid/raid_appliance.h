@@ -9,7 +9,7 @@
 #include "quorvel/raid.h"
 #include "raid/inventory.h"
 #include "raid/list.h"
-#include "services/entry_point.h"
+#include "support/scenario.h"
 
 /// Answers of the md driver, in order; a negative minor stands for a node without an array, which is refused.
 inline std::deque<mdu_array_info_t> driver_answers;

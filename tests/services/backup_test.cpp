@@ -5,7 +5,7 @@
 #include "quorvel/foundation.h"
 #include "quorvel/services.h"
 #include "services/backup_generations.h"
-#include "services/entry_point.h"
+#include "support/scenario.h"
 
 namespace {
 
@@ -17,10 +17,6 @@ Answer backup(Words words) {
 using BackupTest = ApplianceTest;
 
 TEST_F(BackupTest, ShowsTheSettingsOfATask) {
-    EXPECT_EQ(backup({"Info", "7"}).text,
-              "status=Unknown\ntype=Unknown\nstart_time=-1:-1\nweek=Unknown\noverwrite=Unknown\ncrypt=Unknown\n"
-              "compress=Unknown\nfolder=\ntrashbox=Unknown\nmirror=Unknown\nlogfile=Unknown\nforce=Unknown\nname=\n"
-              "hardlink=Unknown\nkeep_generation=-1\n");
     for (const auto& [settings, shown] : table<2>("services/expected/task-settings")) {
         write_file("/etc/tevra/backup7", settings);
         EXPECT_TRUE(backup({"Info", "007"}).text.find(shown) != std::string::npos) << settings;
@@ -30,24 +26,12 @@ TEST_F(BackupTest, ShowsTheSettingsOfATask) {
 TEST_F(BackupTest, TellsSourceAndDestinationOfPairs) {
     char own[256] = "";
     gethostname(own, sizeof own - 1);
-    for (const auto& [folder, pair] : table<2>("services/expected/task-pairs")) {
-        const std::string shown = filled(pair, {
-                                                   {"{me}", own}
-        });
-        write_file("/etc/tevra/backup1", "folder=" +
-                                             filled(folder,
-                                                    {
-                                                        {"{me}", own}
-        }) +
-                                             "\nhardlink=off\n");
-        EXPECT_EQ(backup({"GetDestination", "1", "1"}), (Answer{0, shown}));
-        EXPECT_EQ(backup({"Destinfo", "1"}), (Answer{0, shown}));
-    }
-    write_file("/etc/tevra/backup1", "folder=a/b<>c/d<>e/f<>h@s/g/i<>j\nname=t\nhardlink=on\n");
-    EXPECT_EQ(backup({"GetDestination", "1", "2"}), (Answer{0, "e/f/ rsync://h/g_i/\n"}));
-    for (const char* missing : {"3", "0", "-1", "2147483647"})
-        EXPECT_EQ(backup({"GetDestination", "1", missing}), (Answer{0, ""}));
-    std::string all = backup({"Destinfo", "1"}).text;
+    play("services/expected/backup-answers", backup,
+         {
+             {"{me}",    own                  },
+             {"{usage}", backup({"help"}).text}
+    });
+    const std::string all = backup({"Destinfo", "1"}).text;
     EXPECT_TRUE(all.starts_with("a/b/ c/d//task-t/20") && all.ends_with("/localhost//\ne/f/ rsync://h/g_i/\n")) << all;
 }
 
@@ -91,31 +75,16 @@ TEST_F(BackupTest, LinksUnchangedFilesToTheLastGeneration) {
 TEST_F(BackupTest, FindsTheLastGeneration) {
     for (const char* name : {"9", "20120101000000", "x20990101000000", "20130101000000", "0"})
         make_directory(std::string("/mnt/t/") + name);
-    const std::string long_part(1023 - strlen("../../20130101000000/"), 'p');
+    const Marks marks = {
+        {"{long}", std::string(1023 - strlen("../../20130101000000/"), 'p')}
+    };
     for (const auto& [from, to] : table<2>("services/expected/last-generations")) {
-        const std::string destination = filled(from, {
-                                                         {"{long}", long_part}
-        });
+        const std::string destination = filled(from, marks);
         char target[quorvel::kLinkTarget] = "";
         Capture output;
         EXPECT_EQ(LibQuorvelBin_GetLastDestTarget(target, sizeof target, destination.c_str(), 7), to.empty() ? -1 : 0);
-        EXPECT_EQ(target, filled(to, {
-                                         {"{long}", long_part}
-        }));
+        EXPECT_EQ(target, filled(to, marks));
         EXPECT_EQ(output.text().ends_with(" : Warning! buffer is too short!\n"), to.empty());
-    }
-}
-
-TEST_F(BackupTest, ShowsItsUsage) {
-    const std::string usage = "Usage of backup helper - Version 0.01.\n\n      GetDestination: Get the location of ";
-    for (const auto& [words, result, beginning] : table<3>("services/expected/backup-usage")) {
-        Answer answer = backup(words_of(words));
-        EXPECT_EQ(answer.result, std::stoi(result)) << words;
-        EXPECT_TRUE(answer.text.starts_with(filled(beginning,
-                                                   {
-                                                       {"{usage}", usage}
-        })))
-            << answer;
     }
 }
 

@@ -4,12 +4,11 @@
 #include "foundation/shell.h"
 #include "quorvel/foundation.h"
 #include "quorvel/services.h"
-#include "services/entry_point.h"
+#include "support/scenario.h"
 
 namespace {
 
 const std::string ports_file = "/etc/tevra/service_ports";
-const std::string no_default = "Default config file is not exist!\nCan't find valid config file!\n";
 
 Answer firewall(Words words) {
     words.insert(words.begin(), "firewall");
@@ -67,54 +66,26 @@ TEST_F(FirewallTest, LoadsRulesThatTheKernelTellsBack) {
 
 TEST_F(FirewallTest, ChoosesItsPortsFile) {
     const std::string d = "/" + std::string(240, 'd');
-    const std::string longest = "/tmp" + d + d + d + d + "/" + std::string(55, 'f');
-    const std::string fallback = "Requested config file is not exist! Using default config ... \n";
-    const Marks marks = {
-        {"{fallback}",   fallback              },
-        {"{no port}",    "wrong feature name\n"},
-        {"{no default}", no_default            },
-        {"{long}",       longest               }
-    };
-    stand_in("/usr/local/sbin/iptables");
-    for (const auto& [file, asked, usual, screen] : table<4>("services/expected/ports-files")) {
-        remove_tree(ports_file);
-        if (!usual.empty()) write_file(ports_file, "usual");
-        if (!file.empty()) write_file(filled(file, marks), "name");
-        EXPECT_EQ(firewall({"--start", "--config", filled(asked, marks)}), (Answer{0, filled(screen, marks)})) << asked;
-    }
+    play("services/expected/ports-files", firewall,
+         {
+             {"{fallback}",   "Requested config file is not exist! Using default config ... \n"   },
+             {"{no port}",    "wrong feature name\n"                                              },
+             {"{no default}", "Default config file is not exist!\nCan't find valid config file!\n"},
+             {"{long}",       "/tmp" + d + d + d + d + "/" + std::string(55,                        'f')},
+             {"{empty}",              ""                                                                         }
+    });
 }
 
 TEST_F(FirewallTest, ReadsItsOptionsInOrder) {
-    stand_in("/usr/local/sbin/iptables");
-    write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=2\n");
     Capture complaints(2);
-    EXPECT_EQ(firewall({"start", "-c", "/tmp/x"}), (Answer{0, ""}));
-    EXPECT_EQ(firewall({"--bogus", "-v", "--def_config"}), (Answer{0, "Ver.0.11\n"}));
-    EXPECT_EQ(firewall({"--start", "--help"}).result, -1);
-    EXPECT_TRUE(firewall({}).text.starts_with("\nQUORVEL INC. NAS firewall utility Ver.0.11\n\nUsage   : "));
-    EXPECT_FALSE(exists("/run/stand-in/iptables") || exists(ports_file));
-    EXPECT_EQ(firewall({"--start", "--stop"}), (Answer{0, ""}));
-    EXPECT_EQ(firewall({"--stop", "--start", "--config"}), (Answer{0, no_default}));
-    EXPECT_EQ(calls("iptables"), Words(2, "--table filter --flush"));
-    EXPECT_NE(firewall({"--ports_list"}).text.find("list -----\n\n           samba :   137   138"), std::string::npos);
+    play("services/expected/firewall-options", firewall);
 }
 
 TEST_F(FirewallTest, WritesTheDefaultFile) {
-    const std::pair<std::string, std::string> rows[] = {
-        {"DEVICE_NETWORK_NUM=2\n", "samba<>1<>1<>;\natalk<>1<>1<>;\n"},
-        {"DEVICE_NETWORK_NUM=0\n", "samba<>;\natalk<>;\n"            },
-    };
-    EXPECT_EQ(firewall({"--def_config"}),
-              (Answer{-1, "wrong feature name\nCan't open config file(/etc/tevra/service_ports)\n"}));
-    for (const auto& [features, beginning] : rows) {
-        write_file("/etc/nas_feature", features);
-        write_file(ports_file, std::string(1000, 'x'));
-        EXPECT_EQ(firewall({"--config", "/tmp/other", "--def_config"}), (Answer{0, ""}));
-        EXPECT_TRUE(read_file(ports_file).starts_with(beginning)) << read_file(ports_file);
-        EXPECT_TRUE(read_file(ports_file).ends_with("<>;\n")) << read_file(ports_file);
-    }
-    make_link(ports_file, "/dev/full");
-    EXPECT_EQ(firewall({"--def_config"}), (Answer{-1, ""}));
+    play("services/expected/default-ports", firewall,
+         {
+             {"{1000}", std::string(1000, 'x')}
+    });
 }
 
 }  // namespace

@@ -37,18 +37,21 @@ void rewrite_settings() {
     (void)local2remote_UTF8(text, 16, "caf\xc3\xa9");
 }
 
-// The forward mapping is left to device_names: a USB row may make it wait for ever, which is its contract.
+void dump(struct disk_path* set) {
+    disk_path_dump(set);
+    disk_path_free(set);
+}
+
+// The forward mapping is left to device_names: a USB row may make it wait for ever, which is its contract. So is the
+// address of a slot: a configured set that was asked for one is kept.
 void read_disk_order() {
-    (void)LibQuorvelBin_DumpDiskPathConfig();
+    dump(get_DiskOrderConfig());
     (void)LibQuorvelBin_GetDevnameFromDiskname("disk1", text, sizeof text);
     (void)LibQuorvelBin_GetDevnameFromDiskname("/dev/usbdisk1", text, sizeof text);
-    (void)LibQuorvelBin_GetScsiIDFromDiskname("disk1", text, sizeof text);
 }
 
 void read_extension_slots() {
-    struct disk_path* set = get_ExtSlotConfig();
-    disk_path_dump(set);
-    disk_path_free(set);
+    dump(get_ExtSlotConfig());
 }
 
 void read_resolver() {

@@ -112,13 +112,13 @@ void run_command_line() {
 
 // clang-format off
 const FuzzTarget kTargets[] = {
-    {"fields",         "arguments", nullptr, cut_fields      },
-    {"numbers",        "arguments", nullptr, read_numbers    },
-    {"device_names",   "arguments", nullptr, map_names       },
-    {"registry_keys",  "arguments", nullptr, read_registry   },
-    {"command_lines",  "arguments", nullptr, run_command_line},
-    {"texts",          "arguments", nullptr, edit_texts      },
-    {nullptr, nullptr, nullptr, nullptr},
+    {"fields",         nullptr, cut_fields      },
+    {"numbers",        nullptr, read_numbers    },
+    {"device_names",   nullptr, map_names       },
+    {"registry_keys",  nullptr, read_registry   },
+    {"command_lines",  nullptr, run_command_line},
+    {"texts",          nullptr, edit_texts      },
+    {nullptr, nullptr, nullptr},
 };
 // clang-format on
 

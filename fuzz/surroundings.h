@@ -16,8 +16,7 @@ void forget_inventory();
 // A row of a program's table of targets; each program ends its table with a row of nulls.
 struct FuzzTarget {
     const char* name;
-    const char* group;  // by where its text comes from; scripts/fuzz takes it as a name
-    const char* path;   // the file its text goes to; null for none
+    const char* path;  // the file its text goes to; null for none
     void (*run)();
 };
 extern const FuzzTarget kTargets[];

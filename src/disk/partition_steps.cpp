@@ -24,8 +24,7 @@ Text<kCommandSize> command_of(const Step& step) {
 }
 
 bool run_layout_command(const Text<kCommandSize>& command, Demand demand) {
-    int status;
-    Heap<char> output = capture_command(command.c_str(), status);
+    auto [output, status] = capture_command(command);
     if (demand == Demand::kNothing) return true;
     if (status != 0) return false;
     return demand == Demand::kExitStatus || !contains(output.get(), "failed with error");

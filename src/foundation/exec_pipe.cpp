@@ -34,7 +34,8 @@ int ExecPipe(const char* command, char** buffer) {
         // One more byte decides whether a full block has to grow.
         char extra;
         bool full = length == capacity;
-        ssize_t count = read_fully(fileno(output.pipe), full ? &extra : *buffer + length, full ? 1 : capacity - length);
+        ssize_t count =
+            read_fully(output.lines.descriptor, full ? &extra : *buffer + length, full ? 1 : capacity - length);
         if (count <= 0) break;
         if (full) {
             if (!grow(buffer, capacity)) return -1;

@@ -1,7 +1,7 @@
 #include "foundation/shell.h"
 
 #include <errno.h>
-#include <stdlib.h>
+#include <stdio.h>
 #include <sys/wait.h>
 
 #include <utility>
@@ -31,34 +31,38 @@ ShellWord::ShellWord(const char* word) : plain(word) {
     quoted.add("'");
 }
 
-int run_command(const char* command) {
-    (void)fflush(stdout);
-    return system(command);
+namespace {
+
+Child start(WholeText command, Output output) {
+    if (command.text != nullptr) return start_shell(command.text, output);
+    errno = E2BIG;
+    return Child();
 }
 
-CommandOutput::CommandOutput(const char* command, size_t piece_limit)
-    : pipe(command != nullptr ? popen(command, "re") : nullptr),
-      lines(pipe != nullptr ? fileno(pipe) : -1, piece_limit) {
-    if (command == nullptr) errno = E2BIG;
-    lines.at_end = pipe == nullptr;
+}  // namespace
+
+int run_command(WholeText command) {
+    (void)fflush(stdout);
+    Child child = start(command, Output::kOfCaller);
+    return wait_for(child);
 }
+
+CommandOutput::CommandOutput(WholeText command, size_t piece_limit)
+    : child(start(command, Output::kRead)), lines(child.output.number, piece_limit) {}
 
 int CommandOutput::finish() {
-    if (pipe == nullptr) return -1;
-    FILE* open_pipe = pipe;
-    pipe = nullptr;
     lines.at_end = true;
-    return pclose(open_pipe);
+    return wait_for(child);
 }
 
 bool could_not_execute(int wait_status) {
     return WIFEXITED(wait_status) && (WEXITSTATUS(wait_status) == 127 || WEXITSTATUS(wait_status) == 126);
 }
 
-Heap<char> capture_command(const char* command, int& status) {
+Captured capture_command(WholeText command) {
     char* output = nullptr;
-    status = ExecPipe(command, &output);
-    return Heap<char>(output);
+    int status = ExecPipe(command.text, &output);
+    return {Heap<char>(output), status};
 }
 
 }  // namespace quorvel

@@ -38,6 +38,7 @@ bool refill(LineReader& reader) {
     reader.at_end = count <= 0;
     reader.begin = reader.block;
     reader.end = reader.block + left + std::max<ssize_t>(count, 0);
+    reader.filled = std::max(reader.filled, static_cast<size_t>(reader.end - reader.block) + 1);
     return count > 0;
 }
 

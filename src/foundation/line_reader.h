@@ -12,21 +12,27 @@
 
 namespace quorvel {
 
+/// The longest piece that a reader can be asked for.
+inline constexpr size_t kLongestPiece = 8192;
+
 struct LineReader {
     // cppcheck-suppress uninitMemberVar
     LineReader(int open_descriptor, size_t piece_limit) : descriptor(open_descriptor), limit(piece_limit) {}
+    // What was read may be a secret.
+    ~LineReader() { explicit_bzero(block, filled); }
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
     int descriptor;       // borrowed; -1 has no lines
-    size_t limit;         // longest piece, in characters, its line feed included; at most half the block
+    size_t limit;         // longest piece, in characters, its line feed included; at most kLongestPiece
     bool at_end = false;  // nothing more will come
     bool failed = false;  // ... because read(2) failed
     char held = '\0';     // what the terminator of the last line stands in the place of
     char* terminator = &held;
+    size_t filled = 0;  // how much of the block was ever used
     char* begin = block;
     char* end = block;
-    char block[16384 + 1];  // left uninitialised: it is as large as the whole of most files
+    char block[2 * kLongestPiece + 1];  // left uninitialised: it is as large as the whole of most files
 };
 
 /// As next_piece, for a piece that is not wholly in the block yet.

@@ -8,6 +8,7 @@
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
+#include "foundation/text.h"
 
 namespace quorvel {
 
@@ -16,7 +17,7 @@ namespace {
 constexpr int kEndingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGPIPE, SIGALRM, SIGTERM,   SIGUSR1,
                                   SIGUSR2, SIGTSTP, SIGTTIN, SIGTTOU, SIGXCPU, SIGVTALRM, SIGPROF};
 
-// How many scopes hold signals back. Other threads' children that start meanwhile hold them back as well.
+// How many scopes hold signals back. Children that other threads start meanwhile ignore them as well.
 int holding = 0;
 
 sigset_t ending_signals() {
@@ -37,7 +38,6 @@ struct SpawnPlan {
         sigset_t mask;
         sigfillset(&every);
         sigemptyset(&mask);
-        if (__atomic_load_n(&holding, __ATOMIC_RELAXED) > 0) mask = ending_signals();
         (void)posix_spawnattr_init(&attributes);
         (void)posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
         (void)posix_spawnattr_setsigdefault(&attributes, &every);
@@ -53,10 +53,20 @@ struct SpawnPlan {
     SpawnPlan& operator=(const SpawnPlan&) = delete;
 };
 
+// A shell clears the mask that it inherits, so signals are held back from a child by ignoring them there.
+using Guarded = Text<2048>;
+
+Guarded guarded(const char* command) {
+    return Guarded("trap '' HUP INT QUIT PIPE ALRM TERM USR1 USR2; %s", command);
+}
+
 pid_t spawn_shell(const char* command, const Descriptor& written) {
+    Guarded text;
+    if (__atomic_load_n(&holding, __ATOMIC_RELAXED) > 0) text = guarded(command);
+    const bool guards = text.length > 0 && !text.cut;
     char shell[] = "sh";
     char option[] = "-c";
-    char* arguments[] = {shell, option, const_cast<char*>(command), nullptr};
+    char* arguments[] = {shell, option, const_cast<char*>(guards ? text.c_str() : command), nullptr};
     SpawnPlan plan(written);
     pid_t child;
     int error = posix_spawn(&child, files::kShell, &plan.actions, &plan.attributes, arguments, environ);

@@ -46,7 +46,7 @@ int run_encrypt_mac_file(int, char** argv) {
 }
 
 int run_decrypt_mac_file(int, char** argv) {
-    if (access(quorvel::files::kOpensslTool, X_OK) != 0) return fail(argv, "no openssl; nothing was deciphered");
-    if (!is_enciphered(beginning_of(argv[3]))) return fail(argv, "no enciphered file");
-    return exit_status_of_result(LibQuorvelBin_RecoveryEncryptionMacAddressNicFile(argv[2], argv[3]));
+    if (LibQuorvelBin_RecoveryEncryptionMacAddressNicFile(argv[2], argv[3]) != 0) return kExitNo;
+    if (access(quorvel::files::kOpensslTool, X_OK) != 0) return fail(argv, "not deciphered: there is no openssl");
+    return is_enciphered(beginning_of(argv[3])) ? kExitOk : fail(argv, "no enciphered file");
 }

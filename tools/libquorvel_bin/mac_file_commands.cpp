@@ -42,7 +42,7 @@ int run_encrypt_mac_file(int, char** argv) {
     if (LibQuorvelBin_SetEncryptionMacAddressNicFile(argv[2], argv[3]) != 0) return kExitNo;
     const Beginning after = beginning_of(argv[3]);
     bool done = is_enciphered(after) && memcmp(&before, &after, sizeof after) != 0;
-    return done ? kExitOk : fail(argv, "not enciphered; the file is as it was");
+    return done ? kExitOk : fail(argv, "not enciphered");
 }
 
 int run_decrypt_mac_file(int, char** argv) {

@@ -47,8 +47,10 @@ bool read_words(int argc, char** argv, Request& request) {
 }
 
 bool is_refused_size(const Request& request, const char* node, Reason& reason) {
-    if (request.kind == DISK_PATH_USB) return false;
-    const uint64_t capacity = gigabytes_of(GetPartitionBlocks(node));
+    const uint64_t blocks = GetPartitionBlocks(node);
+    if (blocks == 0) reason.append("%s has no size in /proc/partitions", node);
+    if (blocks == 0 || request.kind == DISK_PATH_USB) return blocks == 0;
+    const uint64_t capacity = gigabytes_of(blocks);
     if (!layout_refuses(capacity, request.short_layout)) return false;
     reason.append("%s has %u GB, which the layout refuses behind its first steps", node,
                   static_cast<unsigned>(capacity));

@@ -20,14 +20,6 @@ constexpr int kEndingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGPIPE, SIGALRM, S
 // How many scopes hold signals back. Children that other threads start meanwhile ignore them as well.
 int holding = 0;
 
-sigset_t ending_signals() {
-    sigset_t set;
-    sigemptyset(&set);
-    for (int number : kEndingSignals)
-        sigaddset(&set, number);
-    return set;
-}
-
 // What a child is started with; made and given back in one place.
 struct SpawnPlan {
     posix_spawnattr_t attributes;
@@ -130,6 +122,14 @@ pid_t start_keeper(const char* command, Child& child, Descriptor& written) {
 }
 
 }  // namespace
+
+sigset_t ending_signals() {
+    sigset_t set;
+    sigemptyset(&set);
+    for (int number : kEndingSignals)
+        sigaddset(&set, number);
+    return set;
+}
 
 Child start_shell(const char* command, Output output) {
     Child child;

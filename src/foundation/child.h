@@ -27,6 +27,9 @@ enum class Output { kOfCaller, kRead };
 /// Waits for a child's end; its wait status, or -1 without one.
 int wait_for(Child& child);
 
+/// The signals that end or stop a process and do not report a fault of its own.
+sigset_t ending_signals();
+
 /// Holds back the signals that end a process, in this thread and in children that it starts, for as long as it lives:
 /// what was begun is finished. One that arrived meanwhile is taken at the end.
 struct HeldSignals {

@@ -19,7 +19,6 @@ using namespace quorvel;
 
 namespace {
 
-constexpr size_t kWriterPiece = 255;
 constexpr size_t kWriterText = 256;  // the temporary name, and the command that moves it into place
 constexpr int kDelete = 2;
 
@@ -127,6 +126,7 @@ int set_StringbyKeyExtend(const char* path, const char* key, const char* value, 
     Text<kWriterText> command("mv %s %s", ShellWord(temporary.c_str()).c_str(), ShellWord(path).c_str());
     if (command.cut) return fail(ENAMETOOLONG);
 
+    HeldSignals held;
     Descriptor locked = open_replacement(temporary);
     if (!locked) {
         report_open_failure(__func__, temporary.c_str());

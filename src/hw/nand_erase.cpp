@@ -100,6 +100,7 @@ int erase_mtd_by_name(const char* name) {
 }
 
 int LibQuorvelBin_NandErase(void) {
+    HeldSignals held;
     if (get_nand_boot() != 0 && clear_nand_boot() != 0) {
         puts("Warning! Disabling NandBoot failed!");
         return 3;

@@ -2,6 +2,7 @@
 #include <stdio.h>
 
 #include "command.h"
+#include "erasing_commands.h"
 #include "libquorvel_bin.h"
 
 namespace {
@@ -59,11 +60,6 @@ int run_on_device(int, char** argv) {
     return exit_status_of_result(Function(argv[2]));
 }
 
-int run_create_usb_partition(int argc, char** argv) {
-    return exit_status_of_result(
-        create_usb_partition(argv[2], argc > 3 ? argv[3] : nullptr, argc > 4 ? argv[4] : nullptr));
-}
-
 // clang-format off
 constexpr Command kCommands[] = {
     {"disk_signature",         "set|get DEVICE [OPTION]...",     "write (-r RAW_DEVICE -d IN_DEVICE -e yes|no) or print a disk's signature; set OVERWRITES the start of DEVICE", "0 also when DEVICE failed, 1 bad option or no eth0", 0, -1, run_disk_signature},
@@ -78,9 +74,9 @@ constexpr Command kCommands[] = {
     {"mounted",                "TEXT",                           "print 1 when a line of the mount table contains TEXT, else 0",            "0 yes, 1 no",                      1, 1, run_mounted},
     {"fsinfo",                 "MOUNTPOINT",                     "print type number, total and free bytes of a mounted file system",        "0 printed, 1 no such path",        1, 1, run_fsinfo},
     {"mount_test",             "DEVICE",                         "mount and unmount DEVICE at /tmp/mount_test",                             "0 always",                         1, 1, run_on_device<LibQuorvelBin_MountTest>},
-    {"create_partition",       "DEVICE",                         "ERASE an internal disk and lay it out anew",                              "0 done, 1 failed",                 1, 1, run_on_device<create_partition>},
-    {"create_short_partition", "DEVICE",                         "ERASE an internal disk and lay it out with 17 GB for system and data",    "0 done, 1 failed",                 1, 1, run_on_device<create_short_partition>},
-    {"create_usb_partition",   "DEVICE [FILESYSTEM [LABEL]]",    "ERASE a USB disk and make one partition; fat, vfat, xfs or ext3; label gpt or MBR", "0 done, 1 failed",       1, 3, run_create_usb_partition},
+    {"create_partition",       "[--force] [--dry-run] DEVICE", "ERASE an internal disk and lay it out anew",                                "0 done, 1 failed, 3 refused and nothing done", 1, 3, run_create_partition},
+    {"create_short_partition", "[--force] [--dry-run] DEVICE", "ERASE an internal disk and lay it out with 17 GB for system and data",      "0 done, 1 failed, 3 refused and nothing done", 1, 3, run_create_short_partition},
+    {"create_usb_partition",   "[--force] [--dry-run] DEVICE [FILESYSTEM [LABEL]]", "ERASE a USB disk and make one partition; fat, vfat, xfs or ext3; label gpt or MBR", "0 done, 1 failed, 3 refused and nothing done", 1, 5, run_create_usb_partition},
     {"test_usersize",          "DEVICE",                         "print the data size a disk would get",                                    "0 printed, 1 disk refused",        1, 1, run_on_device<test_usersize>},
 };
 // clang-format on

@@ -195,7 +195,44 @@ void print(const Listing& listing) {
     }
 }
 
+// The set in force is taken apart: the configured one is to be released, a built-in one is not.
+struct Tables {
+    struct disk_path* configured = nullptr;
+    struct disk_path* extension = nullptr;
+
+    explicit Tables(Listing& listing) {
+        from_cmdline = 0;  // the list is the answer, not its parts
+        listing.new_sysfs = LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1;
+        configured = get_DiskOrderConfig();
+        listing.sets[0] = configured != nullptr ? configured : LibQuorvelBin_GetPlatformDiskSet();
+        if (listing.sets[0] != nullptr) listing.sets[1] = extension = get_ExtSlotConfig();
+    }
+    ~Tables() {
+        disk_path_free(configured);
+        disk_path_free(extension);
+    }
+    Tables(const Tables&) = delete;
+    Tables& operator=(const Tables&) = delete;
+};
+
 }  // namespace
+
+int32_t name_disk(const char* device, char* name, size_t size) {
+    const int level = from_cmdline;
+    Listing listing;
+    Line line;
+    {
+        Tables tables(listing);
+        set_text(line.device, device);
+        describe(listing, line);
+        if (line.word == nullptr) line.kind = kUnnamed;
+        (void)snprintf(name, size, "%s", line.word != nullptr ? line.word : "-");
+        size_t length = strlen(name);
+        if (line.word != nullptr) (void)snprintf(name + length, size - length, "%d", line.number);
+    }
+    from_cmdline = level;
+    return line.kind;
+}
 
 int run_disks(int, char**) {
     DIR* blocks = opendir(kBlockDevices);
@@ -203,19 +240,12 @@ int run_disks(int, char**) {
         perror(kBlockDevices);
         return kExitNo;
     }
-    from_cmdline = 0;  // the list is the answer, not its parts
     Listing listing;
-    listing.new_sysfs = LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1;
-    // The set in force, taken apart: the configured one is to be released, a built-in one is not.
-    struct disk_path* configured = get_DiskOrderConfig();
-    listing.sets[0] = configured != nullptr ? configured : LibQuorvelBin_GetPlatformDiskSet();
-    if (listing.sets[0] != nullptr) listing.sets[1] = get_ExtSlotConfig();
+    Tables tables(listing);
     bool complete = add_disks(listing, blocks) && add_empty_bays(listing);
     if (complete) print(listing);
     if (!complete) perror("disks");
     free(listing.lines);
-    disk_path_free(configured);
-    disk_path_free(listing.sets[1]);
     (void)closedir(blocks);
     return complete ? kExitOk : kExitNo;
 }

@@ -14,7 +14,21 @@ int run_feature(int, char** argv) {
     return LibQuorvelBin_GetConfValByKey(argv[2]) == -1 ? kExitNo : kExitOk;
 }
 
+// The firmware's tools get key and value through a shell, unquoted, as their interface says.
+bool is_left_alone_by_a_shell(const char* text) {
+    for (; *text != '\0'; text++) {
+        unsigned char c = static_cast<unsigned char>(*text);
+        if (c <= ' ' || c == 0x7f || strchr("|&;<>()$`\\\"'*?[]#~{}!", c) != nullptr) return false;
+    }
+    return true;
+}
+
 int run_set_feature(int, char** argv) {
+    for (const char* text : {argv[2], argv[3]}) {
+        if (is_left_alone_by_a_shell(text)) continue;
+        fputs("set_feature: a shell would act on a character of KEY or VALUE; nothing was changed\n", stderr);
+        return kExitRefused;
+    }
     return exit_status_of_result(LibQuorvelBin_SetConfValInString(argv[2], argv[3]));
 }
 
@@ -72,7 +86,7 @@ int run_firminfo(int, char**) {
 // clang-format off
 constexpr Command kCommands[] = {
     {"feature",     "KEY",       "print a feature setting of the model",                "0 found, 1 missing", 1, 1, run_feature},
-    {"set_feature", "KEY VALUE", "change a feature setting through the firmware tools", "0 done, 1 no tool",  2, 2, run_set_feature},
+    {"set_feature", "KEY VALUE", "change a feature setting through the firmware tools", "0 done, 1 no tool, 3 refused", 2, 2, run_set_feature},
     {"username",    "UID",       "print the name of a user id",                         "0 found, 1 no such user, 2 no user id", 1, 1, run_username},
     {"tomorrow",    "",          "print the calendar day after today",                  "0 printed",          0, 0, run_tomorrow},
     {"day_after",   "YYYY-MM-DD", "print the calendar day after a given one",           "0 printed, 1 no such day", 1, 1, run_day_after},

@@ -4,6 +4,7 @@
 
 #include "command.h"
 #include "libquorvel_bin.h"
+#include "mac_file_commands.h"
 
 namespace {
 
@@ -75,14 +76,6 @@ int run_setip(int, char** argv) {
         return kExitUsage;
     }
     return exit_status_of_result(Netdev_SetIpAddr(argv[2], address, netmask));
-}
-
-int run_encrypt_mac_file(int, char** argv) {
-    return exit_status_of_result(LibQuorvelBin_SetEncryptionMacAddressNicFile(argv[2], argv[3]));
-}
-
-int run_decrypt_mac_file(int, char** argv) {
-    return exit_status_of_result(LibQuorvelBin_RecoveryEncryptionMacAddressNicFile(argv[2], argv[3]));
 }
 
 // clang-format off

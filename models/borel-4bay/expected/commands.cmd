@@ -60,8 +60,8 @@ libquorvel_bin mounted /mnt/array1
 libquorvel_bin fsinfo /none
 libquorvel_bin mount_test /dev/sdz 2>/dev/null
 libquorvel_bin create_partition sdz
-libquorvel_bin create_short_partition sdz
-libquorvel_bin create_usb_partition sdz xfs gpt
+libquorvel_bin create_short_partition --force sdz
+libquorvel_bin create_usb_partition --dry-run --force 'sd z' xfs gpt
 libquorvel_bin test_usersize sda
 libquorvel_bin md diskinfo disk1
 libquorvel_bin config

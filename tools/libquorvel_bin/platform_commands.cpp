@@ -16,9 +16,10 @@ int run_platform(int, char** argv) {
 
 int run_series(int, char** argv) {
     char name[32];
-    if (LibQuorvelBin_GetSeriesName(name, sizeof name) == nullptr)
+    if (LibQuorvelBin_GetSeriesName(name, sizeof name) == nullptr) {
         return no_answer(argv[1], nullptr,
                          reason_of_file("/etc/nas_feature", "SERIES_NAME is not set in /etc/nas_feature"));
+    }
     puts(name);
     return kExitOk;
 }

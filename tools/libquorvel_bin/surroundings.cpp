@@ -76,6 +76,7 @@ void put_signals_right() {
 
 char* executed_name() {
     static char unknown[] = "";
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel hands pointers over as numbers
     char* path = reinterpret_cast<char*>(getauxval(AT_EXECFN));
     if (path == nullptr) return unknown;
     char* slash = strrchr(path, '/');

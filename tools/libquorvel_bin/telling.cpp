@@ -41,7 +41,7 @@ unsigned letters_between(std::string_view one, std::string_view other) {
     constexpr size_t kLongest = 31;
     if (one.size() > kLongest || other.size() > kLongest) return kLongest;
     // Row by row: the costs from each beginning of one word to the beginnings of the other.
-    unsigned costs[kLongest + 1];
+    unsigned costs[kLongest + 1] = {};
     for (size_t i = 0; i <= other.size(); i++)
         costs[i] = static_cast<unsigned>(i);
     for (size_t row = 0; row < one.size(); row++) {

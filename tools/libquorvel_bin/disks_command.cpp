@@ -15,6 +15,7 @@
 #include "disk/slot_match.h"
 #include "libquorvel_bin.h"
 #include "naming_commands.h"
+#include "telling.h"
 
 namespace {
 
@@ -144,10 +145,15 @@ bool add_bay(Listing& listing, const struct disk_path& row) {
     return line != nullptr;
 }
 
+// A row of an extension card may have neither a slot nor a place that a disk could be in.
+bool is_bay(const struct disk_path& row) {
+    return row.type == DISK_PATH_INTERNAL && row.path != nullptr && row.slot > 0;
+}
+
 bool add_empty_bays(Listing& listing) {
     for (const struct disk_path* row : listing.sets) {
         for (; row != nullptr && row->type != DISK_PATH_END; row++) {
-            if (row->type == DISK_PATH_INTERNAL && !add_bay(listing, *row)) return false;
+            if (is_bay(*row) && !add_bay(listing, *row)) return false;
         }
     }
     int bays = listing.sets[0] == nullptr ? LibQuorvelBin_GetMaxDiskNum() : 0;

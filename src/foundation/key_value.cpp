@@ -46,11 +46,6 @@ bool next_long_line(LineReader& reader, char* line, size_t limit) {
 
 }  // namespace
 
-bool is_possible_key(std::string_view key) {
-    return !key.starts_with('#') &&
-           std::none_of(key.begin(), key.end(), [](char c) { return c == '=' || is_blank_character(c); });
-}
-
 bool is_setting_of(std::string_view piece, std::string_view key, std::string_view& value) {
     piece = without_leading_blanks(piece);
     if (piece.size() <= key.size()) return false;

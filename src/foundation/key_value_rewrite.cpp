@@ -18,7 +18,6 @@ using namespace quorvel;
 
 namespace {
 
-constexpr size_t kWriterPiece = 255;
 constexpr size_t kWriterText = 256;  // the temporary name, and the command that moves it into place
 constexpr int kDelete = 2;
 

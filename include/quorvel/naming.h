@@ -84,13 +84,12 @@ QUORVEL_API struct disk_path* get_DiskOrderConfig(void);
  * LINE=KEY=VALUE"), or memory is short. */
 QUORVEL_API struct disk_path* get_ExtSlotConfig(void);
 
-/** The disk set in force: the one of /etc/diskpath.conf, or else the platform's built-in one. A
- * result that is none of the three built-in sets belongs to the caller, who releases it with
- * disk_path_free.
- * @return the set, or null on a platform without one. */
+/** The disk set in force: the one of /etc/diskpath.conf, or else the platform's built-in one.
+ * @return the set, which the caller hands to disk_path_free; or null (EOPNOTSUPP) on a platform without one. */
 QUORVEL_API const struct disk_path* LibQuorvelBin_GetPlatformDiskSet(void);
 
-/** Releases a set read from a file, with its texts; nothing for null. Never for a built-in set. */
+/** Releases a set read from a file, with its texts; does nothing for null and for a built-in set: always pass the
+ * result of the functions above. */
 QUORVEL_API void disk_path_free(const struct disk_path* set);
 
 /** Prints a set on standard output in the syntax of /etc/diskpath.conf: the last word of its
@@ -145,6 +144,27 @@ QUORVEL_API int LibQuorvelBin_GetScsiIDFromDiskname(const char* name, char* dst,
  * 20 and so on read as -1. An empty serial number occurs nowhere.
  * @return the bus, or -1. Traces every line above debug level 9. */
 QUORVEL_API int get_bus_number_from_udevid(const char* udev_id);
+
+/* ---- All disks and bays ---- */
+
+/** A disk of the machine, or an empty bay. Texts are empty where there is none. */
+struct disk_entry {
+    char device[32];  /**< kernel name ("sda"); empty for a bay without a disk */
+    char name[96];    /**< logical name ("disk3"); empty for a disk without one */
+    char address[48]; /**< SCSI address of its row in the slot table, or else in its link */
+    int32_t kind;     /**< DISK_PATH_INTERNAL, _USB or _BOOT; DISK_PATH_END for a disk without a name */
+    int32_t slot;     /**< number of its bay, port or boot disk, from 1; 0 without a name */
+};
+
+/** Shows all disks below /sys/block (sd..., nvmeCnN) and all bays: internal ones by slot, then USB disks, boot disks
+ * and disks without a name. Bays are the internal slots of the disk set in force and of /etc/extslot.conf (its rows
+ * without path or slot are none), or, without a set, as many as feature MAX_DISK_NUM says, 99 at most. Names are those
+ * of LibQuorvelBin_GetDisknameFromDevname, from one reading of tables and links; a disk about which a row never lets
+ * that function decide has none. Prints nothing, whatever from_cmdline and dump_config say; debug traces print.
+ * @param visit    called for each; any result but 0 ends the walk
+ * @param context  handed to visit
+ * @return how many entries were shown; or -1, with none shown, when /sys/block cannot be opened or memory is short. */
+QUORVEL_API int LibQuorvelBin_WalkDisks(int (*visit)(const struct disk_entry* disk, void* context), void* context);
 
 /* ---- Presence, power, LVM and spool ----
  *

@@ -1,5 +1,7 @@
 #include "disk/device_table.h"
 
+#include <errno.h>
+
 #include <charconv>
 
 #include "disk/slot_match.h"
@@ -52,14 +54,6 @@ bool holds_link(const struct disk_path& row, const BlockLink& link) {
            (row.type != DISK_PATH_USB || fit_of_usb_port(row, behind, link.text) == Fit::kYes);
 }
 
-// "nvme0n1"; not "nvme0c0n1", a path to a disk with several.
-bool is_nvme_disk(const char* entry) {
-    if (!starts_with(entry, "nvme")) return false;
-    const char* rest = entry + strlen("nvme");
-    rest += strspn(rest, "0123456789");
-    return *rest == 'n' && is_all_digits(rest + 1);
-}
-
 bool has_nvme_row(const struct disk_path* set, const WantedDisk& disk) {
     while (set->type != DISK_PATH_END && !(is_nvme_place(*set) && names_disk(*set, disk)))
         set++;
@@ -73,33 +67,40 @@ int row_of_link(const struct disk_path* set, int first, int limit, const WantedD
     return first;
 }
 
+// Whether an entry of /sys/block is looked at; `nvme` then tells whether it is an NVMe disk.
+bool is_candidate(const char* entry, bool with_nvme, bool& nvme) {
+    nvme = with_nvme && is_nvme_disk(entry);
+    return entry[0] != '.' && (nvme || contains(entry, "sd"));
+}
+
 }  // namespace
 
 // Rows are tried in turn, each on all links; one pass over the links answers for all rows, because only a link that an
 // earlier row holds can take the place of one found before.
-int find_device(const struct disk_path* set, const char* disk, char (&device)[256]) {
+FoundDevice find_device(const struct disk_path* set, const char* disk) {
     std::optional<int> number = number_after(disk, "disk");
-    if (!number) return -1;
+    if (!number) return {EINVAL, {}};
     WantedDisk wanted = {disk, type_of_name(disk), *number};
     int first = 0;
     while (set[first].type != DISK_PATH_END && !names_disk(set[first], wanted))
         first++;
     int found = index_of_end(set);
-    if (first == found) return found;
+    if (first == found) return {ENXIO, {}};
 
     Directory blocks = open_directory(files::kBlockDevices);
-    if (!blocks) return -1;
+    if (!blocks) return {errno, {}};
+    FoundDevice device = {ENODEV, {}};
     bool with_nvme = has_nvme_row(set + first, wanted);
     while (const struct dirent* entry = found == first ? nullptr : readdir(blocks.get())) {
-        bool nvme = with_nvme && is_nvme_disk(entry->d_name);
-        if (entry->d_name[0] == '.' || !(nvme || contains(entry->d_name, "sd"))) continue;
-        char link[4096];
-        if (!read_link(Text<512>("%s/%s", files::kBlockDevices, entry->d_name).c_str(), link, sizeof link)) return -1;
+        bool nvme;
+        if (!is_candidate(entry->d_name, with_nvme, nvme)) continue;
+        char link[kLinkSize];
+        if (!read_link(Text<512>("%s/%s", files::kBlockDevices, entry->d_name), link, sizeof link)) return {errno, {}};
         int row = row_of_link(set, first, found, wanted, {link, nvme});
-        if (row < found) copy_text(device, sizeof device, entry->d_name);
+        if (row < found) device = {0, EntryName("%s", entry->d_name)};
         found = row;
     }
-    return found;
+    return device;
 }
 
 }  // namespace quorvel

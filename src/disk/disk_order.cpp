@@ -1,6 +1,7 @@
 // /etc/diskpath.conf: a whole slot table for this machine.
 #include "disk/slot_lines.h"
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "quorvel/naming.h"
@@ -8,15 +9,14 @@
 using namespace quorvel;
 
 struct disk_path* get_DiskOrderConfig(void) {
-    Descriptor file = open_for_reading(files::kDiskOrder);
-    if (!file) return nullptr;
+    LineFile lines(open_for_reading(files::kDiskOrder), kSlotFilePiece);
+    if (!lines) return nullptr;
     DiskOrder order;
-    LineReader reader(file.number, kSlotFilePiece);
-    char line[kSlotFilePiece + 1];
-    while (next_line(reader, line, sizeof line)) {
+    for (char* line : lines) {
         char *key, *value;
         if (!split_setting(line, key, value)) continue;
-        if (take_disk_order_setting(order, key, value) != SlotFault::kNone) return nullptr;
+        SlotFault fault = take_disk_order_setting(order, key, value);
+        if (fault != SlotFault::kNone) return fail_null(reason_of(fault));
     }
     return order.table.release();
 }

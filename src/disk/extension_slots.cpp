@@ -2,10 +2,11 @@
 #include <stdio.h>
 
 #include "disk/slot_lines.h"
+#include "disk/slot_table.h"
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
-#include "quorvel/naming.h"
 
 using namespace quorvel;
 
@@ -33,22 +34,29 @@ void dump_file(const ExtensionFile& file) {
         dump_row(file.table.rows[i], file.extension_slots.get()[i]);
 }
 
+struct disk_path* read_extension_slots(bool may_print) {
+    LineFile lines(open_for_reading(files::kExtensionSlots), kSlotFilePiece);
+    if (!lines) return nullptr;
+    ExtensionFile file;
+    file.card = find_card();
+    for (char* line : lines) {
+        char *key, *value;
+        if (take_section(file, line) || !split_setting(line, key, value)) continue;
+        SlotFault fault = take_extension_setting(file, key, value);
+        if (fault == SlotFault::kNone) continue;
+        if (may_print && file.dump) printf("%s parse error LINE=%s=%s\n", files::kExtensionSlots, key, value);
+        return fail_null(reason_of(fault));
+    }
+    if (may_print && file.dump && file.table.count > 0) dump_file(file);
+    return file.table.release();
+}
+
 }  // namespace
 
 struct disk_path* get_ExtSlotConfig(void) {
-    Descriptor opened = open_for_reading(files::kExtensionSlots);
-    if (!opened) return nullptr;
-    ExtensionFile file;
-    file.card = find_card();
-    LineReader reader(opened.number, kSlotFilePiece);
-    char line[kSlotFilePiece + 1];
-    while (next_line(reader, line, sizeof line)) {
-        char *key, *value;
-        if (take_section(file, line) || !split_setting(line, key, value)) continue;
-        if (take_extension_setting(file, key, value) == SlotFault::kNone) continue;
-        if (file.dump) printf("%s parse error LINE=%s=%s\n", files::kExtensionSlots, key, value);
-        return nullptr;
-    }
-    if (file.dump && file.table.count > 0) dump_file(file);
-    return file.table.release();
+    return read_extension_slots(true);
+}
+
+DiskSet quorvel::extension_slots() {
+    return DiskSet(read_extension_slots(false));
 }

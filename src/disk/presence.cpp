@@ -6,6 +6,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
+#include "foundation/numbers.h"
 #include "foundation/shell.h"
 #include "foundation/trace.h"
 #include "quorvel/naming.h"

@@ -1,7 +1,10 @@
 #include "disk/slot_file.h"
 
+#include <errno.h>
 #include <stdlib.h>
 #include <string.h>
+
+#include <utility>
 
 #include "foundation/numbers.h"
 #include "foundation/text.h"
@@ -66,9 +69,12 @@ struct disk_path* SlotTableBuilder::add() {
 }
 
 struct disk_path* SlotTableBuilder::release() {
-    struct disk_path* table = rows;
-    rows = nullptr;
-    return table;
+    if (rows == nullptr) errno = ENODATA;
+    return std::exchange(rows, nullptr);
+}
+
+int reason_of(SlotFault fault) {
+    return fault == SlotFault::kMemory ? ENOMEM : EBADMSG;
 }
 
 SlotFault fill_row(struct disk_path& row, int32_t type, const SlotTexts& texts, const char* word) {

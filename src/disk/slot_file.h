@@ -41,7 +41,7 @@ struct SlotTableBuilder {
 
     /// A new zeroed row in front of END, or null when memory is short.
     struct disk_path* add();
-    /// Hands the table over: null when nothing was added.
+    /// Hands the table over: null, and ENODATA, when nothing was added.
     struct disk_path* release();
 };
 
@@ -52,6 +52,9 @@ struct SlotTexts {
 
 /// What makes a line a bad one. A reader that meets one gives the whole table up.
 enum class SlotFault { kNone, kSlot, kPath, kAddress, kPort, kExtensionSlot, kMemory };
+
+/// The reason as errno has it.
+int reason_of(SlotFault fault);
 
 /// Fills a row of a kind. An empty word is none.
 SlotFault fill_row(struct disk_path& row, int32_t type, const SlotTexts& texts, const char* word);

@@ -19,8 +19,21 @@ std::string dumped(struct disk_path* set) {
     return text;
 }
 
+// A disk or bay; the context is how many are wanted.
+int show(const struct disk_entry* disk, void* wanted) {
+    printf("%s,%s,%s,%d,%d ", disk->device, disk->name, disk->address, disk->kind, disk->slot);
+    return --*static_cast<int*>(wanted) == 0 ? 7 : 0;
+}
+
+Answer walk(int wanted) {
+    int result = 0;
+    std::string printed = printed_by([&] { result = LibQuorvelBin_WalkDisks(show, &wanted); });
+    return {result, printed};
+}
+
 Answer ask(const Words& words) {
     const std::string what = words[0], name = words.size() > 1 ? words[1] : "";
+    if (what == "walk") return walk(std::stoi(name));
     if (what == "connected") return {LibQuorvelBin_IsConnectedDisk(std::stoi(name)), ""};
     if (what == "powered") return {LibQuorvelBin_IsPowerSupplyedDisk(std::stoi(name)), ""};
     if (what == "volume") return {LibQuorvelBin_IsLvmVolume(name.c_str()), ""};
@@ -54,8 +67,8 @@ TEST_F(Naming, AnswersAsTheMachineIs) {
     };
     for (const std::string scenario :
          {"naming-old-layout", "naming-unknown", "naming-unreadable", "naming-answers", "naming-words", "naming-nvme",
-          "naming-extension", "extension-cards", "extension-dumps", "presence", "scsi-names", "volume-groups",
-          "available-disks", "spool-directory"}) {
+          "naming-extension", "extension-cards", "extension-dumps", "disk-walk", "presence", "scsi-names",
+          "volume-groups", "available-disks", "spool-directory"}) {
         SetUp();
         play("disk/expected/" + scenario, ask, marks);
     }

@@ -6,11 +6,9 @@
 
 #include <algorithm>
 
-#include "foundation/appliance_files.h"
-#include "foundation/files.h"
-#include "foundation/line_reader.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
+#include "platform/pci_devices.h"
 
 namespace quorvel {
 
@@ -109,17 +107,15 @@ SlotFault take_disk_order_setting(DiskOrder& order, const char* key, const char*
 
 Card find_card() {
     constexpr size_t kPiece = 59;
-    constexpr size_t kIdPlace = 5;
+    static constexpr size_t kIdPlace = 5;
     Card card;
-    Descriptor list = open_for_reading(files::kPciDevices);
-    if (!list) return card;
-    LineReader reader(list.number, kPiece);
-    for (std::string_view piece; !(piece = next_piece(reader)).empty();) {
+    walk_pci_list(kPiece, [&card](std::string_view piece) {
         piece.remove_prefix(std::min(piece.size(), kIdPlace));
         for (const KnownCard& known : kKnownCards) {
             if (piece.starts_with(known.id)) card = {known.vendor, known.device, true};
         }
-    }
+        return false;  // the last one counts
+    });
     return card;
 }
 

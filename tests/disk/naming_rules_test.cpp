@@ -42,6 +42,13 @@ TEST_F(NamingRules, NamesArmadaDisksByTheirRecord) {
     record_disk(2, "01");
     EXPECT_EQ(diskname("sda"), "usbdisk2");
     EXPECT_EQ(diskname("sdb"), "none") << "a link too short for a number";
+    debug = 10;
+    EXPECT_NE(printed_by([] { devname("usbdisk02x"); }).find(">p = /dev/usbdisk[02x] \n"), std::string::npos);
+    debug = 0;
+    rename("/var/tmp/devlink", "/var/tmp/others");
+    make_link("/var/tmp/devlink", "others");
+    EXPECT_EQ(diskname("sda"), "none") << "a link that anybody can set";
+    remove_tree("/var/tmp/devlink");
     record_disk(2, "10");
     EXPECT_EQ(diskname("sda"), "none") << "not attached";
     write_file("/etc/tevra/diskinfo", "usb_disk2=\n");

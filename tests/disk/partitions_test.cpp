@@ -46,7 +46,7 @@ TEST_F(Partitions, TypesAreThoseOfTheExactMountPoint) {
     char type[9] = "";
     EXPECT_TRUE(LibQuorvelBin_GetFsType(type, sizeof type, "/mnt/disk1") == -1 && IsMounted("sdd") == 0);
     write_file("/proc/mounts", "rootfs / rootfs rw 0 0\n/dev/sdb10 /mnt/disk10 xfs rw 0 0\n/dev/sdd /mnt/disk1 ext4 rw 0 0\n"
-               "/dev/sde /mnt/disk1 xfs rw 0 0\n/dev/sdf /mnt/usbdisk2 vfat rw,codepage=437 0 0" + std::string(8100, ' ') + "/dev/far");
+               "/dev/sde /mnt/disk1 xfs rw 0 0\n/dev/sdf /mnt/usbdisk2 vfat rw,codepage=437 0 0" + std::string(8190, ' ') + "/dev/far");
     from_cmdline = 1;
     for (const auto& [mount_point, size, result, expected, printed] : cases) {
         strcpy(type, "???");

@@ -1,3 +1,5 @@
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -70,12 +72,12 @@ TEST_F(Signature, LoaderReadsLittleEndianNumbersAndWholeRecordsOnly) {
     ASSERT_EQ(0, LibQuorvelBin_LoadDiskSignature("/dev/disk1", &loaded));
     EXPECT_TRUE(loaded.sig_ver.major == 0x102 && loaded.sig_ver.minor == 7 && loaded.hdr_len == 0x1020304);
     EXPECT_TRUE(run(DiskSignature, "any /dev/disk1").starts_with("version         258.07\nhdr_len         16909060\nraw_device_name AB??EFGH\n"));
-    int ends[2];
-    ASSERT_EQ(0, pipe(ends));
-    ASSERT_EQ(84, write(ends[1], record.data(), record.size()));
-    EXPECT_EQ(0, LibQuorvelBin_LoadDiskSignature(("/realproc/self/fd/" + std::to_string(ends[0])).c_str(), &loaded));
+    ASSERT_EQ(0, mkfifo("/dev/pipe", 0600));
+    const int pipe = open("/dev/pipe", O_RDWR);
+    ASSERT_EQ(84, write(pipe, record.data(), record.size()));
+    EXPECT_EQ(0, LibQuorvelBin_LoadDiskSignature("/dev/pipe", &loaded));
     EXPECT_EQ(1u, loaded.sig_ver.major);
-    close(ends[0]), close(ends[1]);
+    close(pipe);
     for (const char* path : {"/dev/short", "/dev/none"})
         EXPECT_EQ(-1, LibQuorvelBin_LoadDiskSignature(path, &loaded));
     EXPECT_STREQ("02:0a:bb:0c:dd:ee", loaded.mac_address);

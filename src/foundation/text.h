@@ -42,6 +42,11 @@ struct Text {
     const char* c_str() const { return chars; }
 };
 
+template <size_t Size>
+std::string_view view(const Text<Size>& text) {
+    return {text.chars, text.length};
+}
+
 /// A text that is all there: what opens, looks at or runs something takes one, since a part of a path or of a command
 /// line would be another one. Null for a text that had to be cut.
 struct WholeText {

@@ -3,11 +3,11 @@
 #include <string.h>
 
 #include <algorithm>
+#include <span>
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/numbers.h"
-#include "foundation/text.h"
 
 namespace quorvel {
 
@@ -15,96 +15,85 @@ namespace {
 
 constexpr size_t kSessionPiece = 1023;
 
-std::string_view up_to(char end, std::string_view text) {
-    const void* found = memchr(text.data(), end, text.size());
-    return {text.data(), found != nullptr ? static_cast<const char*>(found) : text.end()};
+// In the order in which a line is searched for them.
+struct KindWord {
+    std::string_view word;
+    SessionKind kind;
+};
+constexpr KindWord kKindWords[] = {
+    {"tid:", SessionKind::kTarget    },
+    {"sid:", SessionKind::kSession   },
+    {"cid:", SessionKind::kConnection},
+};
+
+SessionKind kind_of(const char* text) {
+    const char* first = text + strspn(text, " \t");
+    for (const KindWord& row : kKindWords) {
+        if (starts_with(first, row.word)) return row.kind;
+    }
+    for (const KindWord& row : kKindWords) {
+        if (contains(first, row.word.data())) return row.kind;
+    }
+    return SessionKind::kNone;
 }
 
-void skip_all(char c, std::string_view& rest) {
-    while (rest.starts_with(c))
-        rest.remove_prefix(1);
+void split_line(SessionLine& line) {
+    const char* start = line.text;
+    for (std::string_view& field : line.fields) {
+        while (*start == ':')
+            start++;
+        const char* end = strchrnul(start, ':');
+        field = {start, end};
+        start = end;
+    }
 }
 
-// Fields that follow each other, joined; empty when one is missing or the name does not fit. They
-// stand joined in the line already, unless a separator is repeated there.
-std::string_view join_name(std::span<const std::string_view> fields, std::span<char> buffer) {
-    size_t length = fields.size() - 1;
+// Fields that follow each other, joined; empty when one is missing or the name does not fit.
+template <typename Name>
+Name joined(std::span<const std::string_view> fields) {
+    Name name;
     for (std::string_view field : fields) {
-        if (field.empty()) return "";
-        length += field.size();
+        if (field.empty()) return Name();
+        if (name.length != 0) name.add(":");
+        name.add(field);
     }
-    if (length >= buffer.size()) return "";
-    if (fields.front().data() + length == fields.back().data() + fields.back().size())
-        return {fields.front().data(), length};
-    char* end = buffer.data();
-    for (std::string_view field : fields) {
-        if (end != buffer.data()) *end++ = ':';
-        end = std::copy(field.begin(), field.end(), end);
-    }
-    return {buffer.data(), length};
-}
-
-// "tid:" anywhere makes a target line, whatever else is there; "sid:" goes before "cid:".
-SessionKind kind_at_colon(SessionKind kind, const char* begin, const char* colon) {
-    if (colon - begin < 3 || colon[-1] != 'd' || colon[-2] != 'i') return kind;
-    if (colon[-3] == 't' || kind == SessionKind::kTarget) return SessionKind::kTarget;
-    if (colon[-3] == 's' || kind == SessionKind::kSession) return SessionKind::kSession;
-    return colon[-3] == 'c' ? SessionKind::kConnection : kind;
-}
-
-void split_line(std::string_view text, SessionLine& line) {
-    line.kind = SessionKind::kNone;
-    line.text = text;
-    auto field = line.fields.begin();
-    for (const char* start = text.begin();;) {
-        const void* found = memchr(start, ':', static_cast<size_t>(text.end() - start));
-        const char* colon = found != nullptr ? static_cast<const char*>(found) : text.end();
-        if (colon != start && field != line.fields.end()) *field++ = {start, colon};
-        if (found == nullptr) break;
-        line.kind = kind_at_colon(line.kind, text.begin(), colon);
-        start = colon + 1;
-    }
-    std::fill(field, line.fields.end(), std::string_view(""));
+    return name.cut ? Name() : name;
 }
 
 }  // namespace
 
-SessionFile::SessionFile() : file(open_for_reading(files::kIscsiSessions)), lines(file.number, kSessionPiece) {}
+LineFile open_session_file() {
+    return LineFile(open_for_reading(files::kIscsiSessions), kSessionPiece);
+}
 
-bool next_session_line(SessionFile& sessions, SessionLine& line) {
-    do {
-        std::string_view text = next_piece(sessions.lines);
-        if (text.empty()) return false;
-        if (text.ends_with('\n')) text.remove_suffix(1);
-        split_line(text, line);
-    } while (line.kind == SessionKind::kNone);
-    return true;
+SessionLine session_line(char* text) {
+    cut_at_line_feed(text);
+    SessionLine line;
+    line.text = text;
+    line.kind = kind_of(text);
+    if (line.kind != SessionKind::kNone) split_line(line);
+    return line;
 }
 
 std::string_view number_text(const SessionLine& line) {
-    std::string_view word = line.text;
-    skip_all(' ', word);
-    word = up_to(' ', word);
-    skip_all(':', word);
-    word.remove_prefix(std::min(word.find(':'), word.size()));
-    skip_all(':', word);
-    return up_to(':', word);
+    const char* word = line.text + strspn(line.text, " ");
+    word += strspn(word, ":");
+    word += strcspn(word, ": ");
+    word += strspn(word, ":");
+    return {word, strcspn(word, ": ")};
 }
 
 int target_number(const SessionLine& line) {
     std::string_view text = number_text(line);
-    if (text.empty() || !is_digit(text[0])) return -1;
-    char digits[24];
-    copy_text(digits, sizeof digits, text);
-    return leading_int(digits);
+    return !text.empty() && is_digit(text[0]) ? leading_int(text.data()) : -1;
 }
 
-std::string_view target_name(const SessionLine& line, std::span<char, kTargetName> buffer) {
-    return join_name(std::span(line.fields).last(3), buffer);
+TargetName target_name(const SessionLine& line) {
+    return joined<TargetName>(std::span(line.fields).last(3));
 }
 
-std::string_view initiator_name(const SessionLine& line, std::span<char, kInitiatorName> buffer) {
-    return join_name(std::span(line.fields).subspan(2, 2), buffer);
+InitiatorName initiator_name(const SessionLine& line) {
+    return joined<InitiatorName>(std::span(line.fields).subspan(2, 2));
 }
 
 std::string_view short_target_name(const SessionLine& line) {
@@ -112,7 +101,8 @@ std::string_view short_target_name(const SessionLine& line) {
 }
 
 std::string_view initiator_address(const SessionLine& line) {
-    return up_to(' ', line.fields[2]);
+    std::string_view field = line.fields[2];
+    return field.substr(0, field.find(' '));
 }
 
 }  // namespace quorvel

@@ -15,36 +15,48 @@ namespace {
 
 constexpr size_t kSessionPiece = 1023;
 
-// In the order in which a line is searched for them.
+// In the order in which a line is searched for them, with how many of its fields are of use.
 struct KindWord {
     std::string_view word;
     SessionKind kind;
+    size_t fields;
 };
 constexpr KindWord kKindWords[] = {
-    {"tid:", SessionKind::kTarget    },
-    {"sid:", SessionKind::kSession   },
-    {"cid:", SessionKind::kConnection},
+    {"tid:", SessionKind::kTarget,     5},
+    {"sid:", SessionKind::kSession,    4},
+    {"cid:", SessionKind::kConnection, 3},
 };
 
-SessionKind kind_of(const char* text) {
-    const char* first = text + strspn(text, " \t");
+constexpr KindWord kNoKind = {"", SessionKind::kNone, 0};
+
+const KindWord& kind_of(std::string_view line) {
+    while (line.starts_with(' ') || line.starts_with('\t'))
+        line.remove_prefix(1);
     for (const KindWord& row : kKindWords) {
-        if (starts_with(first, row.word)) return row.kind;
+        if (line.starts_with(row.word)) return row;
     }
     for (const KindWord& row : kKindWords) {
-        if (contains(first, row.word.data())) return row.kind;
+        if (line.find(row.word) != line.npos) return row;
     }
-    return SessionKind::kNone;
+    return kNoKind;
 }
 
-void split_line(SessionLine& line) {
-    const char* start = line.text;
-    for (std::string_view& field : line.fields) {
-        while (*start == ':')
-            start++;
-        const char* end = strchrnul(start, ':');
-        field = {start, end};
-        start = end;
+void skip_all(char c, std::string_view& rest) {
+    while (rest.starts_with(c))
+        rest.remove_prefix(1);
+}
+
+std::string_view up_to(char end, std::string_view text) {
+    const void* found = memchr(text.data(), end, text.size());
+    return {text.data(), found != nullptr ? static_cast<const char*>(found) : text.end()};
+}
+
+void split_line(SessionLine& line, size_t fields) {
+    std::string_view rest = line.text;
+    for (std::string_view& field : std::span(line.fields).first(fields)) {
+        skip_all(':', rest);
+        field = up_to(':', rest);
+        rest.remove_prefix(field.size());
     }
 }
 
@@ -66,26 +78,30 @@ LineFile open_session_file() {
     return LineFile(open_for_reading(files::kIscsiSessions), kSessionPiece);
 }
 
-SessionLine session_line(char* text) {
-    cut_at_line_feed(text);
-    SessionLine line;
-    line.text = text;
-    line.kind = kind_of(text);
-    if (line.kind != SessionKind::kNone) split_line(line);
-    return line;
+std::optional<SessionLine> next_session_line(LineFile& sessions) {
+    for (std::string_view text; !(text = next_piece(sessions.reader)).empty();) {
+        if (text.ends_with('\n')) text.remove_suffix(1);
+        const KindWord& kind = kind_of(text);
+        if (kind.kind == SessionKind::kNone) continue;
+        SessionLine line = {kind.kind, text, {}};
+        split_line(line, kind.fields);
+        return line;
+    }
+    return {};
 }
 
 std::string_view number_text(const SessionLine& line) {
-    const char* word = line.text + strspn(line.text, " ");
-    word += strspn(word, ":");
-    word += strcspn(word, ": ");
-    word += strspn(word, ":");
-    return {word, strcspn(word, ": ")};
+    std::string_view word = line.text;
+    skip_all(' ', word);
+    const char* end = up_to(' ', word).end();
+    std::string_view field = line.fields[1];
+    return field.begin() < end ? std::string_view(field.begin(), std::min(field.end(), end)) : "";
 }
 
 int target_number(const SessionLine& line) {
-    std::string_view text = number_text(line);
-    return !text.empty() && is_digit(text[0]) ? leading_int(text.data()) : -1;
+    Text<kSessionPiece + 1> digits;
+    digits.add(number_text(line));
+    return is_digit(digits.chars[0]) ? leading_int(digits.c_str()) : -1;
 }
 
 TargetName target_name(const SessionLine& line) {
@@ -101,8 +117,7 @@ std::string_view short_target_name(const SessionLine& line) {
 }
 
 std::string_view initiator_address(const SessionLine& line) {
-    std::string_view field = line.fields[2];
-    return field.substr(0, field.find(' '));
+    return up_to(' ', line.fields[2]);
 }
 
 }  // namespace quorvel

@@ -12,6 +12,7 @@
 #include <stddef.h>
 
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "foundation/line_reader.h"
@@ -24,15 +25,15 @@ enum class SessionKind { kNone, kTarget, kSession, kConnection };
 /// A line's kind and its first fields; a field is empty only when there is none. It is valid as long as the line is.
 struct SessionLine {
     SessionKind kind = SessionKind::kNone;
-    const char* text = "";
+    std::string_view text;  // without its line feed
     std::array<std::string_view, 5> fields;
 };
 
 /// The session file; without lines when it could not be opened.
 [[nodiscard]] LineFile open_session_file();
 
-/// Takes a line apart, the fields only of a target, session or connection. Its line feed is cut off.
-[[nodiscard]] SessionLine session_line(char* text);
+/// The next target, session or connection line; none at the end.
+[[nodiscard]] std::optional<SessionLine> next_session_line(LineFile& sessions);
 
 /// Field 2 of a target or session line's first word: its tid or sid. Empty when there is none.
 [[nodiscard]] std::string_view number_text(const SessionLine& line);
@@ -40,7 +41,7 @@ struct SessionLine {
 /// A target line's tid as a number; -1 when it does not begin with a digit.
 [[nodiscard]] int target_number(const SessionLine& line);
 
-/// Names, with room for the longest of each and its terminator.
+/// Room for the longest name of each kind and its terminator.
 using TargetName = Text<128>;
 using InitiatorName = Text<127>;
 

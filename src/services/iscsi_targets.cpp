@@ -11,9 +11,8 @@ namespace {
 template <typename Look>
 void for_each_target(Look look) {
     LineFile sessions = open_session_file();
-    for (char* text : sessions) {
-        SessionLine line = session_line(text);
-        if (line.kind == SessionKind::kTarget) look(line);
+    while (std::optional<SessionLine> line = next_session_line(sessions)) {
+        if (line->kind == SessionKind::kTarget) look(*line);
     }
 }
 

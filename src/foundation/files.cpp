@@ -39,6 +39,7 @@ Descriptor open_for_reading(WholeText path) {
 
 Descriptor open_for_reading(WholeText path, mode_t& type) {
     struct stat status;
+    if (path.text == nullptr) errno = ENAMETOOLONG;
     type = path.text != nullptr && stat(path.text, &status) == 0 ? type_of(status) : 0;
     if (type != S_IFREG && type != S_IFDIR) return Descriptor();
     Descriptor file = open_path(path, kReadFlags);

@@ -135,6 +135,7 @@ TEST_F(FirewallTest, ChoosesItsPortsFile) {
 TEST_F(FirewallTest, ReadsItsOptionsInOrder) {
     Capture complaints(2);
     play("services/expected/firewall-options", firewall);
+    EXPECT_EQ(firewall(Words(256, "--version")), (Answer{-1, ""}));
 }
 
 TEST_F(FirewallTest, WritesTheDefaultFile) {

@@ -48,6 +48,11 @@ struct Text {
         length += text.size();
         chars[length] = '\0';
     }
+    void clear() {
+        length = 0;
+        cut = false;
+        chars[0] = '\0';
+    }
     const char* c_str() const { return chars; }
 };
 

@@ -32,7 +32,7 @@ struct SessionReport {
 };
 
 void set_fields(Fields& fields, std::string_view number, std::string_view name) {
-    fields.length = 0;
+    fields.clear();
     for (std::string_view part : {number, "<>"sv, name, "<>"sv})
         fields.add(part);
 }
@@ -80,14 +80,14 @@ int session_info(const char*) {
     if (from_cmdline != 1) return 0;
     LineFile sessions = open_session_file();
     SessionReport report;
-    while (std::optional<SessionLine> line = next_session_line(sessions)) {
-        if (line->kind == SessionKind::kTarget) {
+    for (SessionLine line; next_session_line(sessions, line);) {
+        if (line.kind == SessionKind::kTarget) {
             end_target(report);
-            begin_target(report, *line);
-        } else if (line->kind == SessionKind::kSession) {
-            begin_session(report, *line);
+            begin_target(report, line);
+        } else if (line.kind == SessionKind::kSession) {
+            begin_session(report, line);
         } else {
-            print_report_line(report, view(report.session), initiator_address(*line));
+            print_report_line(report, view(report.session), initiator_address(line));
         }
     }
     end_target(report);
@@ -118,9 +118,9 @@ int count_connected(const char*) {
     if (!sessions) return 0;
     int count = 0;
     bool armed = false;
-    while (std::optional<SessionLine> line = next_session_line(sessions)) {
-        if (line->kind == SessionKind::kConnection && armed) count++;
-        if (line->kind != SessionKind::kTarget) armed = line->kind == SessionKind::kSession;
+    for (SessionLine line; next_session_line(sessions, line);) {
+        if (line.kind == SessionKind::kConnection && armed) count++;
+        if (line.kind != SessionKind::kTarget) armed = line.kind == SessionKind::kSession;
     }
     answer(count);
     return count;

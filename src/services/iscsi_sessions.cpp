@@ -32,8 +32,9 @@ constexpr KindWord kNoKind = {"", SessionKind::kNone, 0};
 const KindWord& kind_of(std::string_view line) {
     while (line.starts_with(' ') || line.starts_with('\t'))
         line.remove_prefix(1);
+    bool begins_with_one = line.size() >= 4 && line.substr(1, 3) == "id:";
     for (const KindWord& row : kKindWords) {
-        if (line.starts_with(row.word)) return row;
+        if (begins_with_one && line[0] == row.word[0]) return row;
     }
     for (const KindWord& row : kKindWords) {
         if (line.find(row.word) != line.npos) return row;
@@ -64,12 +65,14 @@ void split_line(SessionLine& line, size_t fields) {
 template <typename Name>
 Name joined(std::span<const std::string_view> fields) {
     Name name;
+    bool missing = false;
     for (std::string_view field : fields) {
-        if (field.empty()) return Name();
+        missing = missing || field.empty();
         if (name.length != 0) name.add(":");
         name.add(field);
     }
-    return name.cut ? Name() : name;
+    if (missing || name.cut) name.clear();
+    return name;
 }
 
 }  // namespace
@@ -78,16 +81,17 @@ LineFile open_session_file() {
     return LineFile(open_for_reading(files::kIscsiSessions), kSessionPiece);
 }
 
-std::optional<SessionLine> next_session_line(LineFile& sessions) {
+bool next_session_line(LineFile& sessions, SessionLine& line) {
     for (std::string_view text; !(text = next_piece(sessions.reader)).empty();) {
         if (text.ends_with('\n')) text.remove_suffix(1);
         const KindWord& kind = kind_of(text);
         if (kind.kind == SessionKind::kNone) continue;
-        SessionLine line = {kind.kind, text, {}};
+        line.kind = kind.kind;
+        line.text = text;
         split_line(line, kind.fields);
-        return line;
+        return true;
     }
-    return {};
+    return false;
 }
 
 std::string_view number_text(const SessionLine& line) {

@@ -11,8 +11,8 @@ namespace {
 template <typename Look>
 void for_each_target(Look look) {
     LineFile sessions = open_session_file();
-    while (std::optional<SessionLine> line = next_session_line(sessions)) {
-        if (line->kind == SessionKind::kTarget) look(*line);
+    for (SessionLine line; next_session_line(sessions, line);) {
+        if (line.kind == SessionKind::kTarget) look(line);
     }
 }
 

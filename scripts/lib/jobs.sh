@@ -20,20 +20,16 @@ add_job() {
 
 # Counts and names leave a job through a file, however the job ends.
 write_results() {
-    {
-        echo "pass $passed"
-        ((!failed)) || printf 'fail %s\n' "${failures[@]}"
-        ((!skipped)) || printf 'skip %s\n' "${gaps[@]}"
-    } >"$1.results"
-    times >"$1.times"
-    awk -F '[ms ]+' 'NR == 2 { printf "%d\n", $1 * 60 + $2 + $3 * 60 + $4 + 0.5 }' "$1.times" >"$1.cpu"
+    echo "pass $passed"
+    ((!failed)) || printf 'fail %s\n' "${failures[@]}"
+    ((!skipped)) || printf 'skip %s\n' "${gaps[@]}"
 }
 
 start_job() {
     local place=$jobs_place/$1
     (
         start_counting
-        trap 'write_results "$place"' EXIT
+        trap 'write_results >"$place.results"' EXIT
         export QUORVEL_JOBS=${job_widths[$1]}
         # shellcheck disable=SC2086  # a function and its words
         ${job_calls[$1]}
@@ -55,16 +51,14 @@ end_job() {
             skip) add_gap "$name" ;;
         esac
     done <"$place.results"
-    ((cpu_seconds += $(<"$place.cpu"))) || true
     if [[ $verdict == ok ]]; then grep '^skipped: ' "$place.log" || true; else cat -- "$place.log"; fi >&2
-    say "$(printf '%-6s %-24s %4d s, %4d s of processor time' "$verdict" "${job_names[$1]}" \
-        $((SECONDS - job_started[$1])) "$(<"$place.cpu")")"
+    say "$(printf '%-6s %-24s %4d s' "$verdict" "${job_names[$1]}" $((SECONDS - job_started[$1])))"
     ((free += job_widths[$1])) || true
 }
 
 # Runs all that was added.
 run_jobs() {
-    local free=$cores next=0 pid cpu_seconds=0 jobs_place begun=$SECONDS
+    local free=$cores next=0 pid jobs_place begun=$SECONDS
     local -A running=() job_started=()
     jobs_place=$(mktemp -d)
     while ((next < ${#job_names[@]} || ${#running[@]})); do
@@ -77,5 +71,5 @@ run_jobs() {
         unset "running[$pid]"
     done
     rm -rf -- "$jobs_place"
-    say "$(printf '%-31s %4d s, %4d s of processor time' together $((SECONDS - begun)) "$cpu_seconds")"
+    say "$(printf '%-31s %4d s' together $((SECONDS - begun)))"
 }

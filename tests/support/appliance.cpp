@@ -45,9 +45,10 @@ class DescriptorCount : public testing::EmptyTestEventListener {
         return count;
     }
     void OnTestStart(const testing::TestInfo&) override { before_ = open_descriptors(); }
-    void OnTestEnd(const testing::TestInfo&) override {
+    void OnTestEnd(const testing::TestInfo& info) override {
         if (const int after = open_descriptors(); after != before_)
-            ADD_FAILURE() << after << " descriptors open after the case, " << before_ << " before";
+            ADD_FAILURE_AT(info.file(), info.line())
+                << after << " descriptors open after the case, " << before_ << " before";
     }
     int before_ = 0;
 };

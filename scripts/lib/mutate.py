@@ -1,5 +1,17 @@
 """The driver of scripts/mutate, which says what it does."""
-import argparse, hashlib, os, random, re, resource, shutil, signal, subprocess, sys, tempfile, threading, time
+import argparse
+import hashlib
+import os
+import random
+import re
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
 from collections import Counter
 from pathlib import Path
 
@@ -7,9 +19,9 @@ from faults import faults_of
 
 PROJECT = Path(__file__).resolve().parents[2]
 EQUAL = PROJECT / "tests/mutants-equal.txt"
-ROOMS = sorted(test.parent.name for test in PROJECT.glob("tests/*/*_test.cpp"))
-ROOMS = sorted(set(ROOMS))
-LONGEST = 240  # seconds for a test program; one that goes on for longer has noticed
+ROOMS = sorted({test.parent.name for test in PROJECT.glob("tests/*/*_test.cpp")})
+# Seconds of processor time for a process, and of the clock for a test program: what goes on for longer was noticed.
+LONGEST_AT_WORK, LONGEST = 40, 240
 
 
 def room_of(path):
@@ -62,8 +74,9 @@ def in_turn(what, seed):
 
 
 def limited():
-    """What a planted fault may take of the machine: no fault fills memory or disk."""
+    """What a planted fault may take of the machine."""
     resource.setrlimit(resource.RLIMIT_FSIZE, (1 << 30, 1 << 30))
+    resource.setrlimit(resource.RLIMIT_CPU, (LONGEST_AT_WORK, LONGEST_AT_WORK))
 
 
 class Copy:

@@ -15,6 +15,7 @@
 #include "disk/slot_match.h"
 #include "libquorvel_bin.h"
 #include "naming_commands.h"
+#include "telling.h"
 
 namespace {
 
@@ -144,10 +145,15 @@ bool add_bay(Listing& listing, const struct disk_path& row) {
     return line != nullptr;
 }
 
+// A row of an extension card may have neither a slot nor a place that a disk could be in.
+bool is_bay(const struct disk_path& row) {
+    return row.type == DISK_PATH_INTERNAL && row.path != nullptr && row.slot > 0;
+}
+
 bool add_empty_bays(Listing& listing) {
     for (const struct disk_path* row : listing.sets) {
         for (; row != nullptr && row->type != DISK_PATH_END; row++) {
-            if (row->type == DISK_PATH_INTERNAL && !add_bay(listing, *row)) return false;
+            if (is_bay(*row) && !add_bay(listing, *row)) return false;
         }
     }
     int bays = listing.sets[0] == nullptr ? LibQuorvelBin_GetMaxDiskNum() : 0;
@@ -195,7 +201,44 @@ void print(const Listing& listing) {
     }
 }
 
+// The set in force is taken apart: the configured one is to be released, a built-in one is not.
+struct Tables {
+    struct disk_path* configured = nullptr;
+    struct disk_path* extension = nullptr;
+
+    explicit Tables(Listing& listing) {
+        from_cmdline = 0;  // the list is the answer, not its parts
+        listing.new_sysfs = LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1;
+        configured = get_DiskOrderConfig();
+        listing.sets[0] = configured != nullptr ? configured : LibQuorvelBin_GetPlatformDiskSet();
+        if (listing.sets[0] != nullptr) listing.sets[1] = extension = get_ExtSlotConfig();
+    }
+    ~Tables() {
+        disk_path_free(configured);
+        disk_path_free(extension);
+    }
+    Tables(const Tables&) = delete;
+    Tables& operator=(const Tables&) = delete;
+};
+
 }  // namespace
+
+int32_t name_disk(const char* device, char* name, size_t size) {
+    const int level = from_cmdline;
+    Listing listing;
+    Line line;
+    {
+        Tables tables(listing);
+        set_text(line.device, device);
+        describe(listing, line);
+        if (line.word == nullptr) line.kind = kUnnamed;
+        (void)snprintf(name, size, "%s", line.word != nullptr ? line.word : "-");
+        size_t length = strlen(name);
+        if (line.word != nullptr) (void)snprintf(name + length, size - length, "%d", line.number);
+    }
+    from_cmdline = level;
+    return line.kind;
+}
 
 int run_disks(int, char**) {
     DIR* blocks = opendir(kBlockDevices);
@@ -203,19 +246,12 @@ int run_disks(int, char**) {
         perror(kBlockDevices);
         return kExitNo;
     }
-    from_cmdline = 0;  // the list is the answer, not its parts
     Listing listing;
-    listing.new_sysfs = LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1;
-    // The set in force, taken apart: the configured one is to be released, a built-in one is not.
-    struct disk_path* configured = get_DiskOrderConfig();
-    listing.sets[0] = configured != nullptr ? configured : LibQuorvelBin_GetPlatformDiskSet();
-    if (listing.sets[0] != nullptr) listing.sets[1] = get_ExtSlotConfig();
+    Tables tables(listing);
     bool complete = add_disks(listing, blocks) && add_empty_bays(listing);
     if (complete) print(listing);
     if (!complete) perror("disks");
     free(listing.lines);
-    disk_path_free(configured);
-    disk_path_free(listing.sets[1]);
     (void)closedir(blocks);
     return complete ? kExitOk : kExitNo;
 }

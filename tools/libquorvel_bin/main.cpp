@@ -13,7 +13,7 @@ constexpr char kName[] = "libquorvel_bin";
 
 const std::span<const Command>* const kTables[] = {
     &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kDiskCommands, &kRaidCommands,
-    &kNetCommands,        &kRegistryCommands, &kServicesCommands, &kHwCommands,
+    &kNetCommands,        &kRegistryCommands, &kServicesCommands, &kHwCommands,   &kReportCommands,
 };
 
 const Command* find_command(const char* word) {
@@ -40,8 +40,11 @@ int print_help() {
 }
 
 int print_command_help(const Command& command) {
-    printf("Usage: %s %s %s\n%s\nExit status: %s; %d for a missing or surplus argument.\n", kName, command.word,
-           command.arguments, command.summary, command.statuses, kExitUsage);
+    printf("Usage: %s %s %s\n%s\nExit status: %s", kName, command.word, command.arguments, command.summary,
+           command.statuses);
+    // Commands that take any number of arguments count them themselves.
+    if (command.least > 0 || command.most >= 0) printf("; %d for a missing or surplus argument", kExitUsage);
+    puts(".");
     return kExitOk;
 }
 

@@ -1,0 +1,19 @@
+// The forms of the report. Each walks the same facts and writes to a stream; none asks the machine for anything.
+#pragma once
+
+#include <stdio.h>
+
+#include "report/facts.h"
+
+namespace report {
+
+/// One JSON object; false when memory was short.
+bool print_json(const Facts& facts, FILE* stream);
+
+/// One screen for people, `columns` wide, in colour or not.
+void print_screen(const Facts& facts, FILE* stream, size_t columns, bool colour);
+
+/// The verdict in a word: "well", "degraded", "at risk", "not known".
+const char* word_of(Severity severity);
+
+}  // namespace report

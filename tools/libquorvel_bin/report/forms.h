@@ -10,6 +10,9 @@ namespace report {
 /// One JSON object; false when memory was short.
 bool print_json(const Facts& facts, FILE* stream);
 
+/// Metrics for Prometheus.
+void print_metrics(const Facts& facts, FILE* stream);
+
 /// One screen for people, `columns` wide, in colour or not.
 void print_screen(const Facts& facts, FILE* stream, size_t columns, bool colour);
 

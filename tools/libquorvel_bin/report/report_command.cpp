@@ -1,11 +1,16 @@
 // report and status: the whole appliance in one answer, and the verdict alone.
+#include <errno.h>
+#include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "command.h"
+#include "foundation/handles.h"
+#include "foundation/text.h"
 #include "report/forms.h"
 #include "report/gather.h"
 #include "report/sources.h"
@@ -14,11 +19,12 @@ namespace {
 
 using namespace report;
 
-enum class Form { kScreen, kJson };
+enum class Form { kScreen, kJson, kMetrics };
 
 struct Options {
     Request request;
     Form form = Form::kScreen;
+    const char* file = nullptr;  // in place of standard output
     bool help = false;
 };
 
@@ -32,13 +38,23 @@ constexpr Word kNoTools = {"--no-tools", [](Options& options) { options.request.
 constexpr Word kStatusWords[] = {kNoTools};
 
 constexpr Word kReportWords[] = {
-    {"--json",  [](Options& options) { options.form = Form::kJson; }  },
+    {"--json",        [](Options& options) { options.form = Form::kJson; }   },
+    {"--openmetrics", [](Options& options) { options.form = Form::kMetrics; }},
+    {"--reach",       [](Options& options) { options.request.reach = true; } },
     kNoTools,
-    {"--reach", [](Options& options) { options.request.reach = true; }},
 };
+
+// The file behind an option "-o" among the words of "report".
+bool is_file_option(int argc, char** argv, int i, std::span<const Word> words) {
+    return words.data() == kReportWords && strcmp(argv[i], "-o") == 0 && i + 1 < argc;
+}
 
 bool read_options(int argc, char** argv, std::span<const Word> words, Options& options) {
     for (int i = 2; i < argc; i++) {
+        if (is_file_option(argc, argv, i, words)) {
+            options.file = argv[++i];
+            continue;
+        }
         const Word* found = nullptr;
         for (const Word& word : words) {
             if (strcmp(word.word, argv[i]) == 0) found = &word;
@@ -70,10 +86,35 @@ bool wants_colour() {
     return isatty(STDOUT_FILENO) != 0 && (none == nullptr || none[0] == '\0');
 }
 
-bool print(const Facts& facts, Form form) {
-    if (form == Form::kJson) return print_json(facts, stdout);
-    print_screen(facts, stdout, columns_of_screen(), wants_colour());
+bool print(const Facts& facts, Form form, FILE* stream) {
+    switch (form) {
+        case Form::kJson:
+            return print_json(facts, stream);
+        case Form::kMetrics:
+            print_metrics(facts, stream);
+            break;
+        case Form::kScreen:
+            print_screen(facts, stream, columns_of_screen(), stream == stdout && wants_colour());
+            break;
+    }
     return true;
+}
+
+// A reader of the file sees the old report or the new one: it is written beside it and moved into its place.
+bool print_to_file(const Facts& facts, const Options& options) {
+    const quorvel::Text<4096> beside("%s.XXXXXX", options.file);
+    char path[sizeof beside.chars];
+    memcpy(path, beside.chars, sizeof path);
+    const int descriptor = beside.cut ? -1 : mkostemp(path, O_CLOEXEC);
+    if (descriptor == -1) return false;
+    quorvel::File file(fdopen(descriptor, "w"));
+    if (file == nullptr) (void)close(descriptor);
+    bool written = file != nullptr && fchmod(descriptor, 0644) == 0 && print(facts, options.form, file.get()) &&
+                   ferror(file.get()) == 0;
+    if (file != nullptr && fclose(file.release()) != 0) written = false;
+    if (written && rename(path, options.file) == 0) return true;
+    (void)unlink(path);
+    return false;
 }
 
 int run_report(int argc, char** argv) {
@@ -81,7 +122,10 @@ int run_report(int argc, char** argv) {
     if (!read_options(argc, argv, kReportWords, options)) return kExitUsage;
     Facts facts;
     gather(facts, options.request);
-    return print(facts, options.form) ? kExitOk : kExitNo;
+    if (options.file == nullptr) return print(facts, options.form, stdout) ? kExitOk : kExitNo;
+    if (print_to_file(facts, options)) return kExitOk;
+    fprintf(stderr, "libquorvel_bin: %s: cannot write %s: %s\n", argv[1], options.file, strerror(errno));
+    return kExitNo;
 }
 
 int run_status(int argc, char** argv) {
@@ -98,8 +142,8 @@ int run_status(int argc, char** argv) {
 
 // clang-format off
 constexpr Command kCommands[] = {
-    {"report", "[--json] [--no-tools] [--reach]", "all that is known of the appliance: a screen for people, or one JSON object", "0 printed, 1 not printed, 2 unknown option", 0, -1, run_report},
-    {"status", "[--no-tools]",                    "what is wrong, a line each; nothing when all is well",                        "0 well, 1 degraded but nothing lost, 2 data at risk or lost, 3 not to be told", 0, -1, run_status},
+    {"report", "[--json|--openmetrics] [-o FILE] [--no-tools] [--reach]", "all that is known of the appliance: a screen for people, one JSON object, or metrics", "0 printed, 1 not written, 2 unknown option", 0, -1, run_report},
+    {"status", "[--no-tools]", "what is wrong, a line each; nothing when all is well",                        "0 well, 1 degraded but nothing lost, 2 data at risk or lost, 3 not to be told", 0, -1, run_status},
 };
 // clang-format on
 

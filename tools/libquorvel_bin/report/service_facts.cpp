@@ -76,11 +76,14 @@ std::string_view next_flag(std::string_view& line) {
 void take_flags(ServiceFacts& service, std::string_view line, int port_count) {
     const bool bonded = LibQuorvelBin_IsBondingMode() == 1;
     service.gates.reason = nullptr;
-    for (int i = 0; i < (bonded ? 1 : port_count); i++) {
-        GateFacts* gate = add(service.gates);
+    for (size_t i = 0; i < static_cast<size_t>(bonded ? 1 : std::max(port_count, 0)); i++) {
+        // A service may have several lines, and what one of them denies is denied.
+        const bool open = next_flag(line) != "0";
+        const bool fresh = i == service.gates.count;
+        GateFacts* gate = fresh ? add(service.gates) : &service.gates.items[i];
         if (gate == nullptr) return;
-        set(gate->interface, bonded ? "bond0" : Text<32>("eth%d", i).c_str());
-        set(gate->open, next_flag(line) != "0");
+        set(gate->interface, bonded ? "bond0" : Text<32>("eth%zu", i).c_str());
+        set(gate->open, open && (fresh || gate->open.value));
     }
 }
 

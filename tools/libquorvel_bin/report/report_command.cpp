@@ -19,7 +19,7 @@ namespace {
 
 using namespace report;
 
-enum class Form { kScreen, kJson, kMetrics };
+enum class Form { kScreen, kJson, kMetrics, kPicture, kPage };
 
 struct Options {
     Request request;
@@ -40,6 +40,8 @@ constexpr Word kStatusWords[] = {kNoTools};
 constexpr Word kReportWords[] = {
     {"--json",        [](Options& options) { options.form = Form::kJson; }   },
     {"--openmetrics", [](Options& options) { options.form = Form::kMetrics; }},
+    {"--svg",         [](Options& options) { options.form = Form::kPicture; }},
+    {"--html",        [](Options& options) { options.form = Form::kPage; }   },
     {"--reach",       [](Options& options) { options.request.reach = true; } },
     kNoTools,
 };
@@ -93,6 +95,12 @@ bool print(const Facts& facts, Form form, FILE* stream) {
         case Form::kMetrics:
             print_metrics(facts, stream);
             break;
+        case Form::kPicture:
+            print_picture(facts, stream);
+            break;
+        case Form::kPage:
+            print_page(facts, stream);
+            break;
         case Form::kScreen:
             print_screen(facts, stream, columns_of_screen(), stream == stdout && wants_colour());
             break;
@@ -142,7 +150,7 @@ int run_status(int argc, char** argv) {
 
 // clang-format off
 constexpr Command kCommands[] = {
-    {"report", "[--json|--openmetrics] [-o FILE] [--no-tools] [--reach]", "all that is known of the appliance: a screen for people, one JSON object, or metrics", "0 printed, 1 not written, 2 unknown option", 0, -1, run_report},
+    {"report", "[--json|--openmetrics|--svg|--html] [-o FILE] [--no-tools] [--reach]", "all that is known of the appliance: a screen for people, JSON, metrics, a picture or a page", "0 printed, 1 not written, 2 unknown option", 0, -1, run_report},
     {"status", "[--no-tools]", "what is wrong, a line each; nothing when all is well",                        "0 well, 1 degraded but nothing lost, 2 data at risk or lost, 3 not to be told", 0, -1, run_status},
 };
 // clang-format on

@@ -1,5 +1,7 @@
 #include "report/table.h"
 
+#include <string.h>
+
 #include <algorithm>
 
 #include "report/views.h"
@@ -60,77 +62,48 @@ std::string_view fitting(std::string_view text, size_t columns, size_t& width) {
     return front_of(text, length);
 }
 
-void find_widths(const List<Row>& rows, size_t (&widths)[Row::kMostCells]) {
-    for (const Row& row : rows) {
-        for (size_t i = 0; i < row.count; i++)
-            widths[i] = std::max(widths[i], width_of(row.cells[i].text.c_str()));
+Row names_of(const Room& room) {
+    Row row;
+    for (const char* name : room.columns) {
+        if (name != nullptr) (void)add_cell(row, name, Paint::kFaint);
     }
+    return row;
+}
+
+void find_widths(const Row& row, size_t (&widths)[Row::kMostCells]) {
+    for (size_t i = 0; i < row.count; i++)
+        widths[i] = std::max(widths[i], width_of(row.cells[i].text.c_str()));
+}
+
+// Nothing behind the last cell that says something.
+size_t count_of(const Row& row) {
+    size_t count = row.count;
+    while (count > 1 && strcmp(row.cells[count - 1].text.c_str(), "-") == 0)
+        count--;
+    return count;
 }
 
 void print_row(const Screen& screen, const Row& row, const size_t (&widths)[Row::kMostCells]) {
     size_t left = screen.columns;
-    for (size_t i = 0; i < row.count && left > 2; i++) {
+    const size_t count = count_of(row);
+    for (size_t i = 0; i < count && left > 2; i++) {
         const Cell& cell = row.cells[i];
         (void)fputs("  ", screen.stream);
         left -= 2;
         const size_t width = print_cut(screen, cell.text.c_str(), left, cell.paint);
         left -= width;
-        const size_t padding = i + 1 < row.count ? std::min(left, widths[i] - std::min(width, widths[i])) : 0;
+        const size_t padding = i + 1 < count ? std::min(left, widths[i] - std::min(width, widths[i])) : 0;
         (void)fprintf(screen.stream, "%*s", static_cast<int>(padding), "");
         left -= padding;
     }
     (void)fputc('\n', screen.stream);
 }
 
-struct Unit {
-    const char* name;
-    double size;
-};
-
-// One decimal below ten, none above.
-Cell& add_scaled(Row& row, const Number& number, std::span<const Unit> units) {
-    if (!is_known(number)) return add_cell(row, "?", Paint::kFaint);
-    const auto value = static_cast<double>(number.value);
-    const Unit* unit = &units.back();
-    for (const Unit& candidate : units) {
-        if (value < candidate.size) continue;
-        unit = &candidate;
-        break;
-    }
-    const double scaled = value / unit->size;
-    Cell& cell = add_cell(row, "");
-    cell.text = quorvel::Text<160>("%.*f %s", scaled < 9.95 && unit->size > 1 ? 1 : 0, scaled, unit->name);
-    return cell;
-}
-
 }  // namespace
 
-Cell& add_cell(Row& row, std::string_view text, Paint paint) {
-    Cell& cell = row.cells[row.count < Row::kMostCells ? row.count++ : Row::kMostCells - 1];
-    cell.text = quorvel::Text<160>();
-    cell.text.add(text.empty() ? "-" : text);
-    cell.paint = paint;
-    return cell;
-}
-
-void add_bytes(Row& row, const Number& bytes) {
-    static constexpr Unit kUnits[] = {
-        {"TB", 1e12},
-        {"GB", 1e9 },
-        {"MB", 1e6 },
-        {"kB", 1e3 },
-        {"B",  1   },
-    };
-    (void)add_scaled(row, bytes, kUnits);
-}
-
-void add_speed(Row& row, const Number& bits_per_second) {
-    static constexpr Unit kUnits[] = {
-        {"Gb/s", 1e9},
-        {"Mb/s", 1e6},
-        {"b/s",  1  },
-    };
-    (void)add_scaled(row, bits_per_second, kUnits);
+std::string_view fitting(std::string_view text, size_t columns) {
+    size_t width = 0;
+    return fitting(text, columns, width);
 }
 
 size_t width_of(std::string_view text) {
@@ -149,14 +122,18 @@ size_t print_cut(const Screen& screen, std::string_view text, size_t columns, Pa
     return width;
 }
 
-void print_table(const Screen& screen, const char* heading, const List<Row>& rows) {
-    if (rows.count == 0) return;
+void print_table(const Screen& screen, const Room& room) {
+    if (room.rows.count == 0) return;
     (void)fputc('\n', screen.stream);
-    (void)print_cut(screen, heading, screen.columns, Paint::kHeading);
+    (void)print_cut(screen, room.heading, screen.columns, Paint::kHeading);
     (void)fputc('\n', screen.stream);
+    const Row names = names_of(room);
     size_t widths[Row::kMostCells] = {};
-    find_widths(rows, widths);
-    for (const Row& row : rows)
+    find_widths(names, widths);
+    for (const Row& row : room.rows)
+        find_widths(row, widths);
+    print_row(screen, names, widths);
+    for (const Row& row : room.rows)
         print_row(screen, row, widths);
 }
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "command.h"
+#include "json_commands.h"
 #include "libquorvel_bin.h"
 
 namespace {
@@ -54,6 +55,7 @@ int unknown_command(const char* word) {
 }
 
 int run_command(const Command& command, int argc, char** argv) {
+    if (int status = kExitOk; run_as_json(argc, argv, status)) return status;
     int given = argc - 2;
     if (given < command.least || (command.most >= 0 && given > command.most)) {
         fprintf(stderr, "%s: %s: %s argument\nUsage: %s %s %s\n", kName, command.word,

@@ -18,6 +18,8 @@ namespace report {
 
 inline constexpr char kNotAsked[] = "not asked for";
 inline constexpr char kNoMemory[] = "out of memory";
+inline constexpr char kTooMany[] = "more than 1024 of them";
+inline constexpr size_t kMostRecords = 1024;
 
 // The reason of a fact is null when it is known.
 struct Number {
@@ -83,9 +85,14 @@ struct List {
     Record* end() const { return items + count; }
 };
 
-/// A fresh record at the end of a list; null when memory is short: the list is not known then.
+/// A fresh record at the end of a list; null when memory is short or the list as long as it may get: it is not known
+/// then.
 template <typename Record>
 Record* add(List<Record>& list) {
+    if (list.count == kMostRecords) {
+        list.reason = kTooMany;
+        return nullptr;
+    }
     if (list.count == list.room) {
         const size_t room = 2 * list.room + 8;
         auto* grown = static_cast<Record*>(malloc(room * sizeof(Record)));

@@ -215,7 +215,7 @@ void gather_firewall(Facts& facts) {
 
 void gather_backups(Facts& facts, const Quiet& quiet) {
     constexpr int kMostTasks = 64;
-    int numbers[kMostTasks], count = 0;
+    int numbers[kMostTasks] = {}, count = 0;
     const quorvel::Directory settings = quorvel::open_directory("/etc/tevra");
     facts.backups.reason = settings ? nullptr : "there is no /etc/tevra";
     while (const struct dirent* entry = settings ? readdir(settings.get()) : nullptr) {

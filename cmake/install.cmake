@@ -5,14 +5,16 @@ set(QUORVEL_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/libquorvel_bin)
 
 install(TARGETS libquorvel_bin libquorvel_bin_static EXPORT libquorvel_bin-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(TARGETS libquorvel_bin_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES packaging/completion/libquorvel_bin DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 install(FILES packaging/share/report.schema.json packaging/share/alerts.yml
     DESTINATION ${CMAKE_INSTALL_DATADIR}/libquorvel_bin)
 install(FILES packaging/systemd/libquorvel_bin-report.service packaging/systemd/libquorvel_bin-report.timer
     DESTINATION ${CMAKE_INSTALL_PREFIX}/lib/systemd/system)
 # Commands that scripts call by their own names; each link has its completion, and its manual page where pages are made.
-foreach(word disk_signature disk_readerrorcnt)
+if(disk IN_LIST QUORVEL_ROOMS)
+    set(QUORVEL_LINKED_WORDS disk_signature disk_readerrorcnt)
+endif()
+foreach(word ${QUORVEL_LINKED_WORDS})
     foreach(suffix "" .1)
         file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/links)
         file(CREATE_LINK libquorvel_bin${suffix} ${CMAKE_BINARY_DIR}/links/${word}${suffix} SYMBOLIC)
@@ -23,7 +25,14 @@ foreach(word disk_signature disk_readerrorcnt)
         install(FILES ${CMAKE_BINARY_DIR}/links/${word}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
     endif()
 endforeach()
-install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+if(SCDOC AND disk IN_LIST QUORVEL_ROOMS)
+    file(CREATE_LINK diskpath.conf.5 ${CMAKE_BINARY_DIR}/links/extslot.conf.5 SYMBOLIC)
+    install(FILES ${CMAKE_BINARY_DIR}/links/extslot.conf.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
+endif()
+install(FILES ${CMAKE_BINARY_DIR}/include/libquorvel_bin.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+foreach(header api ${QUORVEL_HEADERS})
+    install(FILES include/quorvel/${header}.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quorvel)
+endforeach()
 install(EXPORT libquorvel_bin-targets NAMESPACE quorvel:: DESTINATION ${QUORVEL_CMAKE_DIR})
 
 configure_package_config_file(cmake/libquorvel_bin-config.cmake.in

@@ -54,8 +54,9 @@ int row_of_link(const struct disk_path* set, int first, int limit, const WantedD
 // Rows are tried in turn, each on all links; one pass over the links answers for all rows, because only a link that an
 // earlier row holds can take the place of one found before.
 int find_device(const struct disk_path* set, const char* disk, char (&device)[256]) {
-    WantedDisk wanted = {disk, type_of_name(disk), 0};
-    if (!number_after(disk, "disk", wanted.number)) return -1;
+    std::optional<int> number = number_after(disk, "disk");
+    if (!number) return -1;
+    WantedDisk wanted = {disk, type_of_name(disk), *number};
     int first = 0;
     while (set[first].type != DISK_PATH_END && !names_disk(set[first], wanted))
         first++;

@@ -173,9 +173,9 @@ int LibQuorvelBin_GetScsiIDFromDiskname(const char* name, char* dst, size_t size
         from_cmdline = saved;
         logical = converted.c_str();
     }
-    int slot = 0;
-    if (contains(logical, "usb") || contains(logical, "bootdisk") || !number_after(logical, "disk", slot)) return -1;
-    const char* address = address_of_slot(set, slot);
+    std::optional<int> slot = number_after(logical, "disk");
+    if (contains(logical, "usb") || contains(logical, "bootdisk") || !slot) return -1;
+    const char* address = address_of_slot(set, *slot);
     if (address == nullptr) return -1;
     (void)snprintf(dst, size, "%s", address);
     answer(dst);

@@ -102,12 +102,13 @@ bool internal_slot(std::string_view path, bool new_sysfs, int& slot) {
         }
     }
     Component component(path, number);
-    int index = 0;
-    if (!number_after(component.text, "host", index)) {
+    std::optional<int> index = number_after(component.text, "host");
+    if (!index) {
         step = 1;
-        if (!number_after(component.text, "target0:0:", index)) return false;
+        index = number_after(component.text, "target0:0:");
     }
-    slot = number_moved(index, step);
+    if (!index) return false;
+    slot = number_moved(*index, step);
     return true;
 }
 

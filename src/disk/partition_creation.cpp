@@ -1,48 +1,13 @@
 #include <stdio.h>
-#include <string.h>
 
 #include "disk/data_partition_size.h"
+#include "disk/partition_layouts.h"
 #include "disk/partition_steps.h"
 #include "quorvel/disk.h"
 
 using namespace quorvel;
 
 namespace {
-
-// clang-format off
-constexpr Step kSystemPartitions[] = {
-    // The target stands behind the label words, where parted does not take it: the step changes nothing
-    // and its failure is expected.
-    {"parted -s mklabel msdos ", "",                   Demand::kNothing},
-    kWipeStart,
-    kGptLabel,
-    {"parted -s ", " mkpart primary ext3 0 1024M",     Demand::kExitStatus},
-    {"parted -s ", " mkpart primary ext3 1024M 6144M", Demand::kExitStatus},
-    // Two partitions that only hold their numbers.
-    {"parted -s ", " mkpart primary ext3 6144M 6144M", Demand::kExitStatus},
-    {"parted -s ", " mkpart primary ext3 6144M 6144M", Demand::kExitStatus},
-    {"parted -s ", " mkpart primary ext3 6144M 7168M", Demand::kExitStatus},
-};
-
-constexpr Step kBootFlag[] = {{"parted -s ", " toggle 3 bios_grub", Demand::kExitStatus}};
-
-// What a USB partition is marked for, by file-system word: parted's name of it, and the MBR type in
-// fdisk's keystrokes. The last row is any other word.
-struct UsbFileSystem { const char* word; const char* parted_name; const char* type_keys; };
-constexpr UsbFileSystem kUsbFileSystems[] = {
-    {"fat",   "fat",  "t\nc\n"},
-    {"vfat",  "fat",  "t\nc\n"},
-    {"xfs",   "xfs",  "t\n83\n"},
-    {nullptr, "ext3", "t\n83\n"},
-};
-// clang-format on
-
-const UsbFileSystem& usb_file_system(const char* word) {
-    const UsbFileSystem* row = kUsbFileSystems;
-    while (row->word != nullptr && (word == nullptr || strcmp(row->word, word) != 0))
-        row++;
-    return *row;
-}
 
 // The line every creation begins with; false, with its own line, when the device has no size to read.
 bool report_size(const char* device, uint64_t blocks, const char* unit, char closing) {
@@ -59,8 +24,7 @@ int report_failed_layout(const char* layout, FILE* report) {
 }
 
 bool make_data_partition(int gigabytes) {
-    Text<kCommandSize> command("parted -s %s mkpart primary ext3 %dM %dG", ShellWord(target_device()).c_str(), 7168,
-                               gigabytes);
+    Text<kCommandSize> command = data_partition_command(target_device(), gigabytes);
     puts(command.c_str());
     return run_layout_command(command, Demand::kExitStatusAndOutput);
 }
@@ -76,21 +40,11 @@ int lay_out_internal_disk(uint64_t blocks) {
     return 0;
 }
 
-int lay_out_usb_gpt(uint64_t blocks, const UsbFileSystem& file_system) {
-    static constexpr Step kLabel[] = {kWipeStart, kGptLabel};
-    Text<kCommandSize> partition("parted -s %s mkpart primary %s 0 %llu", ShellWord(target_device()).c_str(),
-                                 file_system.parted_name, static_cast<unsigned long long>(blocks * 1024 / 1000000));
-    bool done = run_steps(kLabel) && run_layout_command(partition, Demand::kExitStatusAndOutput);
-    return done ? 0 : report_failed_layout("CreatePartitionUsb_sub_GPT", stdout);
-}
-
-int lay_out_usb_mbr(const UsbFileSystem& file_system) {
-    static constexpr Step kWipe[] = {kWipeStart};
-    // A new primary partition 1 from the first to the last sector, its type, a print and a write.
-    Text<kCommandSize> partition("echo -e \"n\np\n1\n\n\n%sp\nw\n\" | fdisk %s", file_system.type_keys,
-                                 ShellWord(target_device()).c_str());
-    bool done = run_steps(kWipe) && run_layout_command(partition, Demand::kExitStatusAndOutput);
-    return done ? 0 : report_failed_layout("CreatePartitionUsb_sub_MBR", stdout);
+int lay_out_usb(uint64_t blocks, const char* filesystem, bool gpt) {
+    bool done = run_steps(usb_label_steps(gpt)) &&
+                run_layout_command(usb_partition_command(target_device(), blocks, filesystem, gpt),
+                                   Demand::kExitStatusAndOutput);
+    return done ? 0 : report_failed_layout(gpt ? "CreatePartitionUsb_sub_GPT" : "CreatePartitionUsb_sub_MBR", stdout);
 }
 
 }  // namespace
@@ -110,7 +64,5 @@ int create_usb_partition(const char* device, const char* filesystem, const char*
     if (device == nullptr) return -1;
     uint64_t blocks = choose_target(device);
     if (!report_size(device, blocks, "sectors", '}')) return -1;
-    const UsbFileSystem& row = usb_file_system(filesystem);
-    bool gpt = label != nullptr && strcmp(label, "gpt") == 0;
-    return gpt ? lay_out_usb_gpt(blocks, row) : lay_out_usb_mbr(row);
+    return lay_out_usb(blocks, filesystem, is_gpt_word(label));
 }

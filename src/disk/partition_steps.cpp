@@ -19,13 +19,8 @@ const char* target_device() {
     return target;
 }
 
-Text<kCommandSize> command_of(const Step& step) {
-    return Text<kCommandSize>("%s%s%s", step.before_target, ShellWord(target).c_str(), step.behind_target);
-}
-
 bool run_layout_command(const Text<kCommandSize>& command, Demand demand) {
-    int status;
-    Heap<char> output = capture_command(command.c_str(), status);
+    auto [output, status] = capture_command(command);
     if (demand == Demand::kNothing) return true;
     if (status != 0) return false;
     return demand == Demand::kExitStatus || !contains(output.get(), "failed with error");
@@ -33,7 +28,7 @@ bool run_layout_command(const Text<kCommandSize>& command, Demand demand) {
 
 bool run_steps(std::span<const Step> steps) {
     for (const Step& step : steps) {
-        if (!run_layout_command(command_of(step), step.demand)) return false;
+        if (!run_layout_command(command_of(step, target), step.demand)) return false;
     }
     return true;
 }

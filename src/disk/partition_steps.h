@@ -5,6 +5,7 @@
 
 #include <span>
 
+#include "disk/partition_layouts.h"
 #include "foundation/shell.h"
 
 namespace quorvel {
@@ -15,20 +16,6 @@ uint64_t choose_target(const char* device);
 
 /// The path that choose_target kept.
 const char* target_device();
-
-enum class Demand { kNothing, kExitStatus, kExitStatusAndOutput };
-
-/// A command with the target's path between its two parts, and what it takes to have succeeded.
-struct Step {
-    const char* before_target;
-    const char* behind_target;
-    Demand demand;
-};
-
-inline constexpr Step kWipeStart = {"dd if=/dev/zero of=", " bs=1024 count=1024", Demand::kExitStatus};
-inline constexpr Step kGptLabel = {"parted -s ", " mklabel gpt", Demand::kExitStatus};
-
-Text<kCommandSize> command_of(const Step& step);
 
 /// Runs a command with its output captured; whether it met the demand.
 bool run_layout_command(const Text<kCommandSize>& command, Demand demand);

@@ -23,9 +23,8 @@ int LibQuorvelBin_IsConnectedDisk(int slot_index) {
 }
 
 int LibQuorvelBin_IsPowerSupplyedDisk(int slot_index) {
-    int status = 0;
     Text<128> command("%s -a hdd_set_power |grep hdd%d", files::kFrontTool, number_moved(slot_index, 1));
-    Heap<char> output = capture_command(command.c_str(), status);
+    Heap<char> output = capture_command(command).output;
     if (!output) return 0;
     cut_at_line_feed(output.get());
     const char* equals = strchr(output.get(), '=');

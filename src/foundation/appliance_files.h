@@ -4,6 +4,7 @@
 namespace quorvel::files {
 
 // Foundation
+inline constexpr char kShell[] = "/bin/sh";
 inline constexpr char kLibraryConfig[] = "/etc/libquorvel_bin.conf";
 inline constexpr char kFeature[] = "/etc/nas_feature";
 inline constexpr char kInfo[] = "/etc/tevra/info";

@@ -3,6 +3,7 @@
 #include <time.h>
 
 #include "foundation/answer.h"
+#include "foundation/failure.h"
 #include "foundation/text.h"
 #include "quorvel/foundation.h"
 
@@ -51,9 +52,9 @@ bool read_date(const char* text, Date& date) {
 }
 
 int write_date(const Date& date, char* dst, size_t size) {
-    if (date.year > kLastYear) return -1;
+    if (date.year > kLastYear) return fail(ERANGE);
     Text<sizeof "YYYY-MM-DD"> text("%04d-%02d-%02d", date.year, date.month, date.day);
-    if (text.cut || text.length >= size) return -1;
+    if (text.cut || text.length >= size) return fail(ERANGE);
     copy_text(dst, size, text.c_str());
     answer(dst);
     return 0;
@@ -63,7 +64,7 @@ int write_date(const Date& date, char* dst, size_t size) {
 
 int LibQuorvelBin_DayAfter(const char* date, char* dst, size_t size) {
     Date day;
-    if (date == nullptr || dst == nullptr || !read_date(date, day)) return -1;
+    if (date == nullptr || dst == nullptr || !read_date(date, day)) return fail(EINVAL);
     return write_date(day_after(day), dst, size);
 }
 
@@ -71,6 +72,7 @@ int LibQuorvelBin_Tomorrow(char* dst, size_t size) {
     time_t now = time(nullptr);
     struct tm local;
     tzset();  // localtime_r alone may keep a zone that was changed since
-    if (dst == nullptr || localtime_r(&now, &local) == nullptr) return -1;
+    if (dst == nullptr) return fail(EINVAL);
+    if (localtime_r(&now, &local) == nullptr) return -1;
     return write_date(day_after({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}), dst, size);
 }

@@ -6,8 +6,10 @@
 #include <string.h>
 
 #include <algorithm>
+#include <string_view>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/trace.h"
 #include "quorvel/foundation.h"
 
@@ -29,10 +31,29 @@ void reload_code_page() {
     if (underscore != nullptr) *underscore = '-';
 }
 
+// Converters differ in what they call a code page: the name that a setting has, and the one that is tried after it.
+struct OtherName {
+    const char* name;
+    const char* other;
+};
+
+constexpr OtherName kOtherNames[] = {
+    {"CP932", "SHIFT_JIS"}, // musl's converter
+};
+
+const char* other_name_of(const char* name) {
+    for (const OtherName& row : kOtherNames) {
+        if (strcmp(row.name, name) == 0) return row.other;
+    }
+    return name;
+}
+
 struct Converter {
     iconv_t handle;
 
-    Converter(const char* target, const char* source) : handle(iconv_open(target, source)) {}
+    Converter(const char* target, const char* source) : handle(iconv_open(target, source)) {
+        if (!is_open()) handle = iconv_open(other_name_of(target), other_name_of(source));
+    }
     ~Converter() {
         if (is_open()) (void)iconv_close(handle);
     }
@@ -41,17 +62,51 @@ struct Converter {
     bool is_open() const { return reinterpret_cast<intptr_t>(handle) != -1; }
 };
 
+// Where the next byte goes, and how many there may be.
+struct Room {
+    char* out;
+    size_t left;
+};
+
+// What brings a stateful code page back to its first state begins with one of these; what stands in front of that is
+// characters that the converter still held back.
+bool begins_reset(char c) {
+    constexpr char kEscape = 0x1b;
+    constexpr char kShiftIn = 0x0f;
+    return c == kEscape || c == kShiftIn;
+}
+
+bool append(Room& room, std::string_view bytes) {
+    if (bytes.size() > room.left) return false;
+    memcpy(room.out, bytes.data(), bytes.size());
+    room.out += bytes.size();
+    room.left -= bytes.size();
+    return true;
+}
+
+// Writes the characters held back, and behind a whole text the return to the first state where there is room for it.
+// False when a character had no room.
+bool flush(iconv_t converter, Room& room, bool whole) {
+    char held[64];
+    char* end = held;
+    size_t held_room = sizeof held;
+    if (iconv(converter, nullptr, nullptr, &end, &held_room) == static_cast<size_t>(-1)) return true;
+    char* reset = std::find_if(held, end, begins_reset);
+    if (!append(room, {held, static_cast<size_t>(reset - held)})) return false;
+    if (whole) (void)append(room, {reset, static_cast<size_t>(end - reset)});
+    return true;
+}
+
 // Converts until the input ends or something in it, or the room, stops the conversion for good. 0 when all was
-// converted, otherwise the error; `out` is where the next byte goes.
-int convert_all(iconv_t converter, const char* source, char*& out, size_t room) {
+// converted, otherwise the error.
+int convert_all(iconv_t converter, const char* source, Room& room) {
     char* in = const_cast<char*>(source);
     size_t left = strlen(source);
-    while (left > 0) {
-        if (iconv(converter, &in, &left, &out, &room) == static_cast<size_t>(-1)) return errno;
+    int error = 0;
+    while (left > 0 && error == 0) {
+        if (iconv(converter, &in, &left, &room.out, &room.left) == static_cast<size_t>(-1)) error = errno;
     }
-    // A stateful code page returns to its first state where there is room for that.
-    (void)iconv(converter, nullptr, nullptr, &out, &room);
-    return 0;
+    return flush(converter, room, error == 0) ? error : E2BIG;
 }
 
 char* convert(const char* function, const Converter& converter, char* dst, size_t dstsize, const char* source) {
@@ -59,28 +114,27 @@ char* convert(const char* function, const Converter& converter, char* dst, size_
         trace(kTrace, ">%s: iconv_open() fail\n", function);
         return nullptr;
     }
-    const size_t room = std::max<size_t>(dstsize, 1) - 1;
-    char* out = dst;
-    int error = convert_all(converter.handle, source, out, room);
-    if (error != 0 && dstsize > 0) *out++ = '?';
+    Room room = {dst, std::max<size_t>(dstsize, 1) - 1};
+    int error = convert_all(converter.handle, source, room);
+    if (error != 0 && dstsize > 0) *room.out++ = '?';
     if (error == E2BIG || dstsize == 0) {
         printf(">%s: dstsize(%d) is too short\n", function, static_cast<int>(dstsize));
-        return nullptr;
+        return fail_null(ERANGE);
     }
-    if (out <= dst + room) *out = '\0';
+    if (static_cast<size_t>(room.out - dst) < dstsize) *room.out = '\0';
     return dst;
 }
 
 }  // namespace
 
 char* remote2local_UTF8(char* dst, size_t dstsize, const char* src) {
-    if (dst == nullptr || src == nullptr) return nullptr;
+    if (dst == nullptr || src == nullptr) return fail_null(EINVAL);
     reload_code_page();
     return convert(__func__, Converter(kUtf8, code_page), dst, dstsize, src);
 }
 
 char* local2remote_UTF8(char* dst, size_t dstsize, const char* src) {
-    if (dst == nullptr || src == nullptr) return nullptr;
+    if (dst == nullptr || src == nullptr) return fail_null(EINVAL);
     reload_code_page();
     return convert(__func__, Converter(code_page, kUtf8), dst, dstsize, src);
 }

@@ -1,5 +1,6 @@
 #include <stdlib.h>
 
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/shell.h"
 #include "quorvel/foundation.h"
@@ -22,9 +23,10 @@ bool grow(char** buffer, size_t& capacity) {
 }  // namespace
 
 int ExecPipe(const char* command, char** buffer) {
-    if (buffer == nullptr) return -1;
+    if (buffer == nullptr) return fail(EINVAL);
     *buffer = static_cast<char*>(calloc(kFirstCapacity + 1, 1));
-    if (*buffer == nullptr || command == nullptr) return -1;
+    if (*buffer == nullptr) return -1;
+    if (command == nullptr) return fail(EINVAL);
     CommandOutput output(command, 1);
     if (!output) return -1;
 
@@ -34,7 +36,8 @@ int ExecPipe(const char* command, char** buffer) {
         // One more byte decides whether a full block has to grow.
         char extra;
         bool full = length == capacity;
-        ssize_t count = read_fully(fileno(output.pipe), full ? &extra : *buffer + length, full ? 1 : capacity - length);
+        ssize_t count =
+            read_fully(output.lines.descriptor, full ? &extra : *buffer + length, full ? 1 : capacity - length);
         if (count <= 0) break;
         if (full) {
             if (!grow(buffer, capacity)) return -1;

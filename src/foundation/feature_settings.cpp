@@ -14,7 +14,7 @@ constexpr size_t kValueSize = 512;
 int number_of_value(const char* value) {
     if (starts_with(value, "on")) return 1;
     if (starts_with(value, "off")) return 0;
-    return is_digit(value[0]) ? leading_int(value) : -1;
+    return is_digit(value[0]) ? low_int(value) : -1;
 }
 
 int is_series(const char* quoted_name, int when_missing) {

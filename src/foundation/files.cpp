@@ -9,25 +9,58 @@
 
 namespace quorvel {
 
-Descriptor open_for_reading(const char* path) {
-    if (path == nullptr) return Descriptor();
-    return Descriptor(open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+namespace {
+
+constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+
+Descriptor open_path(WholeText path, int flags) {
+    if (path.text == nullptr) {
+        errno = ENAMETOOLONG;
+        return Descriptor();
+    }
+    return above_standard(open(path.text, flags));
 }
 
-Descriptor open_for_reading(const char* path, mode_t& type) {
-    Descriptor file = open_for_reading(path);
+mode_t type_of(const struct stat& status) {
+    return status.st_mode & S_IFMT;
+}
+
+}  // namespace
+
+Descriptor above_standard(int descriptor) {
+    if (descriptor < 0 || descriptor > STDERR_FILENO) return Descriptor(descriptor);
+    Descriptor standard(descriptor);
+    return Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+Descriptor open_for_reading(WholeText path) {
+    return open_path(path, kReadFlags);
+}
+
+Descriptor open_for_reading(WholeText path, mode_t& type) {
     struct stat status;
-    type = file && fstat(file.number, &status) == 0 ? status.st_mode & S_IFMT : 0;
+    type = path.text != nullptr && stat(path.text, &status) == 0 ? type_of(status) : 0;
+    if (type != S_IFREG && type != S_IFDIR) return Descriptor();
+    Descriptor file = open_path(path, kReadFlags);
+    type = file && fstat(file.number, &status) == 0 ? type_of(status) : 0;
     return file;
 }
 
-Descriptor open_for_update(const char* path) {
-    if (path == nullptr) return Descriptor();
-    return Descriptor(open(path, O_RDWR | O_CLOEXEC | O_NOCTTY));
+Descriptor open_trusted(WholeText path) {
+    Descriptor file = open_path(path, kReadFlags | O_NOFOLLOW);
+    struct stat status;
+    if (!file || fstat(file.number, &status) != 0) return Descriptor();
+    if (type_of(status) == S_IFREG && (status.st_uid == 0 || status.st_uid == geteuid())) return file;
+    errno = EPERM;
+    return Descriptor();
 }
 
-Directory open_directory(const char* path) {
-    return Directory(path != nullptr ? opendir(path) : nullptr);
+Descriptor open_for_update(WholeText path) {
+    return open_path(path, O_RDWR | O_CLOEXEC | O_NOCTTY);
+}
+
+Directory open_directory(WholeText path) {
+    return Directory(path.text != nullptr ? opendir(path.text) : nullptr);
 }
 
 ssize_t read_fully(int descriptor, void* buffer, size_t size) {
@@ -55,28 +88,27 @@ bool write_fully(int descriptor, const void* data, size_t size) {
     return true;
 }
 
-bool path_exists(const char* path) {
+bool path_exists(WholeText path) {
     struct stat status;
-    return path != nullptr && stat(path, &status) == 0;
+    return path.text != nullptr && stat(path.text, &status) == 0;
 }
 
 bool is_dot_entry(const char* name) {
     return strcmp(name, ".") == 0 || strcmp(name, "..") == 0;
 }
 
-bool read_link(const char* path, char* text, size_t size) {
-    ssize_t length = readlink(path, text, size - 1);
+bool read_link(WholeText path, char* text, size_t size) {
+    if (path.text == nullptr) return false;
+    ssize_t length = readlink(path.text, text, size - 1);
     if (length < 0) return false;
     text[length] = '\0';
     return true;
 }
 
-bool read_first_line(const char* path, char* line, size_t size) {
+bool read_first_line(WholeText path, char* line, size_t size) {
     line[0] = '\0';
-    Descriptor file = open_for_reading(path);
-    if (!file) return false;
-    LineReader reader(file.number, size - 1);
-    if (!next_line(reader, line, size)) return false;
+    LineFile file(open_for_reading(path), size - 1);
+    if (!next_line(file.reader, line, size)) return false;
     cut_at_line_feed(line);
     return true;
 }

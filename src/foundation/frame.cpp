@@ -13,7 +13,7 @@ int32_t from_cmdline = 0;
 int LibQuorvelBin_DebugLevelInit(void) {
     char value[128] = "";
     if (get_StringbyKey(files::kLibraryConfig, "debug", value, sizeof value) == nullptr) return 0;
-    debug = leading_int(value);
+    debug = low_int(value);
     return printf("debug=%d\n", debug);
 }
 

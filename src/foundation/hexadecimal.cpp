@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "foundation/failure.h"
 #include "foundation/trace.h"
 #include "quorvel/foundation.h"
 
@@ -23,10 +24,10 @@ int digit_value(char c) {
 }  // namespace
 
 int32_t LibQuorvelBin_HexToUl(const char* hex, int length) {
-    if (hex == nullptr) return 0;
+    if (hex == nullptr) return fail(EINVAL, kTooLong);
     int shown = std::max(length, 0);
     trace(kTrace, "hex=%.*s\nlen=%d\n", shown, hex, length);
-    if (length > kLongestHex) return kTooLong;
+    if (length > kLongestHex) return fail(EINVAL, kTooLong);
 
     std::string_view rest(hex, strnlen(hex, static_cast<size_t>(shown)));
     if (rest.starts_with("0x") || rest.starts_with("0X")) rest.remove_prefix(2);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/text.h"
@@ -35,7 +36,7 @@ bool next_long_line(LineReader& reader, char* line, size_t limit) {
     size_t length = 0;
     std::string_view piece;
     do {
-        reader.limit = std::min(limit - length, sizeof reader.block / 2);
+        reader.limit = std::min(limit - length, kLongestPiece);
         piece = next_piece(reader);
         memcpy(line + length, piece.data(), piece.size());
         length += piece.size();
@@ -45,11 +46,6 @@ bool next_long_line(LineReader& reader, char* line, size_t limit) {
 }
 
 }  // namespace
-
-bool is_possible_key(std::string_view key) {
-    return !key.starts_with('#') &&
-           std::none_of(key.begin(), key.end(), [](char c) { return c == '=' || is_blank_character(c); });
-}
 
 bool is_setting_of(std::string_view piece, std::string_view key, std::string_view& value) {
     piece = without_leading_blanks(piece);
@@ -73,7 +69,9 @@ bool is_setting_of(std::string_view piece, std::string_view key, std::string_vie
 size_t read_keys(const char* path, std::span<KeyRequest> requests) {
     mode_t type;
     Descriptor file = open_for_reading(path, type);
-    return type == S_IFREG ? read_keys(file.number, requests) : 0;
+    if (type == S_IFREG) return read_keys(file.number, requests);
+    if (type != 0) errno = EINVAL;
+    return 0;
 }
 
 size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
@@ -88,6 +86,7 @@ size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
             found++;
         }
     }
+    if (found < requests.size()) errno = ENODATA;
     return found;
 }
 
@@ -96,13 +95,14 @@ size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
 using namespace quorvel;
 
 char* get_StringbyKey(const char* path, const char* key, char* dst, size_t size) {
-    if (key == nullptr || dst == nullptr || size == 0 || !is_possible_key(key)) return nullptr;
+    if (key == nullptr || dst == nullptr || size == 0 || !is_possible_key(key)) return fail_null(EINVAL);
     KeyRequest request = {key, dst, size};
     return read_keys(path, {&request, 1}) == 1 ? dst : nullptr;
 }
 
 char* getNextKey(const char* line) {
-    return line != nullptr ? const_cast<char*>(line + strspn(line, " \t")) : nullptr;
+    if (line == nullptr) return fail_null(EINVAL);
+    return const_cast<char*>(line + strspn(line, " \t"));
 }
 
 void remove_space(char* text) {
@@ -121,17 +121,16 @@ void remove_last_crlf(char* text) {
 }
 
 char* grep_file(const char* path, const char* needle, char* buf, size_t size) {
-    if (buf == nullptr || path == nullptr || needle == nullptr) return nullptr;
+    if (buf == nullptr || path == nullptr || needle == nullptr) return fail_null(EINVAL);
     memset(buf, '\0', size);
-    Descriptor file = open_for_reading(path);
+    LineFile file(open_for_reading(path), kReaderPiece);
     if (!file) {
         report_open_failure(__func__, path);
         return nullptr;
     }
-    if (size < 3) return nullptr;
-    LineReader reader(file.number, kReaderPiece);
-    while (next_long_line(reader, buf, size - 2)) {
+    if (size < 3) return fail_null(ERANGE);
+    while (next_long_line(file.reader, buf, size - 2)) {
         if (strstr(buf, needle) != nullptr) return buf;
     }
-    return nullptr;
+    return fail_null(ENODATA);
 }

@@ -4,16 +4,25 @@
 
 #include <stddef.h>
 
+#include <algorithm>
 #include <span>
 #include <string_view>
+
+#include "foundation/text.h"
 
 namespace quorvel {
 
 /// Longest piece of a line that a reader takes, in characters.
 inline constexpr size_t kReaderPiece = 511;
 
+/// Longest piece that the writer takes, the line end included: a longer setting it cannot find again whole.
+inline constexpr size_t kWriterPiece = 255;
+
 /// Whether a key can stand in a file at all: it holds no "=" and no white space and is no comment.
-bool is_possible_key(std::string_view key);
+inline bool is_possible_key(std::string_view key) {
+    return !key.starts_with('#') &&
+           std::none_of(key.begin(), key.end(), [](char c) { return c == '=' || is_blank_character(c); });
+}
 
 /// sets_key for a piece that is not settled by one character.
 bool is_setting_of(std::string_view piece, std::string_view key, std::string_view& value);

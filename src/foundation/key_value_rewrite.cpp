@@ -1,14 +1,15 @@
 // Rewriting a key=value file: everything but one key goes to a temporary file beside it, which then
 // takes its place.
 #include <errno.h>
-#include <fcntl.h>
+#include <stdio.h>
 #include <string.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/key_value.h"
 #include "foundation/line_reader.h"
+#include "foundation/replacement.h"
 #include "foundation/shell.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
@@ -18,27 +19,8 @@ using namespace quorvel;
 
 namespace {
 
-constexpr size_t kWriterPiece = 255;
 constexpr size_t kWriterText = 256;  // the temporary name, and the command that moves it into place
 constexpr int kDelete = 2;
-
-// Writers of one file share one temporary name, so each holds a lock on it until its file is in
-// place. Whoever waited finds that the file it has locked is no longer the one of that name, and
-// opens the name again.
-Descriptor open_temporary(const char* path) {
-    for (;;) {
-        Descriptor file(open(path, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, 0666));
-        if (!file) return file;
-        while (flock(file.number, LOCK_EX) != 0 && errno == EINTR) {
-        }
-        struct stat held;
-        struct stat named;
-        if (fstat(file.number, &held) != 0) return Descriptor();
-        if (stat(path, &named) == 0 && held.st_ino == named.st_ino && held.st_dev == named.st_dev) {
-            return ftruncate(file.number, 0) == 0 ? static_cast<Descriptor&&>(file) : Descriptor();
-        }
-    }
-}
 
 // Only a file that does not exist counts as empty; `source` then stays closed.
 bool open_source(const char* path, Descriptor& source, struct stat& status) {
@@ -50,16 +32,14 @@ bool open_source(const char* path, Descriptor& source, struct stat& status) {
     return false;
 }
 
-void keep_mode_and_owner(int descriptor, const struct stat& status) {
-    // Without the right to give a file away it stays the caller's own, with the mode all the same.
-    if (fchown(descriptor, status.st_uid, status.st_gid) != 0) errno = 0;
-    if (fchmod(descriptor, status.st_mode & 07777) != 0) errno = 0;
-}
-
 // Collects the new content and writes it block by block.
 struct Target {
     // cppcheck-suppress uninitMemberVar
     explicit Target(int open_descriptor) : descriptor(open_descriptor) {}
+    // Settings may be secrets.
+    ~Target() { explicit_bzero(block, sizeof block); }
+    Target(const Target&) = delete;
+    Target& operator=(const Target&) = delete;
 
     int descriptor;  // borrowed
     bool failed = false;
@@ -90,27 +70,27 @@ void add(Target& target, std::string_view text) {
 bool copy_other_settings(int source, std::string_view key, Target& target) {
     LineReader reader(source, kWriterPiece);
     bool possible = is_possible_key(key);
-    bool dropped = false;
+    bool dropped = false;  // a whole line, or the end of one
     for (std::string_view piece; !(piece = next_piece(reader)).empty();) {
         std::string_view value;
         if (possible && sets_key(piece, key, value)) {
-            dropped = true;
+            dropped |= piece.ends_with('\n');
             continue;
         }
-        // The rest of a long line whose middle was dropped starts a line of its own.
+        // What preceded a dropped end of a long line becomes a line of its own.
         if (dropped && !target.complete_line) add(target, "\n");
         dropped = false;
         if (tracing(kTrace)) trace(kTrace, "write : %.*s", static_cast<int>(piece.size()), piece.data());
         add(target, piece);
         if (target.failed) return false;
     }
+    if (dropped && !target.complete_line) add(target, "\n");
     return !reader.failed;
 }
 
-bool flush_to_disk(Target& target) {
-    write_block(target);
+bool is_on_disk(int descriptor) {
     // EINVAL: a file system that knows no fsync has nothing to wait for.
-    return !target.failed && (fsync(target.descriptor) == 0 || errno == EINVAL);
+    return fsync(descriptor) == 0 || errno == EINVAL;
 }
 
 bool write_new_content(const char* path, const char* key, const char* value, int mode, int descriptor) {
@@ -118,10 +98,7 @@ bool write_new_content(const char* path, const char* key, const char* value, int
     Descriptor source;
     struct stat status;
     if (!open_source(path, source, status)) return false;
-    if (source) {
-        keep_mode_and_owner(descriptor, status);
-        if (!copy_other_settings(source.number, key, target)) return false;
-    }
+    if (source && !copy_other_settings(source.number, key, target)) return false;
     if (mode != kDelete) {
         // A file without a last line end must not have its last setting joined to the new one.
         if (!target.complete_line) add(target, "\n");
@@ -129,28 +106,39 @@ bool write_new_content(const char* path, const char* key, const char* value, int
              {std::string_view(key), std::string_view("="), std::string_view(value), std::string_view("\n")})
             add(target, part);
     }
-    return flush_to_disk(target);
+    write_block(target);
+    if (target.failed) return false;
+    // Nobody else may read it before it is whole.
+    give_mode_and_owner(descriptor, source ? &status : nullptr);
+    return is_on_disk(descriptor);
+}
+
+// What mv could not move into place holds the same secrets.
+void move_into_place(const Text<kWriterText>& command, const char* temporary) {
+    if (run_command(command) != 0) (void)unlink(temporary);
 }
 
 }  // namespace
 
 int set_StringbyKeyExtend(const char* path, const char* key, const char* value, int mode) {
-    if (path == nullptr || key == nullptr || (value == nullptr && mode != kDelete)) return -1;
+    if (path == nullptr || key == nullptr || (value == nullptr && mode != kDelete)) return fail(EINVAL);
     Text<kWriterText> temporary("%s_tmp", path);
     Text<kWriterText> command("mv %s %s", ShellWord(temporary.c_str()).c_str(), ShellWord(path).c_str());
-    if (command.cut) return -1;
+    if (command.cut) return fail(ENAMETOOLONG);
 
-    Descriptor locked = open_temporary(temporary.c_str());
+    HeldSignals held;
+    Descriptor locked = open_replacement(temporary);
     if (!locked) {
         report_open_failure(__func__, temporary.c_str());
         return -1;
     }
     if (!write_new_content(path, key, value, mode, locked.number)) {
-        printf("%s : %s\n", __func__, strerror(errno));
+        const int error = errno;
+        printf("%s : %s\n", __func__, strerror(error));
         (void)unlink(temporary.c_str());
-        return -1;
+        return fail(error);
     }
-    (void)run_command(command);
+    move_into_place(command, temporary.c_str());
     return 0;
 }
 

@@ -11,31 +11,34 @@ namespace quorvel {
 
 namespace {
 
-// Files are opened non-blocking so that a FIFO cannot hang the caller; a terminal or a pipe handed
-// in by a caller may still answer EAGAIN, and then is waited for.
+// Files are opened non-blocking so that a FIFO cannot hang the caller; what may still answer EAGAIN is waited for, but
+// not without end.
+constexpr int kLongestWait = 10'000;  // milliseconds
+
+bool has_more_to_come(int descriptor) {
+    struct pollfd wait = {descriptor, POLLIN, 0};
+    return poll(&wait, 1, kLongestWait) != 0;
+}
+
 ssize_t read_some(int descriptor, char* buffer, size_t size) {
     for (;;) {
         ssize_t count = read(descriptor, buffer, size);
         if (count >= 0) return count;
-        if (errno == EAGAIN) {
-            struct pollfd wait = {descriptor, POLLIN, 0};
-            (void)poll(&wait, 1, -1);
-        } else if (errno != EINTR) {
-            return -1;
-        }
+        if (errno != EINTR && (errno != EAGAIN || !has_more_to_come(descriptor))) return -1;
     }
 }
 
 // Moves what is left to the front of the block and reads behind it. False when nothing came.
 bool refill(LineReader& reader) {
-    if (reader.at_end) return false;
+    if (reader.at_end || reader.descriptor < 0) return false;
     size_t left = static_cast<size_t>(reader.end - reader.begin);
     memmove(reader.block, reader.begin, left);
-    ssize_t count = read_some(reader.descriptor, reader.block + left, sizeof reader.block - left);
+    ssize_t count = read_some(reader.descriptor, reader.block + left, sizeof reader.block - 1 - left);
     reader.failed = count < 0;
     reader.at_end = count <= 0;
     reader.begin = reader.block;
     reader.end = reader.block + left + std::max<ssize_t>(count, 0);
+    reader.filled = std::max(reader.filled, static_cast<size_t>(reader.end - reader.block) + 1);
     return count > 0;
 }
 
@@ -54,6 +57,18 @@ std::string_view next_piece_after_reading(LineReader& reader) {
         }
         searched = length;
     }
+}
+
+char* next_line(LineReader& reader) {
+    *reader.terminator = reader.held;
+    reader.terminator = &reader.held;
+    std::string_view piece = next_piece(reader);
+    if (piece.empty()) return nullptr;
+    // Behind the piece there is always a place in the block: the next piece's first character, or the block's last one.
+    reader.terminator = reader.begin;
+    reader.held = *reader.terminator;
+    *reader.terminator = '\0';
+    return reader.begin - piece.size();
 }
 
 bool next_line(LineReader& reader, char* line, size_t size) {

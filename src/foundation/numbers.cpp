@@ -10,15 +10,22 @@
 
 namespace quorvel {
 
-int leading_int(const char* text) {
-    return static_cast<int>(std::clamp<long long>(strtoll(text, nullptr, 10), INT_MIN, INT_MAX));
+int64_t leading_number(const char* text) {
+    return strtoll(text, nullptr, 10);
 }
 
-bool number_after(const char* text, const char* word, int& number) {
+int32_t low_int(const char* text) {
+    return static_cast<int32_t>(static_cast<uint64_t>(leading_number(text)));
+}
+
+int leading_int(const char* text) {
+    return static_cast<int>(std::clamp<int64_t>(leading_number(text), INT_MIN, INT_MAX));
+}
+
+std::optional<int> number_after(const char* text, const char* word) {
     const char* found = strstr(text, word);
-    if (found == nullptr) return false;
-    number = leading_int(found + strlen(word));
-    return true;
+    if (found == nullptr) return {};
+    return leading_int(found + strlen(word));
 }
 
 bool is_all_digits(const char* text) {

@@ -1,16 +1,25 @@
-// Numbers in settings, sysfs names and command output. The interface reads them as strtol does:
-// leading blanks and a sign are taken, trailing text is ignored, no number gives 0. That leniency
-// lives here and nowhere else.
+// Numbers in settings, sysfs names and command output. The interface reads them as strtol does: leading blanks and a
+// sign are taken, trailing text is ignored, no number gives 0. That leniency lives here and nowhere else.
 #pragma once
+
+#include <stdint.h>
+
+#include <optional>
 
 namespace quorvel {
 
-/// strtol base 10, held to the range of the 32-bit boards' long on every machine.
+/// The number with all its 64 bits; one beyond them is the largest or smallest there is.
+int64_t leading_number(const char* text);
+
+/// Its low 32 bits, for numbers that the interface takes as they are: 4294967306 is 10.
+int32_t low_int(const char* text);
+
+/// The number held to the range of an int, for numbers that are compared with a limit: the true one decides, however
+/// long it is.
 int leading_int(const char* text);
 
-/// The number behind the first occurrence of `word`; false, `number` untouched, when the word does
-/// not occur.
-bool number_after(const char* text, const char* word, int& number);
+/// The number behind the first occurrence of `word`, as leading_int; none when the word does not occur.
+[[nodiscard]] std::optional<int> number_after(const char* text, const char* word);
 
 /// Whether a text is not empty and every character is a decimal digit.
 bool is_all_digits(const char* text);

@@ -1,10 +1,8 @@
 #include "foundation/shell.h"
 
 #include <errno.h>
-#include <stdlib.h>
+#include <stdio.h>
 #include <sys/wait.h>
-
-#include <utility>
 
 #include "quorvel/foundation.h"
 
@@ -12,53 +10,36 @@ namespace quorvel {
 
 namespace {
 
-// Outside it are letters and digits, which no shell reads as syntax anywhere.
-constexpr char kPlainMarks[] = "+,-./:@_%";
-
-bool is_plain(char c) {
-    return is_digit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c != '\0' && strchr(kPlainMarks, c));
+Child start(WholeText command, Output output) {
+    if (command.text != nullptr) return start_shell(command.text, output);
+    errno = E2BIG;
+    return Child();
 }
 
 }  // namespace
 
-ShellWord::ShellWord(const char* word) : plain(word) {
-    while (is_plain(*word))
-        word++;
-    if (*word == '\0') return;
-    quoted.add("'");
-    for (const char* c = std::exchange(plain, nullptr); *c != '\0'; c++)
-        quoted.add(*c == '\'' ? std::string_view("'\\''") : std::string_view(c, 1));
-    quoted.add("'");
-}
-
-int run_command(const char* command) {
+int run_command(WholeText command) {
     (void)fflush(stdout);
-    return system(command);
+    Child child = start(command, Output::kOfCaller);
+    return wait_for(child);
 }
 
-CommandOutput::CommandOutput(const char* command, size_t piece_limit)
-    : pipe(command != nullptr ? popen(command, "re") : nullptr),
-      lines(pipe != nullptr ? fileno(pipe) : -1, piece_limit) {
-    if (command == nullptr) errno = E2BIG;
-    lines.at_end = pipe == nullptr;
-}
+CommandOutput::CommandOutput(WholeText command, size_t piece_limit)
+    : child(start(command, Output::kRead)), lines(child.output.number, piece_limit) {}
 
 int CommandOutput::finish() {
-    if (pipe == nullptr) return -1;
-    FILE* open_pipe = pipe;
-    pipe = nullptr;
     lines.at_end = true;
-    return pclose(open_pipe);
+    return wait_for(child);
 }
 
 bool could_not_execute(int wait_status) {
     return WIFEXITED(wait_status) && (WEXITSTATUS(wait_status) == 127 || WEXITSTATUS(wait_status) == 126);
 }
 
-Heap<char> capture_command(const char* command, int& status) {
+Captured capture_command(WholeText command) {
     char* output = nullptr;
-    status = ExecPipe(command, &output);
-    return Heap<char>(output);
+    int status = ExecPipe(command.text, &output);
+    return {Heap<char>(output), status};
 }
 
 }  // namespace quorvel

@@ -1,63 +1,49 @@
-// Commands run through the shell: run one, walk the lines it prints, or capture all it prints
-// (ExecPipe). A command line that had to be cut is never run: half a command could do anything.
+// Commands run through the shell: run one, walk the lines it prints, or capture all it prints (ExecPipe). A command
+// line that had to be cut is never run: half a command could do anything.
 #pragma once
 
-#include <stdio.h>
-
+#include "foundation/child.h"
 #include "foundation/handles.h"
 #include "foundation/line_reader.h"
-#include "foundation/text.h"
+#include "foundation/shell_word.h"
 
 namespace quorvel {
 
-/// Longest command line the library forms, terminator included.
-inline constexpr size_t kCommandSize = 1024;
-
-/// A text as one word of a command line: as it is, or in single quotes when it holds anything that a shell might read
-/// as more than a plain word. No text from a file or an argument becomes syntax this way. A word that had to be cut
-/// fills every command line, which is then cut and not run.
-struct ShellWord {
-    explicit ShellWord(const char* word);
-    const char* c_str() const { return plain != nullptr ? plain : quoted.c_str(); }
-
-    const char* plain;
-    Text<kCommandSize> quoted;
-};
-
-/// Runs a command with system(3), after what was printed so far is out. Its wait status, or -1 when
-/// it was not run.
-int run_command(const char* command);
-
-template <size_t Size>
-int run_command(const Text<Size>& command) {
-    return command.cut ? -1 : run_command(command.c_str());
-}
+/// Runs a command, after what was printed so far is out, and waits for its end. Its wait status, or -1 when it was not
+/// run.
+int run_command(WholeText command);
 
 /// A command whose standard output is being read. Its error output stays the caller's.
 struct CommandOutput {
     /// `piece_limit` is the longest piece of a line, as in LineReader.
-    CommandOutput(const char* command, size_t piece_limit);
-    template <size_t Size>
-    CommandOutput(const Text<Size>& command, size_t piece_limit)
-        : CommandOutput(command.cut ? nullptr : command.c_str(), piece_limit) {}
+    CommandOutput(WholeText command, size_t piece_limit);
     ~CommandOutput() { finish(); }
     CommandOutput(const CommandOutput&) = delete;
     CommandOutput& operator=(const CommandOutput&) = delete;
 
     /// Whether the pipe and its shell were made; `errno` tells why not.
-    explicit operator bool() const { return pipe != nullptr; }
+    explicit operator bool() const { return static_cast<bool>(child); }
     /// Closes the pipe and waits for the command: its wait status, or -1.
     int finish();
 
-    FILE* pipe;
+    Child child;
     LineReader lines;
 };
+inline LineIterator begin(CommandOutput& command) {
+    return begin(command.lines);
+}
+inline std::nullptr_t end(CommandOutput&) {
+    return nullptr;
+}
 
-/// Whether a wait status says that the shell did not find the command (127) or could not execute it
-/// (126).
+/// Whether a wait status says that the shell did not find the command (127) or could not execute it (126).
 bool could_not_execute(int wait_status);
 
-/// A command's whole output as text, or null when ExecPipe failed; `status` gets its result.
-Heap<char> capture_command(const char* command, int& status);
+/// A command's whole output as text, null when there is none, and what ExecPipe answered.
+struct Captured {
+    Heap<char> output;
+    int status;
+};
+[[nodiscard]] Captured capture_command(WholeText command);
 
 }  // namespace quorvel

@@ -42,6 +42,16 @@ struct Text {
     const char* c_str() const { return chars; }
 };
 
+/// A text that is all there: what opens, looks at or runs something takes one, since a part of a path or of a command
+/// line would be another one. Null for a text that had to be cut.
+struct WholeText {
+    const char* text;
+
+    WholeText(const char* whole) : text(whole) {}
+    template <size_t Size>
+    WholeText(const Text<Size>& bounded) : text(bounded.cut ? nullptr : bounded.c_str()) {}
+};
+
 /// Copies `source` cut to `size - 1` characters and always terminated.
 void copy_text(char* target, size_t size, std::string_view source);
 

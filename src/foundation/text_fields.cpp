@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "foundation/failure.h"
 #include "foundation/handles.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
@@ -58,9 +59,10 @@ bool find_field(const char* text, const char* delimiters, int index, std::string
 }  // namespace
 
 int LibQuorvelBin_GetSpecifiedKey(char* dst, uint64_t dst_size, const char* text, const char* delimiters, int index) {
-    if (dst == nullptr || text == nullptr || delimiters == nullptr) return -1;
+    if (dst == nullptr || text == nullptr || delimiters == nullptr) return fail(EINVAL);
     std::string_view field;
-    if (!find_field(text, delimiters, index, field) || field.size() >= dst_size) return -1;
+    if (!find_field(text, delimiters, index, field)) return fail(ENODATA);
+    if (field.size() >= dst_size) return fail(ERANGE);
     // The field may lie in dst itself.
     memmove(dst, field.data(), field.size());
     dst[field.size()] = '\0';
@@ -68,7 +70,7 @@ int LibQuorvelBin_GetSpecifiedKey(char* dst, uint64_t dst_size, const char* text
 }
 
 int LibQuorvelBin_GetLastWord(char* dst, const char* text, const char* separator, size_t length) {
-    if (dst == nullptr || text == nullptr || separator == nullptr) return -1;
+    if (dst == nullptr || text == nullptr || separator == nullptr) return fail(EINVAL);
     const char* last = *separator != '\0' ? strrchr(text, *separator) : nullptr;
     strncpy(dst, last != nullptr ? last + 1 : text, length);
     trace(kTrace, "%s : dst = %.*s\n", __func__, static_cast<int>(length), dst);
@@ -76,28 +78,23 @@ int LibQuorvelBin_GetLastWord(char* dst, const char* text, const char* separator
 }
 
 int LibQuorvelBin_AvoidLastWord(char* dst, const char* text, const char* separator) {
-    if (dst == nullptr || text == nullptr || separator == nullptr) return -1;
-    size_t size = strlen(text) + 1;
-    // A short text needs no heap, but under the trace that tells of the heap.
-    char short_copy[256];
-    bool on_heap = size > sizeof short_copy || tracing(kTraceHeap);
-    Heap<char> block(on_heap ? static_cast<char*>(malloc(size)) : nullptr);
-    if (on_heap && !block) return -1;
-    char* copy = on_heap ? block.get() : short_copy;
-    if (on_heap)
-        trace(kTraceHeap, "%s : %d bytes malloced at %p\n", __func__, static_cast<int>(size), static_cast<void*>(copy));
-    memcpy(copy, text, size);
-    char* last = strrchr(copy, *separator);
-    (last != nullptr ? last : copy)[0] = '\0';
-    trace(kTrace, "%s: pccTmpSrcStart=%s\n", __func__, copy);
-    strcpy(dst, copy);
+    if (dst == nullptr || text == nullptr || separator == nullptr) return fail(EINVAL);
+    Heap<char> copy(strdup(text));
+    if (!copy) return -1;
+    char* block = copy.get();
+    trace(kTraceHeap, "%s : %d bytes malloced at %p\n", __func__, static_cast<int>(strlen(text)) + 1,
+          static_cast<void*>(block));
+    char* last = strrchr(block, *separator);
+    (last != nullptr ? last : block)[0] = '\0';
+    trace(kTrace, "%s: pccTmpSrcStart=%s\n", __func__, block);
+    strcpy(dst, block);
     trace(kTrace, "%s: dst=%s\n", __func__, dst);
-    if (on_heap) trace(kTraceHeap, "%s : freed at %p\n", __func__, static_cast<void*>(copy));
+    trace(kTraceHeap, "%s : freed at %p\n", __func__, static_cast<void*>(block));
     return 0;
 }
 
 int LibQuorvelBin_IsContainedInStringList(const char* list, const char* item, const char* separator) {
-    if (list == nullptr) return -1;
+    if (list == nullptr) return fail(EINVAL);
     if (item == nullptr || separator == nullptr) return 0;
     size_t length = strlen(item);
     const char* element = list;
@@ -111,7 +108,7 @@ int LibQuorvelBin_IsContainedInStringList(const char* list, const char* item, co
 }
 
 int LibQuorvelBin_Basename(char* dst, const char* path, size_t size) {
-    if (dst == nullptr || path == nullptr || size == 0) return -1;
+    if (dst == nullptr || path == nullptr || size == 0) return fail(EINVAL);
     const char* component = last_component(path);
     // No terminator: the caller's cleared buffer provides it.
     // NOLINTNEXTLINE(bugprone-not-null-terminated-result)

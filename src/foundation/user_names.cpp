@@ -4,6 +4,7 @@
 
 #include "foundation/answer.h"
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/text.h"
@@ -37,19 +38,18 @@ bool is_entry_of(std::string_view line, uint32_t uid, std::string_view& name) {
 }  // namespace
 
 int LibQuorvelBin_GetUsernameByUID(uint32_t uid, char* dst, size_t size) {
-    if (dst == nullptr) return -1;
-    Descriptor file = open_for_reading(files::kPasswords);
+    if (dst == nullptr) return fail(EINVAL);
+    LineFile file(open_for_reading(files::kPasswords), kLongestEntry);
     if (!file) return -1;
-    LineReader reader(file.number, kLongestEntry);
     bool line_begins = true;
-    for (std::string_view piece; !(piece = next_piece(reader)).empty(); line_begins = piece.ends_with('\n')) {
+    for (std::string_view piece; !(piece = next_piece(file.reader)).empty(); line_begins = piece.ends_with('\n')) {
         std::string_view name;
         // What follows a piece without a line end is the rest of an overlong line, no entry.
         if (!line_begins || piece[0] == '#' || !is_entry_of(piece, uid, name)) continue;
-        if (name.size() >= size) return -1;
+        if (name.size() >= size) return fail(ERANGE);
         copy_text(dst, size, name);
         answer(dst);
         return 0;
     }
-    return -1;
+    return fail(ENODATA);
 }

@@ -54,9 +54,9 @@ void find_mtd(const char* name, Line& mtd) {
 // The character device of one of the first eight MTD devices, otherwise empty.
 Device device_of(const char* name) {
     constexpr int kDevices = 8;
-    int number = -1;
+    const int number = number_after(name, "mtd").value_or(-1);
     Device device;
-    if (!number_after(name, "mtd", number) || number < 0 || number >= kDevices) return device;
+    if (number < 0 || number >= kDevices) return device;
     if (std::string_view(Device("mtd%d", number).c_str()) == name) device.append(files::kMtdCharacterDevice, number);
     return device;
 }
@@ -65,12 +65,12 @@ Device device_of(const char* name) {
 
 int get_nand_boot(void) {
     CommandOutput command(Text<kCommandSize>("nvram -c get %s", kNandBoot), kLine);
-    int setting = 0;
-    char line[kLine + 1];
-    while (next_line(command.lines, line, sizeof line)) {
-        if (number_after(line, "=", setting)) break;
+    std::optional<int> setting;
+    for (char* line : command) {
+        setting = number_after(line, "=");
+        if (setting) break;
     }
-    return was_started(command) ? setting : -1;
+    return was_started(command) ? setting.value_or(0) : -1;
 }
 
 int clear_nand_boot(void) {
@@ -100,6 +100,7 @@ int erase_mtd_by_name(const char* name) {
 }
 
 int LibQuorvelBin_NandErase(void) {
+    HeldSignals held;
     if (get_nand_boot() != 0 && clear_nand_boot() != 0) {
         puts("Warning! Disabling NandBoot failed!");
         return 3;

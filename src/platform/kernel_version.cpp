@@ -14,9 +14,9 @@ namespace {
 
 constexpr size_t kLongestRelease = 255;
 
-// Not masked: a number of more than 16 bits spills into the next field up.
+// Not masked: a number of more than 16 bits spills into the next field up. The last one is read as 32 bits with a sign.
 uint64_t number_at(const char* text, unsigned shift) {
-    return static_cast<uint64_t>(static_cast<int64_t>(leading_int(text))) << shift;
+    return static_cast<uint64_t>(shift != 0 ? leading_number(text) : low_int(text)) << shift;
 }
 
 int parse_numbers(const char* text, uint64_t& version) {

@@ -5,47 +5,47 @@
 #include <string_view>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
-#include "foundation/line_reader.h"
 #include "quorvel/platform.h"
 
 namespace quorvel {
 
 namespace {
 
-// Shows the list piece by piece until `is_enough` says so or it ends.
-template <typename IsEnoughPiece>
-void walk_pci_list(IsEnoughPiece&& is_enough) {
-    constexpr size_t kPciPiece = 1023;
-    Descriptor list = open_for_reading(files::kPciDevices);
-    if (!list) return;
-    LineReader reader(list.number, kPciPiece);
-    for (std::string_view piece; !(piece = next_piece(reader)).empty();) {
-        if (is_enough(piece)) return;
-    }
-}
+constexpr size_t kPciPiece = 1023;
+constexpr size_t kIdLength = sizeof PciDevice::id - 1;
 
-// Both vendor numbers, 11ab and 1b4b, end with a letter that is rare in the list: only there is it worth to compare.
-void find_in_piece(std::string_view piece, std::span<MarvellDevice> devices) {
-    constexpr char kMark = 'b';
-    constexpr size_t kMarkPlace = 3;
-    constexpr size_t kLength = sizeof MarvellDevice::id - 1;
-    size_t mark = piece.find(kMark, kMarkPlace);
-    for (; mark != std::string_view::npos; mark = piece.find(kMark, mark + 1)) {
-        size_t begin = mark - kMarkPlace;
-        if (piece.size() - begin < kLength) return;
-        for (MarvellDevice& device : devices)
-            device.present |= memcmp(piece.data() + begin, device.id, kLength) == 0;
+// The characters that an id begins with: only where one stands in the list are all ids compared.
+struct FirstCharacters {
+    bool begins[256] = {};
+
+    explicit FirstCharacters(std::span<const PciDevice> devices) {
+        for (const PciDevice& device : devices)
+            begins[static_cast<unsigned char>(device.id[0])] = true;
+    }
+    bool has(char c) const { return begins[static_cast<unsigned char>(c)]; }
+};
+
+void find_in_piece(std::string_view piece, const FirstCharacters& first, std::span<PciDevice> devices) {
+    for (size_t at = 0; at + kIdLength <= piece.size(); at++) {
+        if (!first.has(piece[at])) continue;
+        for (PciDevice& device : devices)
+            device.present |= memcmp(piece.data() + at, device.id, kIdLength) == 0;
     }
 }
 
 }  // namespace
 
-void find_marvell_devices(std::span<MarvellDevice> devices, IsEnough is_enough) {
-    walk_pci_list([devices, is_enough](std::string_view piece) {
-        find_in_piece(piece, devices);
-        return is_enough(devices);
-    });
+LineFile open_pci_list(size_t piece_limit) {
+    return LineFile(open_for_reading(files::kPciDevices), piece_limit);
+}
+
+void find_pci_devices(std::span<PciDevice> devices) {
+    const FirstCharacters first(devices);
+    LineFile list = open_pci_list(kPciPiece);
+    for (std::string_view piece; !(piece = next_piece(list.reader)).empty();)
+        find_in_piece(piece, first, devices);
 }
 
 }  // namespace quorvel
@@ -53,14 +53,12 @@ void find_marvell_devices(std::span<MarvellDevice> devices, IsEnough is_enough) 
 using namespace quorvel;
 
 int LibQuorvelbin_HasSomeExtentionChip(const char* id) {
-    int present = 0;
-    if (id == nullptr) return present;
-    std::string_view wanted(id);
-    walk_pci_list([&present, wanted](std::string_view piece) {
-        present = piece.find(wanted) != std::string_view::npos ? 1 : 0;
-        return present == 1;
-    });
-    return present;
+    if (id == nullptr) return fail(EINVAL, 0);
+    LineFile list = open_pci_list(kPciPiece);
+    for (std::string_view piece; !(piece = next_piece(list.reader)).empty();) {
+        if (piece.find(id) != std::string_view::npos) return 1;
+    }
+    return 0;
 }
 
 int LibQuorvelbin_Has7042ExtentionChip(void) {

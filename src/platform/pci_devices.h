@@ -3,17 +3,20 @@
 
 #include <span>
 
+#include "foundation/line_reader.h"
+
 namespace quorvel {
 
-/// A controller by Marvell: vendor and device as the PCI list's second column shows them, and
-/// whether some line contains them.
-struct MarvellDevice {
+/// A device: vendor and device number as the list's second column shows them, and whether some line contains them.
+struct PciDevice {
     char id[9];
     bool present = false;
 };
 
-/// Sets `present` of each device that the list names, until `is_enough` says so or the list ends.
-using IsEnough = bool (*)(std::span<const MarvellDevice> devices);
-void find_marvell_devices(std::span<MarvellDevice> devices, IsEnough is_enough);
+/// The PCI list, in pieces of at most `piece_limit` characters; false when it cannot be opened.
+LineFile open_pci_list(size_t piece_limit);
+
+/// Sets `present` of each device that the list names.
+void find_pci_devices(std::span<PciDevice> devices);
 
 }  // namespace quorvel

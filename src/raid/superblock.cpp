@@ -28,19 +28,25 @@ const char* text_after(const char* line, const char* key) {
     return found != nullptr ? found + strlen(key) : nullptr;
 }
 
+bool take_number(const char* line, const char* key, int& field) {
+    std::optional<int> number = number_after(line, key);
+    if (number) field = *number;
+    return number.has_value();
+}
+
 // Takes the first key that occurs in a line; false when none does.
 bool take_line(const char* line, sb_info& sb) {
     if (const char* uuid = text_after(line, "UUID : ")) {
         copy_text(sb.uuid, sizeof sb.uuid, uuid);
         return true;
     }
-    if (number_after(line, "Preferred Minor : ", sb.minor)) return true;
+    if (take_number(line, "Preferred Minor : ", sb.minor)) return true;
     if (const char* level = text_after(line, "Raid Level : ")) {
         sb.level = md_level_of(level);
         return true;
     }
-    return number_after(line, "Raid Devices : ", sb.raid_devices) ||
-           number_after(line, "Total Devices : ", sb.total_devices);
+    return take_number(line, "Raid Devices : ", sb.raid_devices) ||
+           take_number(line, "Total Devices : ", sb.total_devices);
 }
 
 int read_superblock(const Text<kCommandSize>& command, const char* path, sb_info& sb) {
@@ -80,7 +86,5 @@ int get_md_superblock(const char* path, struct sb_info* sb) {
 int get_hdd_link_partno(void) {
     char link[128] = "";
     (void)LibQuorvelBin_GetConfValInStringByKey(link, sizeof link, "DEVICE_HDD1_LINK");
-    int number = 0;
-    (void)number_after(link, "_", number);
-    return number;
+    return number_after(link, "_").value_or(0);
 }

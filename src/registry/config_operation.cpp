@@ -12,15 +12,6 @@
 #include "registry/config_buffers.h"
 #include "registry/key_notation.h"
 
-namespace quorvel {
-
-char scKeyPath[kRegistryText];
-char scKeyName[kRegistryText];
-char scKeyRegVal[kRegistryText];
-char pscSrc[kRegistryText];
-
-}  // namespace quorvel
-
 using namespace quorvel;
 
 namespace {

@@ -46,13 +46,16 @@ TEST_F(Feature, SeriesNameIsComparedWithItsQuotes) {
 }
 
 TEST_F(Feature, IsChangedByTheFirstToolThatIsThere) {
-    auto rows = table<5>("foundation/expected/feature-changes");
+    auto rows = table<6>("foundation/expected/feature-changes");
     rows.back()[1] = std::string(1000, 'x');  // a command that would have to be cut is not run
-    for (const auto& [tools, value, call, features, printed] : rows) {
+    for (const auto& [tools, value, call, before, features, printed] : rows) {
         SetUp();
-        write_file(kFeatures, "F=1\n");
+        write_file(kFeatures, before);
         if (tools.find("setnf") != tools.npos) stand_in("/usr/local/bin/setnf", "exit 1");
-        if (tools.find("dumpnf") != tools.npos) stand_in("/usr/local/bin/dumpnf", "echo dumped");
+        if (tools.find("dumpnf") != tools.npos) {
+            const bool fails = tools.ends_with("fails"), silent = tools.ends_with("silent");
+            stand_in("/usr/local/bin/dumpnf", silent ? "" : fails ? "echo F=2; exit 1" : "echo F=2");
+        }
         if (tools.find("nvram") != tools.npos) stand_in("/usr/local/sbin/nvram");
         const auto change = [&, text = value.c_str(), result = call.empty() ? -1 : 0] {
             EXPECT_EQ(LibQuorvelBin_SetConfValInString("F", text), result);

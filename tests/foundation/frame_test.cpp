@@ -13,8 +13,8 @@ namespace {
 class Frame : public ApplianceTest {};
 
 TEST_F(Frame, DebugLevelComesFromItsFile) {
-    write_file("/etc/libquorvel_bin.conf", "debug=99999999999\n");
-    EXPECT_EQ(printed_by([] { EXPECT_EQ(LibQuorvelBin_DebugLevelInit(), 17); }), "debug=2147483647\n");
+    write_file("/etc/libquorvel_bin.conf", "debug=4294967306\n");
+    EXPECT_EQ(printed_by([] { EXPECT_EQ(LibQuorvelBin_DebugLevelInit(), 9); }), "debug=10\n");
     write_file("/etc/libquorvel_bin.conf", "debug=no\n");
     EXPECT_EQ(printed_by([] { EXPECT_EQ(LibQuorvelBin_DebugLevelInit(), 8); }), "debug=0\n");
     debug = 7;

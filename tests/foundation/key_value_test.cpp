@@ -22,6 +22,7 @@ class KeyValue : public ApplianceTest {};
 const Marks marks = {
     {"{255}",   std::string(255,   'x')},
     {"{511}",   std::string(511,   'x')},
+    {"{253}",   std::string(253,   'v')},
     {"{509}",   std::string(509,   'v')},
     {"{600}",   std::string(600,   'v')},
     {"{19747}", std::string(19747, 'v')},

@@ -34,7 +34,7 @@ TEST_F(MissingArguments, GiveTheFailureResult) {
         EXPECT_EQ(result, -1) << &result - failures;
     const int64_t noes[] = {
         IsMounted(nullptr), LibQuorvelBin_MountTest(nullptr), LibQuorvelBin_GetAvailableDiskInfo(nullptr), LibQuorvelBin_IsLvmVolume(nullptr),
-        IsLVMDisk(nullptr), LibQuorvelBin_HexToUl(nullptr, 2), LibQuorvelBin_IsAllNumericStr(nullptr, 2), getifinfo(nullptr),
+        IsLVMDisk(nullptr), LibQuorvelBin_IsAllNumericStr(nullptr, 2), getifinfo(nullptr),
         LibQuorvelBin_IsNetIfEnabled(nullptr), LibQuorvelBin_IsNetIfDhcp(nullptr), LibQuorvelBin_IsOsNewerThan(nullptr),
         LibQuorvelBin_IsOsNewerEqual(nullptr), LibQuorvelbin_HasSomeExtentionChip(nullptr), LibQuorvelBin_IsContainedInStringList("a", nullptr, ","),
         LibQuorvelBin_IsContainedInStringList("a", "a", nullptr),
@@ -49,6 +49,7 @@ TEST_F(MissingArguments, GiveTheFailureResult) {
     };
     for (const char* const& result : nothing)
         EXPECT_EQ(result, nullptr) << "search " << &result - nothing;
+    EXPECT_EQ(LibQuorvelBin_HexToUl(nullptr, 2), -7);
     remove_space(nullptr);
     remove_last_crlf(nullptr);
     remove_character(nullptr, 9, 'a');

@@ -39,10 +39,9 @@ TEST_F(BackupTest, TellsSourceAndDestinationOfPairs) {
 std::string run_rsync(std::string& printed) {
     printed = backup({"GetDestination", "1", "1"}).text;
     std::string script = "set -- " + printed + "mkdir -p $2 && rsync -a $3 $4 $1 $2 && realpath $2 | tr -d '\\n'";
-    int status = -1;
-    std::string directory = quorvel::capture_command(script.c_str(), status).get();
-    EXPECT_EQ(status, 0) << script;
-    return directory + "/";
+    quorvel::Captured directory = quorvel::capture_command(script.c_str());
+    EXPECT_EQ(directory.status, 0) << script;
+    return directory.output.get() + std::string("/");
 }
 
 ino_t inode(const std::string& path) {

@@ -46,9 +46,8 @@ TEST_F(FirewallTest, LoadsRulesThatTheKernelTellsBack) {
     // Only in a network of this test's own, or at least in one that has no interface but the loopback.
     char name[IF_NAMESIZE];
     if (unshare(CLONE_NEWNET) != 0 && if_indextoname(2, name) != nullptr) GTEST_SKIP() << "no network namespace here";
-    int status = -1;
-    (void)quorvel::capture_command("iptables -I FORWARD -p tcp -j ACCEPT 2>&1", status);
-    if (status != 0) GTEST_SKIP() << "iptables does not work here";
+    if (quorvel::capture_command("iptables -I FORWARD -p tcp -j ACCEPT 2>&1").status != 0)
+        GTEST_SKIP() << "iptables does not work here";
     write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=2\n");
     write_file("/tmp/ports", "webui<>1<>0<>;\nftp<>0<>1<>;\n");
     EXPECT_EQ(firewall({"--start", "--config", "/tmp/ports"}).result, 0);
@@ -59,9 +58,9 @@ TEST_F(FirewallTest, LoadsRulesThatTheKernelTellsBack) {
                                  "0 -p tcp -m tcp --dport 21", "0 -p udp -m udp --dport 21"})
             rules += std::string("-A ") + end + port + " -j DROP\n";
     }
-    EXPECT_EQ(quorvel::capture_command("iptables -S", status).get(), rules);
+    EXPECT_EQ(quorvel::capture_command("iptables -S").output.get(), rules);
     EXPECT_EQ(firewall({"--stop"}), (Answer{0, ""}));
-    EXPECT_EQ(quorvel::capture_command("iptables -S", status).get(), policies);
+    EXPECT_EQ(quorvel::capture_command("iptables -S").output.get(), policies);
 }
 
 TEST_F(FirewallTest, ChoosesItsPortsFile) {

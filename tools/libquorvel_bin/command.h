@@ -22,6 +22,8 @@ struct Command {
 inline constexpr int kExitOk = 0;
 inline constexpr int kExitNo = 1;     // the question was answered with no, or could not be answered
 inline constexpr int kExitUsage = 2;  // unknown command, missing or surplus argument
+// Of the commands that look before they write or erase: refused, with the reason on standard error, and nothing done.
+inline constexpr int kExitRefused = 3;
 
 inline int exit_status_of_result(int result) {
     return result == 0 ? kExitOk : kExitNo;

@@ -1,8 +1,12 @@
+#include <errno.h>
 #include <inttypes.h>
 #include <stdio.h>
+#include <string.h>
+#include <unistd.h>
 
-#include "command.h"
+#include "erasing_commands.h"
 #include "libquorvel_bin.h"
+#include "telling.h"
 
 namespace {
 
@@ -19,28 +23,47 @@ int run_mydisk(int, char** argv) {
     return IsMyDisk(argv[2]) == 1 ? kExitOk : kExitNo;
 }
 
+constexpr char kTemperatureTool[] = "/usr/local/sbin/smartctl";
+
+const char* reason_for_no_temperature(const char* device, int result) {
+    constexpr int kNotExecutable = 95;
+    if (result == kNotExecutable) return "the node is not usable: it has no executable flag";
+    if (access(device, F_OK) != 0) {
+        return errno != ENOENT                  ? strerror(errno)
+               : strchr(device, '/') != nullptr ? "no such device"
+                                                : "no such path; a device is /dev/NAME";
+    }
+    if (access(kTemperatureTool, X_OK) != 0) return "the tool /usr/local/sbin/smartctl is missing";
+    return "the tool does not tell it";
+}
+
 int run_temperature(int, char** argv) {
-    return exit_status_of_result(LibQuorvelBin_GetDiskTemperature(0, argv[2]));
+    int result = LibQuorvelBin_GetDiskTemperature(0, argv[2]);
+    return result == 0 ? kExitOk : no_answer(argv[1], argv[2], reason_for_no_temperature(argv[2], result));
 }
 
 int run_fstype(int, char** argv) {
     char type[256] = "";
-    return exit_status_of_result(LibQuorvelBin_GetFsType(type, sizeof type, argv[2]));
+    if (LibQuorvelBin_GetFsType(type, sizeof type, argv[2]) == 0) return kExitOk;
+    return no_answer(argv[1], argv[2], reason_of_file("/proc/mounts", "nothing is mounted there"));
 }
 
-int print_number(uint64_t number, uint64_t failure) {
-    if (number == failure) return kExitNo;
+int print_number(uint64_t number) {
     printf("%" PRIu64 "\n", number);
     return kExitOk;
 }
 
 int run_partition_blocks(int, char** argv) {
-    return print_number(GetPartitionBlocks(argv[2]), 0);
+    uint64_t blocks = GetPartitionBlocks(argv[2]);
+    if (blocks != 0) return print_number(blocks);
+    return no_answer(argv[1], argv[2], reason_of_file("/proc/partitions", "no such disk or partition"));
 }
 
 template <uint64_t (*Size)(const char*)>
 int run_size(int, char** argv) {
-    return print_number(Size(argv[2]), UINT64_MAX);
+    uint64_t bytes = Size(argv[2]);
+    if (bytes != UINT64_MAX) return print_number(bytes);
+    return no_answer(argv[1], argv[2], reason_of_file(argv[2], "its file system does not tell"));
 }
 
 int run_mounted(int, char** argv) {
@@ -51,17 +74,13 @@ int run_mounted(int, char** argv) {
 
 int run_fsinfo(int, char** argv) {
     struct mounted_fs_info info;
-    return exit_status_of_result(GetMountedFsInfo(argv[2], &info));
+    if (GetMountedFsInfo(argv[2], &info) == 0) return kExitOk;
+    return no_answer(argv[1], argv[2], reason_of_file(argv[2], "its file system does not tell"));
 }
 
 template <int (*Function)(const char*)>
 int run_on_device(int, char** argv) {
     return exit_status_of_result(Function(argv[2]));
-}
-
-int run_create_usb_partition(int argc, char** argv) {
-    return exit_status_of_result(
-        create_usb_partition(argv[2], argc > 3 ? argv[3] : nullptr, argc > 4 ? argv[4] : nullptr));
 }
 
 // clang-format off
@@ -78,9 +97,9 @@ constexpr Command kCommands[] = {
     {"mounted",                "TEXT",                           "print 1 when a line of the mount table contains TEXT, else 0",            "0 yes, 1 no",                      1, 1, run_mounted},
     {"fsinfo",                 "MOUNTPOINT",                     "print type number, total and free bytes of a mounted file system",        "0 printed, 1 no such path",        1, 1, run_fsinfo},
     {"mount_test",             "DEVICE",                         "mount and unmount DEVICE at /tmp/mount_test",                             "0 always",                         1, 1, run_on_device<LibQuorvelBin_MountTest>},
-    {"create_partition",       "DEVICE",                         "ERASE an internal disk and lay it out anew",                              "0 done, 1 failed",                 1, 1, run_on_device<create_partition>},
-    {"create_short_partition", "DEVICE",                         "ERASE an internal disk and lay it out with 17 GB for system and data",    "0 done, 1 failed",                 1, 1, run_on_device<create_short_partition>},
-    {"create_usb_partition",   "DEVICE [FILESYSTEM [LABEL]]",    "ERASE a USB disk and make one partition; fat, vfat, xfs or ext3; label gpt or MBR", "0 done, 1 failed",       1, 3, run_create_usb_partition},
+    {"create_partition",       "[--force] [--dry-run] DEVICE", "ERASE an internal disk and lay it out anew",                                "0 done, 1 failed, 3 refused and nothing done", 1, 3, run_create_partition},
+    {"create_short_partition", "[--force] [--dry-run] DEVICE", "ERASE an internal disk and lay it out with 17 GB for system and data",      "0 done, 1 failed, 3 refused and nothing done", 1, 3, run_create_short_partition},
+    {"create_usb_partition",   "[--force] [--dry-run] DEVICE [FILESYSTEM [LABEL]]", "ERASE a USB disk and make one partition; fat, vfat, xfs or ext3; label gpt or MBR", "0 done, 1 failed, 3 refused and nothing done", 1, 5, run_create_usb_partition},
     {"test_usersize",          "DEVICE",                         "print the data size a disk would get",                                    "0 printed, 1 disk refused",        1, 1, run_on_device<test_usersize>},
 };
 // clang-format on

@@ -2,8 +2,6 @@
 //
 // The slot tables and the links are read once. The matching is the library's own, but for one thing: where the library
 // never returns, because a USB row does not let it decide, the disk is listed without a name.
-#include "disk_walk.h"
-
 #include <dirent.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -13,7 +11,9 @@
 #include <algorithm>
 
 #include "disk/slot_match.h"
+#include "disk_walk.h"
 #include "libquorvel_bin.h"
+#include "naming_commands.h"
 
 namespace {
 
@@ -143,10 +143,15 @@ bool add_bay(Listing& listing, const struct disk_path& row) {
     return line != nullptr;
 }
 
+// A row of an extension card may have neither a slot nor a place that a disk could be in.
+bool is_bay(const struct disk_path& row) {
+    return row.type == DISK_PATH_INTERNAL && row.path != nullptr && row.slot > 0;
+}
+
 bool add_empty_bays(Listing& listing) {
     for (const struct disk_path* row : listing.sets) {
         for (; row != nullptr && row->type != DISK_PATH_END; row++) {
-            if (row->type == DISK_PATH_INTERNAL && !add_bay(listing, *row)) return false;
+            if (is_bay(*row) && !add_bay(listing, *row)) return false;
         }
     }
     int bays = listing.sets[0] == nullptr ? LibQuorvelBin_GetMaxDiskNum() : 0;
@@ -204,25 +209,57 @@ int visit_all(const Listing& listing, int (*visit)(const struct disk_entry*, voi
     return 0;
 }
 
+// The set in force is taken apart: the configured one is to be released, a built-in one is not.
+struct Tables {
+    struct disk_path* configured = nullptr;
+    struct disk_path* extension = nullptr;
+
+    explicit Tables(Listing& listing) {
+        from_cmdline = 0;  // the list is the answer, not its parts
+        listing.new_sysfs = LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1;
+        configured = get_DiskOrderConfig();
+        listing.sets[0] = configured != nullptr ? configured : LibQuorvelBin_GetPlatformDiskSet();
+        if (listing.sets[0] != nullptr) listing.sets[1] = extension = get_ExtSlotConfig();
+    }
+    ~Tables() {
+        disk_path_free(configured);
+        disk_path_free(extension);
+    }
+    Tables(const Tables&) = delete;
+    Tables& operator=(const Tables&) = delete;
+};
+
 }  // namespace
+
+int32_t name_disk(const char* device, char* name, size_t size) {
+    const int level = from_cmdline;
+    Listing listing;
+    Line line;
+    {
+        Tables tables(listing);
+        set_text(line.device, device);
+        describe(listing, line);
+        if (line.word == nullptr) line.kind = kUnnamed;
+        (void)snprintf(name, size, "%s", line.word != nullptr ? line.word : "-");
+        size_t length = strlen(name);
+        if (line.word != nullptr) (void)snprintf(name + length, size - length, "%d", line.number);
+    }
+    from_cmdline = level;
+    return line.kind;
+}
 
 int walk_disks(int (*visit)(const struct disk_entry* disk, void* context), void* context) {
     DIR* blocks = opendir(kBlockDevices);
     if (blocks == nullptr) return -1;
     const int32_t saved = from_cmdline;
-    from_cmdline = 0;  // the list is the answer, not its parts
-    Listing listing;
-    listing.new_sysfs = LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1;
-    // The set in force, taken apart: the configured one is to be released, a built-in one is not.
-    struct disk_path* configured = get_DiskOrderConfig();
-    listing.sets[0] = configured != nullptr ? configured : LibQuorvelBin_GetPlatformDiskSet();
-    if (listing.sets[0] != nullptr) listing.sets[1] = get_ExtSlotConfig();
-    const bool complete = add_disks(listing, blocks) && add_empty_bays(listing);
+    int result = -1;
+    {
+        Listing listing;
+        Tables tables(listing);
+        if (add_disks(listing, blocks) && add_empty_bays(listing)) result = visit_all(listing, visit, context);
+        free(listing.lines);
+    }
     from_cmdline = saved;
-    const int result = complete ? visit_all(listing, visit, context) : -1;
-    free(listing.lines);
-    disk_path_free(configured);
-    disk_path_free(listing.sets[1]);
     (void)closedir(blocks);
     return result;
 }

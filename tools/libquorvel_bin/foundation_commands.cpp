@@ -4,17 +4,37 @@
 
 #include <charconv>
 
-#include "command.h"
 #include "libquorvel_bin.h"
+#include "telling.h"
 
 namespace {
 
+constexpr char kFeatures[] = "/etc/nas_feature";
+
 // The library itself prints the value, or "wrong feature name".
 int run_feature(int, char** argv) {
-    return LibQuorvelBin_GetConfValByKey(argv[2]) == -1 ? kExitNo : kExitOk;
+    if (LibQuorvelBin_GetConfValByKey(argv[2]) != -1) return kExitOk;
+    char value[2];
+    bool is_set = get_StringbyKey(kFeatures, argv[2], value, sizeof value) != nullptr;
+    return no_answer(argv[1], argv[2],
+                     is_set ? "set to -1" : reason_of_file(kFeatures, "no such key in /etc/nas_feature"));
+}
+
+// The firmware's tools get key and value through a shell, unquoted, as their interface says.
+bool is_left_alone_by_a_shell(const char* text) {
+    for (; *text != '\0'; text++) {
+        unsigned char c = static_cast<unsigned char>(*text);
+        if (c <= ' ' || c == 0x7f || strchr("|&;<>()$`\\\"'*?[]#~{}!", c) != nullptr) return false;
+    }
+    return true;
 }
 
 int run_set_feature(int, char** argv) {
+    for (const char* text : {argv[2], argv[3]}) {
+        if (is_left_alone_by_a_shell(text)) continue;
+        fputs("set_feature: a shell would act on a character of KEY or VALUE; nothing was changed\n", stderr);
+        return kExitRefused;
+    }
     return exit_status_of_result(LibQuorvelBin_SetConfValInString(argv[2], argv[3]));
 }
 
@@ -28,7 +48,8 @@ int run_username(int, char** argv) {
         return kExitUsage;
     }
     char name[256];
-    return exit_status_of_result(LibQuorvelBin_GetUsernameByUID(uid, name, sizeof name));
+    if (LibQuorvelBin_GetUsernameByUID(uid, name, sizeof name) == 0) return kExitOk;
+    return no_answer(argv[1], argv[2], "no such user");
 }
 
 // The library itself prints the day.
@@ -39,7 +60,8 @@ int run_tomorrow(int, char**) {
 
 int run_day_after(int, char** argv) {
     char day[16];
-    return exit_status_of_result(LibQuorvelBin_DayAfter(argv[2], day, sizeof day));
+    if (LibQuorvelBin_DayAfter(argv[2], day, sizeof day) == 0) return kExitOk;
+    return no_answer(argv[1], argv[2], "no day of the calendar, YYYY-MM-DD");
 }
 
 // The converter is called by its name: as a pointer the loader would look it up at every start.
@@ -52,7 +74,7 @@ int run_converter(int, char** argv) {
     const char* result = converted != nullptr ? Convert(converted, size, text) : nullptr;
     if (result != nullptr) puts(result);
     free(converted);
-    return result != nullptr ? kExitOk : kExitNo;
+    return result != nullptr ? kExitOk : no_answer(argv[1], nullptr, "no converter for the code page, or no memory");
 }
 
 int run_file_exists(int, char** argv) {
@@ -64,15 +86,16 @@ int run_dir_exists(int, char** argv) {
 }
 
 // The library itself prints the record.
-int run_firminfo(int, char**) {
+int run_firminfo(int, char** argv) {
     struct firm_info info;
-    return exit_status_of_result(Firminfo_GetFirmInfo(&info));
+    if (Firminfo_GetFirmInfo(&info) == 0) return kExitOk;
+    return no_answer(argv[1], nullptr, reason_of_errno("there is no record"));
 }
 
 // clang-format off
 constexpr Command kCommands[] = {
     {"feature",     "KEY",       "print a feature setting of the model",                "0 found, 1 missing", 1, 1, run_feature},
-    {"set_feature", "KEY VALUE", "change a feature setting through the firmware tools", "0 done, 1 no tool",  2, 2, run_set_feature},
+    {"set_feature", "KEY VALUE", "change a feature setting through the firmware tools", "0 done, 1 no tool, 3 refused", 2, 2, run_set_feature},
     {"username",    "UID",       "print the name of a user id",                         "0 found, 1 no such user, 2 no user id", 1, 1, run_username},
     {"tomorrow",    "",          "print the calendar day after today",                  "0 printed",          0, 0, run_tomorrow},
     {"day_after",   "YYYY-MM-DD", "print the calendar day after a given one",           "0 printed, 1 no such day", 1, 1, run_day_after},

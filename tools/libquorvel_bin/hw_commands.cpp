@@ -1,4 +1,5 @@
 #include "command.h"
+#include "held_signals.h"
 #include "libquorvel_bin.h"
 
 namespace {
@@ -12,6 +13,7 @@ int run_ups_test(int, char**) {
 int run_nand_erase(int, char**) {
     constexpr int kRootNotErased = 2;
     constexpr int kExitRootNotErased = 4;
+    hold_signals();
     int result = LibQuorvelBin_NandErase();
     return result == kRootNotErased ? kExitRootNotErased : result;
 }

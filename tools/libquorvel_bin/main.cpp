@@ -1,5 +1,6 @@
 // libquorvel_bin COMMAND [ARGUMENT]...: the library's answers for shell scripts. A link named after
 // a command is that command.
+#include <errno.h>
 #include <stdio.h>
 #include <string.h>
 #include <unistd.h>
@@ -7,6 +8,8 @@
 #include "command.h"
 #include "json_commands.h"
 #include "libquorvel_bin.h"
+#include "surroundings.h"
+#include "telling.h"
 
 namespace {
 
@@ -49,9 +52,45 @@ int print_command_help(const Command& command) {
     return kExitOk;
 }
 
+// The command whose word is nearest to a mistyped one; null when more than a third of the letters would have to change.
+const Command* nearest_command(const char* word) {
+    const Command* nearest = nullptr;
+    unsigned limit = static_cast<unsigned>(strlen(word) / 3) + 1;
+    for (const auto* table : kTables) {
+        for (const Command& command : *table) {
+            unsigned letters = letters_between(word, command.word);
+            if (letters >= limit) continue;
+            limit = letters;
+            nearest = &command;
+        }
+    }
+    return nearest;
+}
+
 int unknown_command(const char* word) {
-    fprintf(stderr, "%s: unknown command '%s'; %s --help lists the commands\n", kName, word, kName);
+    const Command* nearest = nearest_command(word);
+    fprintf(stderr, "%s: unknown command '%s'; ", kName, word);
+    if (nearest != nullptr) fprintf(stderr, "did you mean '%s'? ", nearest->word);
+    fprintf(stderr, "%s --help lists the commands\n", kName);
     return kExitUsage;
+}
+
+// The library prints the level that its settings state, which is no answer.
+void take_debug_level() {
+    char level[128] = "";
+    if (get_StringbyKey("/etc/libquorvel_bin.conf", "debug", level, sizeof level) == nullptr) return;
+    AnswersAside aside;
+    (void)LibQuorvelBin_DebugLevelInit();
+}
+
+// Commands that answer by looking, in a few milliseconds, and start no program. Scripts call them in loops, and what
+// the caller did with signals does not touch them.
+bool only_looks(char** argv) {
+    static constexpr const char* kLooking[] = {"diskname", "devname", "disks", "scsiid", "net", "ethinfo", "iscsi"};
+    for (const char* word : kLooking) {
+        if (strcmp(word, argv[1]) == 0) return true;
+    }
+    return strcmp(argv[1], "config") == 0 && argv[2] != nullptr && strcmp(argv[2], "read") == 0;
 }
 
 int run_command(const Command& command, int argc, char** argv) {
@@ -62,8 +101,11 @@ int run_command(const Command& command, int argc, char** argv) {
                 given < command.least ? "missing" : "surplus", kName, command.word, command.arguments);
         return kExitUsage;
     }
+    if (!only_looks(argv)) put_signals_right();
+    take_debug_level();
     from_cmdline = 1;
-    (void)LibQuorvelBin_DebugLevelInit();
+    if (is_wrong_subcommand(argc, argv)) return kExitUsage;
+    errno = 0;
     return command.run(argc, argv);
 }
 
@@ -113,9 +155,9 @@ int finish(int status) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    put_surroundings_right();
     give_output_a_buffer();
-    char* name = argc > 0 ? strrchr(argv[0], '/') : nullptr;
-    name = name != nullptr ? name + 1 : argv[0];
-    if (name != nullptr && find_command(name) != nullptr) return finish(run_link(argc, argv, name));
+    char* name = executed_name();
+    if (find_command(name) != nullptr) return finish(run_link(argc, argv, name));
     return finish(run_word(argc, argv));
 }

@@ -1,9 +1,12 @@
 #include <arpa/inet.h>
+#include <limits.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 
-#include "command.h"
 #include "libquorvel_bin.h"
+#include "mac_file_commands.h"
+#include "telling.h"
 
 namespace {
 
@@ -12,18 +15,27 @@ int print_truth(int truth) {
     return truth == 1 ? kExitOk : kExitNo;
 }
 
+// An interface's name is looked for below /sys/class/net: a path would lead elsewhere.
+bool is_no_interface(char** argv) {
+    if (argv[2] == nullptr || strchr(argv[2], '/') == nullptr) return false;
+    (void)no_answer(argv[1], argv[2], "a path is no interface");
+    return true;
+}
+
 int run_net(int argc, char** argv) {
     return exit_status_of_result(LibQuorvelBin_NetHelper(argc, argv));
 }
 
 int run_dns_reachable(int argc, char** argv) {
-    return LibQuorvelBin_IsDNSReachable(argc - 1, argv + 1) == 1 ? kExitOk : kExitNo;
+    if (LibQuorvelBin_IsDNSReachable(argc - 1, argv + 1) == 1) return kExitOk;
+    return no_answer(argv[1], nullptr, reason_of_file("/etc/resolv.conf", "no name server answers"));
 }
 
 int run_get_dns(int, char** argv) {
     char server[129] = "";
-    auto n = static_cast<unsigned int>(strtoul(argv[2], nullptr, 10));
-    if (LibQuorvelBin_GetDNS(n, argv[3], server) != 0) return kExitNo;
+    unsigned n = 0;
+    if (!read_number(argv[1], argv[2], UINT_MAX, n)) return kExitUsage;
+    if (LibQuorvelBin_GetDNS(n, argv[3], server) != 0) return no_answer(argv[1], argv[2], "no such name server");
     puts(server);
     return kExitOk;
 }
@@ -33,10 +45,12 @@ int run_nameif(int argc, char** argv) {
 }
 
 int run_ethinfo(int argc, char** argv) {
+    if (is_no_interface(argv)) return kExitNo;
     return exit_status_of_result(LibQuorvelBin_EthInfo(argc - 1, argv + 1));
 }
 
 int run_ifinfo(int, char** argv) {
+    if (is_no_interface(argv)) return kExitNo;
     return exit_status_of_result(getifinfo(argv[2]));
 }
 
@@ -50,7 +64,7 @@ int run_netif_count(int, char**) {
 }
 
 int run_netif_exists(int, char** argv) {
-    return print_truth(LibQuorvelBin_IsExistNetIf(argv[2]));
+    return print_truth(is_no_interface(argv) ? 0 : LibQuorvelBin_IsExistNetIf(argv[2]));
 }
 
 int run_netif_index(int, char** argv) {
@@ -77,22 +91,14 @@ int run_setip(int, char** argv) {
     return exit_status_of_result(Netdev_SetIpAddr(argv[2], address, netmask));
 }
 
-int run_encrypt_mac_file(int, char** argv) {
-    return exit_status_of_result(LibQuorvelBin_SetEncryptionMacAddressNicFile(argv[2], argv[3]));
-}
-
-int run_decrypt_mac_file(int, char** argv) {
-    return exit_status_of_result(LibQuorvelBin_RecoveryEncryptionMacAddressNicFile(argv[2], argv[3]));
-}
-
 // clang-format off
 constexpr Command kCommands[] = {
     {"net",              "[OPTION]...",          "print addresses of interfaces, or compute them (-h)", "0 printed, 1 no address or wrong option",      0, -1, run_net},
     {"dns_reachable",    "[-t SECONDS] [-r RETRIES]", "look for a name server that answers",            "0 one answers, 1 none",                        0, -1, run_dns_reachable},
-    {"get_dns",          "N [resolver]",         "print the n-th name server; any second argument allows /etc/resolv.conf", "0 printed, 1 none",     1, 2,  run_get_dns},
+    {"get_dns",          "N [resolver]",         "print the n-th name server; any second argument allows /etc/resolv.conf", "0 printed, 1 none, 2 no number", 1, 2,  run_get_dns},
     {"nameif",           "OLD NEW",              "rename an interface",                                 "0 done, 1 failed",                             2, 2,  run_nameif},
     {"ethinfo",          "[INTERFACE]",          "print MAC address, speed, duplex and MTU",            "0 printed, 1 missing interface",               0, 1,  run_ethinfo},
-    {"ifinfo",           "INTERFACE",            "print what the kernel knows as KEY_INTERFACE=VALUE",  "0 always; a missing value prints as error",    1, 1,  run_ifinfo},
+    {"ifinfo",           "INTERFACE",            "print what the kernel knows as KEY_INTERFACE=VALUE",  "0 printed, a missing value as error; 1 no name of an interface", 1, 1,  run_ifinfo},
     {"bonding",          "",                     "print 1 when Ethernet ports are bonded, else 0",      "0 bonded, 1 not",                              0, 0,  run_bonding},
     {"netif_count",      "",                     "print the number of interfaces",                      "0 always",                                     0, 0,  run_netif_count},
     {"netif_exists",     "INTERFACE",            "print 1 when the interface exists, else 0",           "0 exists, 1 does not",                         1, 1,  run_netif_exists},

@@ -10,7 +10,7 @@ int run_md(int argc, char** argv) {
 
 // clang-format off
 constexpr Command kCommands[] = {
-    {"md", "SUBCOMMAND [NAME]", "RAID inventory: mdinfo MD, diskinfo DISK, diskinfo guess, diskmode, diskcap, GetEmptyMdNameForTmp", "0 always, also for an unknown sub-command, which prints nothing", 1, -1, run_md},
+    {"md", "SUBCOMMAND [NAME]", "RAID inventory: mdinfo MD, diskinfo DISK, diskinfo guess, diskmode, diskcap, GetEmptyMdNameForTmp", "0 answered, also for what is not listed", 1, -1, run_md},
 };
 // clang-format on
 

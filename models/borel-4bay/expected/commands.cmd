@@ -13,7 +13,7 @@ libquorvel_bin --help | head -n 4
 libquorvel_bin --help nand_erase
 libquorvel_bin -h nothing
 libquorvel_bin --version
-libquorvel_bin nothing
+libquorvel_bin disknam
 libquorvel_bin feature
 libquorvel_bin platform borel
 libquorvel_bin --version >/dev/full
@@ -31,6 +31,8 @@ libquorvel_bin file_exists /dev
 libquorvel_bin dir_exists /dev
 libquorvel_bin firminfo
 libquorvel_bin kernel_newer 2.6.16.1
+libquorvel_bin kernel_newer ""
+libquorvel_bin kernel_newer 2..6
 libquorvel_bin kernel_newer_equal 9.0.0.0
 libquorvel_bin borel
 libquorvel_bin nisk
@@ -38,6 +40,9 @@ libquorvel_bin pellmar
 libquorvel_bin armada370
 libquorvel_bin has_chip 11ab7042
 libquorvel_bin diskname sdh sdx sda
+libquorvel_bin scsiid usbdisk3 disk9 bay1
+libquorvel_bin diskname ../../dev/sda
+libquorvel_bin devname disk3 disk9 disk1
 libquorvel_bin connected 0
 libquorvel_bin connected -1
 libquorvel_bin powered 4
@@ -51,7 +56,10 @@ libquorvel_bin disk_signature get
 libquorvel_bin disk_readerrorcnt set /dev/disk1 -n 12
 libquorvel_bin mydisk disk1
 libquorvel_bin temperature /dev/disk1
+libquorvel_bin temperature sda
+libquorvel_bin temperature /dev/sdq
 libquorvel_bin fstype /mnt/array1
+libquorvel_bin fstype /none
 libquorvel_bin partition_blocks sda
 libquorvel_bin partition_size /none
 libquorvel_bin partition_used /proc/mounts | grep -cx '[0-9]*'
@@ -60,24 +68,39 @@ libquorvel_bin mounted /mnt/array1
 libquorvel_bin fsinfo /none
 libquorvel_bin mount_test /dev/sdz 2>/dev/null
 libquorvel_bin create_partition sdz
-libquorvel_bin create_short_partition sdz
-libquorvel_bin create_usb_partition sdz xfs gpt
+libquorvel_bin create_short_partition --force sdz
+libquorvel_bin create_usb_partition --dry-run --force 'sd z' xfs gpt
 libquorvel_bin test_usersize sda
 libquorvel_bin md diskinfo disk1
+libquorvel_bin md --help
+libquorvel_bin md mdinfo
 libquorvel_bin config
+libquorvel_bin config wirte /etc/nas_feature/KEY 1
+libquorvel_bin config read /etc/nas_feature/SERIES_NAME -h
 libquorvel_bin iscsi
 libquorvel_bin firewall
+libquorvel_bin firewall --help | wc -l
+libquorvel_bin firewall --start --frob
+libquorvel_bin firewall --config /nonexistent
+libquorvel_bin firewall --start --config /nonexistent | tail -n 1
+PATH=/build libquorvel_bin firewall --stop 2>/dev/null
 libquorvel_bin backup Info
 libquorvel_bin url_encode '/a b'
 libquorvel_bin ups_test
 libquorvel_bin get_dns 2
 libquorvel_bin get_dns 9 resolver
+libquorvel_bin get_dns 2x
+libquorvel_bin netif_exists ../net/eth0; libquorvel_bin ethinfo ../net/eth0
 libquorvel_bin bonding
 libquorvel_bin netif_index eth1
 libquorvel_bin netif_index eth
 libquorvel_bin netif_enabled eth0
 libquorvel_bin netif_dhcp eth0
 libquorvel_bin setip eth0 1.2.3 255.0.0.0
-rm /sys/block/sda && ln -s ../devices/none /sys/block/sdx && touch /sys/block/sdy /sys/block/sdaa && libquorvel_bin disks
+echo 'HDD_USB=1, /sys/block, 1, -1' >/etc/diskpath.conf; libquorvel_bin diskname sda sdh; libquorvel_bin scsiid sdh
+printf 'HDD_INTERNAL=%s, host1, 0:0:0:0\n' 1 2 >/etc/diskpath.conf; libquorvel_bin devname disk2
+printf 'dump_config=yes\nextslot1=SAS, 7\nextslot1=SATA, 8, /ext, 9:0:0:0\n' >/etc/extslot.conf; libquorvel_bin disks 2>/dev/null | grep -v ^sd
+rm /etc/diskpath.conf /etc/extslot.conf; echo debug=1 >/etc/libquorvel_bin.conf; libquorvel_bin platform 2>/dev/null
+rm /etc/libquorvel_bin.conf; rm /sys/block/sda && ln -s ../devices/none /sys/block/sdx && touch /sys/block/sdy /sys/block/sdaa && libquorvel_bin disks
 rm -r /sys/block && libquorvel_bin disks
 END

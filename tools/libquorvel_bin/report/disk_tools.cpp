@@ -154,9 +154,7 @@ bool wants_superblock(const DiskFacts& disk, const Request& request) {
 int member_partition() {
     char link[128] = "";
     (void)LibQuorvelBin_GetConfValInStringByKey(link, sizeof link - 1, "DEVICE_HDD1_LINK");
-    int number = 0;
-    (void)quorvel::number_after(link, "_", number);
-    return number;
+    return quorvel::number_after(link, "_").value_or(0);
 }
 
 void run(List<Tool>& tools, const Request& request) {

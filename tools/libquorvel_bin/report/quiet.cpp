@@ -24,10 +24,9 @@ quorvel::Descriptor open_null() {
     return quorvel::Descriptor(open("/dev/null", O_WRONLY | O_CLOEXEC));
 }
 
-void start_over(const Quiet& quiet) {
+bool start_over(const Quiet& quiet) {
     (void)fflush(stdout);
-    (void)ftruncate(quiet.memory.number, 0);
-    (void)lseek(quiet.memory.number, 0, SEEK_SET);
+    return ftruncate(quiet.memory.number, 0) == 0 && lseek(quiet.memory.number, 0, SEEK_SET) == 0;
 }
 
 quorvel::Heap<char> printed(const Quiet& quiet) {
@@ -65,7 +64,7 @@ quorvel::Heap<char> answer_of(const Quiet& quiet, int (*entry)(int, char**), std
     int count = 0;
     for (const char* word : words)
         vector[count++] = const_cast<char*>(word);
-    start_over(quiet);
+    if (!start_over(quiet)) return nullptr;
     from_cmdline = 1;
     result = entry(count, vector);
     from_cmdline = 0;

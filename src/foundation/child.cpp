@@ -1,0 +1,164 @@
+#include "foundation/child.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include "foundation/appliance_files.h"
+#include "foundation/files.h"
+#include "foundation/text.h"
+
+namespace quorvel {
+
+namespace {
+
+constexpr int kEndingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGPIPE, SIGALRM, SIGTERM,   SIGUSR1,
+                                  SIGUSR2, SIGTSTP, SIGTTIN, SIGTTOU, SIGXCPU, SIGVTALRM, SIGPROF};
+
+// How many scopes hold signals back. Children that other threads start meanwhile ignore them as well.
+int holding = 0;
+
+// What a child is started with; made and given back in one place.
+struct SpawnPlan {
+    posix_spawnattr_t attributes;
+    posix_spawn_file_actions_t actions;
+
+    explicit SpawnPlan(const Descriptor& written) {
+        sigset_t every;
+        sigset_t mask;
+        sigfillset(&every);
+        sigemptyset(&mask);
+        (void)posix_spawnattr_init(&attributes);
+        (void)posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+        (void)posix_spawnattr_setsigdefault(&attributes, &every);
+        (void)posix_spawnattr_setsigmask(&attributes, &mask);
+        (void)posix_spawn_file_actions_init(&actions);
+        if (written) (void)posix_spawn_file_actions_adddup2(&actions, written.number, STDOUT_FILENO);
+    }
+    ~SpawnPlan() {
+        (void)posix_spawn_file_actions_destroy(&actions);
+        (void)posix_spawnattr_destroy(&attributes);
+    }
+    SpawnPlan(const SpawnPlan&) = delete;
+    SpawnPlan& operator=(const SpawnPlan&) = delete;
+};
+
+// A shell clears the mask that it inherits, so signals are held back from a child by ignoring them there.
+using Guarded = Text<2048>;
+
+Guarded guarded(const char* command) {
+    return Guarded("trap '' HUP INT QUIT PIPE ALRM TERM USR1 USR2; %s", command);
+}
+
+pid_t spawn_shell(const char* command, const Descriptor& written) {
+    Guarded text;
+    if (__atomic_load_n(&holding, __ATOMIC_RELAXED) > 0) text = guarded(command);
+    const bool guards = text.length > 0 && !text.cut;
+    char shell[] = "sh";
+    char option[] = "-c";
+    char* arguments[] = {shell, option, const_cast<char*>(guards ? text.c_str() : command), nullptr};
+    SpawnPlan plan(written);
+    pid_t child;
+    int error = posix_spawn(&child, files::kShell, &plan.actions, &plan.attributes, arguments, environ);
+    if (error != 0) errno = error;
+    return error == 0 ? child : -1;
+}
+
+int wait_status_of(pid_t child) {
+    int status;
+    while (waitpid(child, &status, 0) < 0) {
+        if (errno != EINTR) return -1;
+    }
+    return status;
+}
+
+bool make_pipe(Descriptor& reading, Descriptor& writing) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) return false;
+    reading = above_standard(ends[0]);
+    writing = above_standard(ends[1]);
+    return reading && writing;
+}
+
+// Ignored, or answered by a handler that may take the status of any child.
+bool caller_takes_children() {
+    struct sigaction action;
+    return sigaction(SIGCHLD, nullptr, &action) != 0 || action.sa_handler != SIG_DFL ||
+           (action.sa_flags & SA_NOCLDWAIT) != 0;
+}
+
+// Nobody waits in vain for the end of something that the second process happens to have open.
+void close_all_but(int kept) {
+    (void)syscall(SYS_close_range, STDERR_FILENO + 1, kept - 1, 0);
+    (void)syscall(SYS_close_range, kept + 1, ~0U, 0);
+}
+
+// The whole life of the second process.
+[[noreturn]] void keep_child(const char* command, Descriptor& written, const Descriptor& status_pipe) {
+    (void)signal(SIGCHLD, SIG_DFL);
+    int status = -1;
+    pid_t child = spawn_shell(command, written);
+    written = Descriptor();
+    close_all_but(status_pipe.number);
+    if (child > 0) status = wait_status_of(child);
+    (void)write_fully(status_pipe.number, &status, sizeof status);
+    _exit(0);
+}
+
+pid_t start_keeper(const char* command, Child& child, Descriptor& written) {
+    Descriptor status_pipe;
+    if (!make_pipe(child.status, status_pipe)) return -1;
+    // No handler of the caller's runs in the second process, and no signal ends it before the command.
+    sigset_t every;
+    sigset_t before;
+    sigfillset(&every);
+    (void)pthread_sigmask(SIG_SETMASK, &every, &before);
+    pid_t keeper = fork();
+    if (keeper == 0) keep_child(command, written, status_pipe);
+    (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return keeper;
+}
+
+}  // namespace
+
+sigset_t ending_signals() {
+    sigset_t set;
+    sigemptyset(&set);
+    for (int number : kEndingSignals)
+        sigaddset(&set, number);
+    return set;
+}
+
+Child start_shell(const char* command, Output output) {
+    Child child;
+    Descriptor written;
+    if (output == Output::kRead && !make_pipe(child.output, written)) return Child();
+    child.pid = caller_takes_children() ? start_keeper(command, child, written) : spawn_shell(command, written);
+    return child.pid > 0 ? static_cast<Child&&>(child) : Child();
+}
+
+int wait_for(Child& child) {
+    if (!child) return -1;
+    child.output = Descriptor();
+    int status = -1;
+    if (child.status && read_fully(child.status.number, &status, sizeof status) != sizeof status) status = -1;
+    int own = wait_status_of(child.pid);
+    if (!child.status) status = own;
+    child = Child();
+    return status;
+}
+
+HeldSignals::HeldSignals() {
+    sigset_t ending = ending_signals();
+    (void)pthread_sigmask(SIG_BLOCK, &ending, &before);
+    __atomic_add_fetch(&holding, 1, __ATOMIC_RELAXED);
+}
+
+HeldSignals::~HeldSignals() {
+    __atomic_sub_fetch(&holding, 1, __ATOMIC_RELAXED);
+    (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+}  // namespace quorvel

@@ -1,0 +1,44 @@
+// The one starter of child processes. A child begins with every signal at its default, whatever the caller has set, and
+// inherits nothing that the library opened but its standard output. Its end is learned whatever the caller does with
+// SIGCHLD: where that is not at its default, a second process waits for the command and passes its status on.
+#pragma once
+
+#include <signal.h>
+#include <sys/types.h>
+
+#include "foundation/handles.h"
+
+namespace quorvel {
+
+/// A child that was started, or pid -1.
+struct Child {
+    pid_t pid = -1;
+    Descriptor output;  // what reads its standard output, where that was asked for
+    Descriptor status;  // where its status arrives, when a second process waits for it
+
+    explicit operator bool() const { return pid > 0; }
+};
+
+enum class Output { kOfCaller, kRead };
+
+/// Starts "sh -c COMMAND". On failure no child, and errno.
+[[nodiscard]] Child start_shell(const char* command, Output output);
+
+/// Waits for a child's end; its wait status, or -1 without one.
+int wait_for(Child& child);
+
+/// The signals that end or stop a process and do not report a fault of its own.
+sigset_t ending_signals();
+
+/// Holds back the signals that end a process, in this thread and in children that it starts, for as long as it lives:
+/// what was begun is finished. One that arrived meanwhile is taken at the end.
+struct HeldSignals {
+    HeldSignals();
+    ~HeldSignals();
+    HeldSignals(const HeldSignals&) = delete;
+    HeldSignals& operator=(const HeldSignals&) = delete;
+
+    sigset_t before;
+};
+
+}  // namespace quorvel

@@ -1,0 +1,105 @@
+#include "foundation/replacement.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/file.h>
+#include <time.h>
+
+#include "foundation/files.h"
+
+namespace quorvel {
+
+namespace {
+
+constexpr mode_t kWidest = 0644;
+constexpr size_t kLongestPath = 4096;
+
+// How often a lock is tried, and how long before it is tried again: ten seconds in all.
+constexpr int kTries = 2000;
+constexpr struct timespec kPause = {0, 5'000'000};
+
+bool is_named(int descriptor, const char* path) {
+    struct stat held;
+    struct stat named;
+    return fstat(descriptor, &held) == 0 && lstat(path, &named) == 0 && held.st_ino == named.st_ino &&
+           held.st_dev == named.st_dev;
+}
+
+bool is_own_file(const char* path) {
+    struct stat status;
+    return lstat(path, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1;
+}
+
+bool is_free(int descriptor) {
+    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) return true;
+    if (errno != EWOULDBLOCK && errno != EINTR) return false;
+    errno = ETIMEDOUT;  // what it is when this was the last try
+    (void)nanosleep(&kPause, nullptr);
+    return false;
+}
+
+// Removes what has the name, unless another writer holds it. False when it cannot be removed.
+bool remove_left_over(const char* path) {
+    if (is_own_file(path)) {
+        Descriptor old = above_standard(open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        if (old && (!is_free(old.number) || !is_named(old.number, path))) return errno == ETIMEDOUT || errno == 0;
+    }
+    return unlink(path) == 0 || errno == ENOENT;
+}
+
+}  // namespace
+
+// Whoever takes a new file for one that was left over, in the moment before it is locked, removes it: then it is made
+// once more.
+Descriptor open_replacement(WholeText path) {
+    if (path.text == nullptr) {
+        errno = ENAMETOOLONG;
+        return Descriptor();
+    }
+    for (int tried = 0; tried < kTries; tried++) {
+        constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY;
+        Descriptor file = above_standard(open(path.text, kFlags, 0600));
+        if (file) {
+            if (is_free(file.number) && is_named(file.number, path.text)) return file;
+            continue;
+        }
+        if (errno != EEXIST) return file;
+        errno = 0;
+        if (!remove_left_over(path.text)) return Descriptor();
+    }
+    errno = ETIMEDOUT;
+    return Descriptor();
+}
+
+void give_mode_and_owner(int descriptor, const struct stat* replaced) {
+    mode_t mode = 0;
+    if (replaced != nullptr) {
+        mode = replaced->st_mode & 07777;
+        // Without the right to give a file away it stays the caller's own, with the mode all the same.
+        if (fchown(descriptor, replaced->st_uid, replaced->st_gid) != 0) errno = 0;
+    } else {
+        // There is no other way to ask for the mask; for that moment it is a strict one.
+        mode_t mask = umask(077);
+        (void)umask(mask);
+        mode = kWidest & ~mask;
+    }
+    if (fchmod(descriptor, mode) != 0) errno = 0;
+}
+
+bool replace_file(WholeText path, std::string_view content) {
+    Text<kLongestPath> temporary("%s_tmp", path.text != nullptr ? path.text : "");
+    Descriptor file = open_replacement(temporary);
+    if (!file) return false;
+    struct stat replaced;
+    bool there = stat(path.text, &replaced) == 0;
+    bool whole = write_fully(file.number, content.data(), content.size());
+    if (whole) give_mode_and_owner(file.number, there ? &replaced : nullptr);
+    if (whole && fsync(file.number) == 0 && rename(temporary.c_str(), path.text) == 0) return true;
+    int error = errno;
+    (void)unlink(temporary.c_str());
+    errno = error;
+    return false;
+}
+
+}  // namespace quorvel

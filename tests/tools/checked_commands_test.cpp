@@ -1,0 +1,108 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "command.h"
+#include "support/scenario.h"
+
+namespace {
+
+int run_word(int argc, char** argv) {
+    for (const auto* table : {&kRegistryCommands, &kFoundationCommands, &kNetCommands, &kDiskCommands, &kHwCommands}) {
+        for (const Command& command : *table) {
+            if (argv[1] == std::string(command.word)) return command.run(argc, argv);
+        }
+    }
+    return -1;
+}
+
+// What the word prints, and behind it what it tells on standard error; its input is /run/input.
+Answer ask(Words words) {
+    words.insert(words.begin(), "front_end");
+    if (const int input = open("/run/input", O_RDONLY); input >= 0) {
+        dup2(input, STDIN_FILENO);
+        close(input);
+    }
+    Capture errors(2);
+    Answer answer = call(run_word, words);
+    answer.text += errors.text();
+    return answer;
+}
+
+using CheckedCommands = ApplianceTest;
+
+TEST_F(CheckedCommands, RefuseAndCompare) {
+    play("tools/expected/checked", ask,
+         {
+             {"{lf}",   "\n"           },
+             {"{b}",    " "            },
+             {"{none}", ""             },
+             {"{249}",  std::string(249, 'a')},
+             {"{250}",        std::string(250,                 'a')},
+             {"{nothing}",    "; nothing was written\n"  }
+    });
+}
+
+std::string commands_of(const std::function<void()>& action) {
+    remove_tree("/run/commands");
+    action();
+    return read_file("/run/commands");
+}
+
+// What the plan shows is what is run, to the last word.
+TEST_F(CheckedCommands, PlanIsWhatIsRun) {
+    write_file("/proc/partitions", "major minor  #blocks  name\n\n   8       32  976762584 sdc\n");
+    for (const char* tool : {"parted", "dd", "fdisk"})
+        stand_in(std::string("/usr/local/sbin/") + tool,
+                 "echo \"${0##*/} $*\" >>/run/commands\ncase ${0##*/} in fdisk) cat >>/run/commands;; esac");
+    for (const char* words : {"create_partition --force /dev/sdc", "create_usb_partition --force /dev/sdc fat gpt",
+                              "create_usb_partition --force /dev/sdc xfs", "create_short_partition --force /dev/sdc"}) {
+        Words plan = words_of(words);
+        plan.insert(plan.begin() + 1, "--dry-run");
+        std::string shown;
+        EXPECT_EQ(commands_of([&] { shown = ask(plan).text; }), "") << words;
+        const auto run = commands_of([&] { EXPECT_EQ(0, ask(words_of(words)).result) << words; });
+        EXPECT_NE(run, "");
+        EXPECT_EQ(commands_of([&] { EXPECT_EQ(0, system(shown.c_str())); }), run) << words;
+    }
+}
+
+// A tool sends the signals while it works: the word goes on to its end.
+TEST_F(CheckedCommands, FinishWhatTheyBegan) {
+    const struct {
+        const char *words, *tool, *last;
+    } cases[] = {
+        {"config write A.x.etc 2",                "mv",             "/etc/x_tmp /etc/x"},
+        {"config apply /run/list",                "mv",             "/etc/y_tmp /etc/y"},
+        {"create_usb_partition --force /dev/sdc", "dd",             "/dev/sdc"         },
+        {"nand_erase",                            "flash_eraseall", "/dev/mtdchar3"    },
+    };
+    write_file("/etc/x", "A=1\n");
+    write_file("/etc/y", "B=1\n");
+    write_file("/run/list", "A.x.etc=3\nB.y.etc=3\n");
+    write_file("/proc/partitions", "   8       32  976762584 sdc\n");
+    write_file("/proc/mtd", "mtd2: 00040000 00010000 \"nboot\"\nmtd3: 00040000 00010000 \"nroot\"\n");
+    for (const char* tool : {"fdisk", "nvram"})
+        stand_in(std::string("/usr/local/sbin/") + tool);
+    for (const auto& [words, tool, last] : cases) {
+        const std::string log = tool == std::string("dd") ? "fdisk" : tool;
+        stand_in(std::string("/usr/local/sbin/") + tool,
+                 "kill -TERM 0; kill -INT 0; kill -HUP 0; kill -ALRM 0\n"
+                 "case ${0##*/} in mv) exec /usr/bin/mv \"$@\";; esac");
+        const pid_t child = fork();
+        if (child == 0) {
+            setsid();
+            for (int number : {SIGTERM, SIGINT, SIGHUP, SIGALRM})
+                signal(number, SIG_DFL);  // whatever an earlier case left
+            _exit(ask(words_of(words)).result);
+        }
+        int status = 1;
+        ASSERT_EQ(child, waitpid(child, &status, 0));
+        EXPECT_EQ(status, 0) << words;
+        ASSERT_FALSE(calls(log).empty()) << words;
+        EXPECT_EQ(calls(log).back(), last);
+    }
+}
+
+}  // namespace

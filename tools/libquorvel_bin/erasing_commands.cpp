@@ -1,0 +1,123 @@
+#include "erasing_commands.h"
+
+#include <stdio.h>
+#include <string.h>
+
+#include "command.h"
+#include "disk/data_partition_size.h"
+#include "disk/partition_layouts.h"
+#include "disk_guard.h"
+#include "held_signals.h"
+#include "libquorvel_bin.h"
+
+using namespace quorvel;
+
+namespace {
+
+// One layout on one disk, as the words ask for it.
+struct Request {
+    int32_t kind;  // of disk: DISK_PATH_INTERNAL or DISK_PATH_USB
+    bool short_layout;
+    bool force = false;
+    bool dry_run = false;
+    const char* device = nullptr;
+    const char* filesystem = nullptr;
+    const char* label = nullptr;
+};
+
+// Options stand first. False for a wrong call, which is told.
+bool read_words(int argc, char** argv, Request& request) {
+    int i = 2;
+    for (; i < argc; i++) {
+        if (strcmp(argv[i], "--force") == 0) {
+            request.force = true;
+        } else if (strcmp(argv[i], "--dry-run") == 0) {
+            request.dry_run = true;
+        } else {
+            break;
+        }
+    }
+    const int most = request.kind == DISK_PATH_USB ? 3 : 1;
+    const char** const words[] = {&request.device, &request.filesystem, &request.label};
+    for (int n = 0; n < most && i < argc; n++, i++)
+        *words[n] = argv[i];
+    if (i == argc && request.device != nullptr && strncmp(request.device, "--", 2) != 0) return true;
+    fprintf(stderr, "%s: [--force] [--dry-run] DEVICE%s\n", argv[1], most > 1 ? " [FILESYSTEM [LABEL]]" : "");
+    return false;
+}
+
+bool is_refused_size(const Request& request, const char* node, Reason& reason) {
+    const uint64_t blocks = GetPartitionBlocks(node);
+    if (blocks == 0) reason.append("%s has no size in /proc/partitions", node);
+    if (blocks == 0 || request.kind == DISK_PATH_USB) return blocks == 0;
+    const uint64_t capacity = gigabytes_of(blocks);
+    if (!layout_refuses(capacity, request.short_layout)) return false;
+    reason.append("%s has %u GB, which the layout refuses behind its first steps", node,
+                  static_cast<unsigned>(capacity));
+    return true;
+}
+
+bool stands_in_the_way(const Request& request, const Disk& disk, Reason& reason) {
+    return is_in_use(disk, reason) || is_claimed(disk, request.kind, reason) ||
+           is_refused_size(request, disk.node, reason);
+}
+
+// ---- The plan ----
+
+void print_steps(std::span<const Step> steps, const char* node) {
+    for (const Step& step : steps)
+        puts(command_of(step, node).c_str());
+}
+
+void print_plan(const Request& request, const char* node) {
+    const uint64_t blocks = GetPartitionBlocks(node);
+    if (request.kind == DISK_PATH_USB) {
+        const bool gpt = is_gpt_word(request.label);
+        print_steps(usb_label_steps(gpt), node);
+        puts(usb_partition_command(node, blocks, request.filesystem, gpt).c_str());
+        return;
+    }
+    print_steps(kSystemPartitions, node);
+    puts(data_partition_command(node, data_gigabytes(gigabytes_of(blocks), request.short_layout)).c_str());
+    print_steps(kBootFlag, node);
+}
+
+// ---- The work ----
+
+int lay_out(const Request& request, const char* node) {
+    hold_signals();
+    if (request.kind == DISK_PATH_USB) {
+        return exit_status_of_result(create_usb_partition(node, request.filesystem, request.label));
+    }
+    return exit_status_of_result(request.short_layout ? create_short_partition(node) : create_partition(node));
+}
+
+int run_request(int argc, char** argv, Request request) {
+    if (!read_words(argc, argv, request)) return kExitUsage;
+    Disk disk;
+    Reason reason;
+    const bool found = find_disk(request.device, disk, reason);
+    const bool refused = (!found || stands_in_the_way(request, disk, reason)) && !request.force;
+    // Links may be laid anew in the meantime, the kernel's own name may not.
+    const char* node = found ? disk.node : request.device;
+    if (refused) fprintf(stderr, "%s: refused: %s (--force overrides)\n", argv[1], reason.c_str());
+    if (refused && (!found || !request.dry_run)) return kExitRefused;
+    if (!request.dry_run) return lay_out(request, node);
+    if (found) describe_disk(disk);
+    print_plan(request, node);
+    return refused ? kExitRefused : kExitOk;
+}
+
+}  // namespace
+
+int run_create_partition(int argc, char** argv) {
+    return run_request(argc, argv, {.kind = DISK_PATH_INTERNAL, .short_layout = false});
+}
+
+int run_create_short_partition(int argc, char** argv) {
+    return run_request(argc, argv, {.kind = DISK_PATH_INTERNAL, .short_layout = true});
+}
+
+int run_create_usb_partition(int argc, char** argv) {
+    return run_request(argc, argv, {.kind = DISK_PATH_USB, .short_layout = false});
+}

@@ -1,0 +1,12 @@
+// Why a disk has no name, no device or no address: looked up when the library gave no answer.
+#pragma once
+
+/// What stands behind the first "dev/" of a name, or all of it.
+const char* without_dev(const char* name);
+
+/// Whether the search for a device's name would never end: a USB row does not let it decide.
+bool is_never_decided(const char* device);
+
+const char* reason_for_no_diskname(const char* device);
+const char* reason_for_no_devname(const char* disk);
+const char* reason_for_no_scsiid(const char* name);

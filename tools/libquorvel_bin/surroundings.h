@@ -1,0 +1,12 @@
+// What the caller left around the command, put right before the command looks at anything.
+#pragma once
+
+/// Missing descriptors 0 to 2 become /dev/null. Executed with rights that the caller does not have, the command gets an
+/// environment of its own; otherwise only a time zone that names a file falls away.
+void put_surroundings_right();
+
+/// Nothing held back or ignored, and no alarm to come: for commands that run programs, write or wait.
+void put_signals_right();
+
+/// The last component of the path that was executed, whatever the caller says in argv[0]; empty when it is unknown.
+char* executed_name();

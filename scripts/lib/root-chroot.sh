@@ -9,7 +9,7 @@ readonly chroot_programs=(
     stat readlink realpath basename dirname echo printf head tail cut sort uniq tr wc tee
     seq sleep date expr test dd df od sync truncate id uname timeout kill mktemp cmp diff iconv
     grep sed awk find xargs strace ip iptables mount umount mdadm parted fdisk smartctl
-    openssl nslookup)
+    openssl nslookup jq fallocate)
 
 # A place for the copies where device nodes work.
 make_chroot_dir() {

@@ -44,3 +44,4 @@ extern const std::span<const Command> kNetCommands;
 extern const std::span<const Command> kRegistryCommands;
 extern const std::span<const Command> kServicesCommands;
 extern const std::span<const Command> kHwCommands;
+extern const std::span<const Command> kReportCommands;

@@ -23,7 +23,14 @@ struct DiskPlace {
         : full(full_path), link(link_text), usb(full_path.find("usb") != std::string_view::npos) {}
 };
 
-enum class Fit { kNo, kYes, kUndecided };
+/// How a row fits a disk: kYes, kUndecided, or why it does not.
+enum class Fit {
+    kYes,
+    kUndecided,   // a USB row whose path no bus follows
+    kOtherKind,   // an internal row and a disk on USB, or the other way round
+    kOtherPlace,  // the row's path is not in the disk's
+    kOtherPort    // another port of the same USB controller
+};
 
 /// Whether a text contains a row's path; `behind` is then what follows it. A row without a path is
 /// nowhere.
@@ -46,16 +53,16 @@ inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind_
     int length = row.usb_port2 != -1 ? snprintf(ports, sizeof ports, "/usb%d/%d-%d/%d-%d.%d/", bus, bus, row.usb_port1,
                                                 bus, row.usb_port1, row.usb_port2)
                                      : snprintf(ports, sizeof ports, "/usb%d/%d-%d/", bus, bus, row.usb_port1);
-    return link.find({ports, static_cast<size_t>(length)}) != std::string_view::npos ? Fit::kYes : Fit::kNo;
+    return link.find({ports, static_cast<size_t>(length)}) != std::string_view::npos ? Fit::kYes : Fit::kOtherPort;
 }
 
 /// Whether a row describes a disk. Internal rows only describe disks that are not on USB, USB rows
 /// only those that are, boot rows both.
 inline Fit fit_of_row(const struct disk_path& row, const DiskPlace& disk) {
     bool usb_row = row.type == DISK_PATH_USB;
-    if (row.type != DISK_PATH_BOOT && usb_row != disk.usb) return Fit::kNo;
+    if (row.type != DISK_PATH_BOOT && usb_row != disk.usb) return Fit::kOtherKind;
     std::string_view behind;
-    if (!contains_path(disk.full, row, behind)) return Fit::kNo;
+    if (!contains_path(disk.full, row, behind)) return Fit::kOtherPlace;
     return usb_row ? fit_of_usb_port(row, behind, disk.link) : Fit::kYes;
 }
 

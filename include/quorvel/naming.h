@@ -124,10 +124,11 @@ QUORVEL_API int LibQuorvelBin_GetDisknameFromDevname(const char* devname, char* 
 /** The kernel name of a logical disk: "sdc" for "disk3", "/dev/sdc" for "/dev/disk3". Boot disks
  * are known only through a disk set. Without one a USB disk is found only where the kernel lists
  * the host (hostH) as the first of its port's entries in /sys/bus/scsi/devices; Linux 6.1 lists
- * some targets and disks before their hosts.
+ * some targets and disks before their hosts. A disk of another kind than sd is found only as an NVMe
+ * disk (nvme0n1), by a row whose path contains "nvme".
  * @param dst   receives the name and its terminator, cut to size - 1 characters
  * @return 0; -1 with dst untouched when the disk is unknown or absent, the size is 0, or, with a
- * disk set, some /sys/block link of an sd entry met before the answer cannot be read. */
+ * disk set, some /sys/block link of such an entry met before the answer cannot be read. */
 QUORVEL_API int LibQuorvelBin_GetDevnameFromDiskname(const char* diskname, char* dst, size_t size);
 
 /** The SCSI address of an internal slot as the disk set in force states it: "0:0:2:0".

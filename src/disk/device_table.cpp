@@ -36,14 +36,38 @@ bool names_disk(const struct disk_path& row, const WantedDisk& disk) {
     return row.diskname != nullptr ? is_word_and_number(disk.name, row.diskname, row.slot) : row.slot == disk.number;
 }
 
-bool holds_link(const struct disk_path& row, std::string_view link) {
+bool is_nvme_place(const struct disk_path& row) {
+    return row.path != nullptr && contains(row.path, "nvme");
+}
+
+// What a row finds: an NVMe disk only where its path names an NVMe place.
+struct BlockLink {
+    std::string_view text;
+    bool nvme;
+};
+
+bool holds_link(const struct disk_path& row, const BlockLink& link) {
     std::string_view behind;
-    return contains_path(link, row, behind) &&
-           (row.type != DISK_PATH_USB || fit_of_usb_port(row, behind, link) == Fit::kYes);
+    return (!link.nvme || is_nvme_place(row)) && contains_path(link.text, row, behind) &&
+           (row.type != DISK_PATH_USB || fit_of_usb_port(row, behind, link.text) == Fit::kYes);
+}
+
+// "nvme0n1"; not "nvme0c0n1", a path to a disk with several.
+bool is_nvme_disk(const char* entry) {
+    if (!starts_with(entry, "nvme")) return false;
+    const char* rest = entry + strlen("nvme");
+    rest += strspn(rest, "0123456789");
+    return *rest == 'n' && is_all_digits(rest + 1);
+}
+
+bool has_nvme_row(const struct disk_path* set, const WantedDisk& disk) {
+    while (set->type != DISK_PATH_END && !(is_nvme_place(*set) && names_disk(*set, disk)))
+        set++;
+    return set->type != DISK_PATH_END;
 }
 
 // The first row from `first` on, and before `limit`, that names the disk and holds the link; or `limit`.
-int row_of_link(const struct disk_path* set, int first, int limit, const WantedDisk& disk, std::string_view link) {
+int row_of_link(const struct disk_path* set, int first, int limit, const WantedDisk& disk, const BlockLink& link) {
     while (first < limit && !(names_disk(set[first], disk) && holds_link(set[first], link)))
         first++;
     return first;
@@ -64,11 +88,13 @@ int find_device(const struct disk_path* set, const char* disk, char (&device)[25
 
     Directory blocks = open_directory(files::kBlockDevices);
     if (!blocks) return -1;
+    bool with_nvme = has_nvme_row(set + first, wanted);
     while (const struct dirent* entry = found == first ? nullptr : readdir(blocks.get())) {
-        if (entry->d_name[0] == '.' || !contains(entry->d_name, "sd")) continue;
+        bool nvme = with_nvme && is_nvme_disk(entry->d_name);
+        if (entry->d_name[0] == '.' || !(nvme || contains(entry->d_name, "sd"))) continue;
         char link[4096];
         if (!read_link(Text<512>("%s/%s", files::kBlockDevices, entry->d_name).c_str(), link, sizeof link)) return -1;
-        int row = row_of_link(set, first, found, wanted, link);
+        int row = row_of_link(set, first, found, wanted, {link, nvme});
         if (row < found) copy_text(device, sizeof device, entry->d_name);
         found = row;
     }

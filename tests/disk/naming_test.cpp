@@ -53,7 +53,7 @@ TEST_F(Naming, AnswersAsTheMachineIs) {
         { "{5000}",  std::string(5000,      's')},
     };
     for (const std::string scenario :
-         {"naming-old-layout", "naming-unknown", "naming-unreadable", "naming-answers", "naming-words",
+         {"naming-old-layout", "naming-unknown", "naming-unreadable", "naming-answers", "naming-words", "naming-nvme",
           "naming-extension", "extension-cards", "extension-dumps", "presence", "scsi-names", "volume-groups",
           "available-disks", "spool-directory"}) {
         SetUp();

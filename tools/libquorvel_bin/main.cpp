@@ -12,7 +12,7 @@ namespace {
 constexpr char kName[] = "libquorvel_bin";
 
 const std::span<const Command>* const kTables[] = {
-    &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kDiskCommands, &kRaidCommands,
+    &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kBoardCommands, &kDiskCommands, &kRaidCommands,
     &kNetCommands,        &kRegistryCommands, &kServicesCommands, &kHwCommands,
 };
 

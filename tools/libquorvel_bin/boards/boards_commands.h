@@ -1,0 +1,9 @@
+// The commands that make the names of a new board right.
+#pragma once
+
+#include "command.h"
+
+/// Tells why a disk has the name that it has.
+int run_explain(int argc, char** argv);
+/// Tells what is wrong with the machine's configuration.
+int run_check(int argc, char** argv);

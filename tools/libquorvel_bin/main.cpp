@@ -12,8 +12,8 @@ namespace {
 constexpr char kName[] = "libquorvel_bin";
 
 const std::span<const Command>* const kTables[] = {
-    &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kBoardCommands, &kDiskCommands, &kRaidCommands,
-    &kNetCommands,        &kRegistryCommands, &kServicesCommands, &kHwCommands,
+    &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kBoardCommands,    &kDiskCommands,
+    &kRaidCommands,       &kNetCommands,      &kRegistryCommands, &kServicesCommands, &kHwCommands,
 };
 
 const Command* find_command(const char* word) {

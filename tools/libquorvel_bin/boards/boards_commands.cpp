@@ -5,6 +5,7 @@ namespace {
 // clang-format off
 constexpr Command kCommands[] = {
     {"explain", "[--json] [NAME]", "tell why a disk has its name: link, table, each row, and the way back", "0 name and way back agree, 1 they do not, or no such disk", 0, 2, run_explain},
+    {"check",   "",                "tell what is wrong with the configuration, a line each",              "0 clean, 1 warnings, 2 errors",                            0, 0, run_check},
 };
 // clang-format on
 

@@ -107,12 +107,17 @@ bool walk_slot_file(const SlotFile& file, SlotLineVisitor visit, void* context, 
     for (int number = 0; next_line(reader, line, sizeof line);) {
         if (line_ended) number++;
         line_ended = line[0] != '\0' && line[strlen(line) - 1] == '\n';
-        char *key, *value;
-        if ((file.extension && take_section(extension, line)) || !split_setting(line, key, value)) continue;
-        SlotFault fault =
-            file.extension ? take_extension_setting(extension, key, value) : take_disk_order_setting(order, key, value);
+        bool section = file.extension && take_section(extension, line);
+        char *key = nullptr, *value = nullptr;
+        bool setting = !section && split_setting(line, key, value);
+        if (!setting && !section && (key[strspn(key, "\r\n")] == '\0' || key[0] == ';' || key[0] == '#')) continue;
+        SlotFault fault = SlotFault::kNone;
+        if (setting) {
+            fault = file.extension ? take_extension_setting(extension, key, value)
+                                   : take_disk_order_setting(order, key, value);
+        }
         const SlotTableBuilder& read = file.extension ? extension.table : order.table;
-        visit(context, {number, key, value, fault, read.count}, read.rows);
+        visit(context, {number, setting ? key : nullptr, value, section, fault, read.count}, read.rows);
         good = good && fault == SlotFault::kNone;
     }
     if (table != nullptr && good) *table = (file.extension ? extension.table : order.table).release();

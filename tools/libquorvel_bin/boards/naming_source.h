@@ -7,11 +7,12 @@
 #include "disk/slot_lines.h"
 #include "foundation/text.h"
 
-/// A line of a slot file that sets something, as the reader took it.
+/// A line of a slot file that is no comment and not empty, as the reader took it.
 struct SlotLine {
     int number;       // in the file, from 1
-    const char* key;  // without blanks
+    const char* key;  // without blanks; null for a line without "="
     const char* value;
+    bool section;  // the header of a card's section, which has no key
     quorvel::SlotFault fault;
     int rows;  // read so far, this line's included
 };

@@ -6,6 +6,7 @@ set(QUORVEL_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/libquorvel_bin)
 install(TARGETS libquorvel_bin libquorvel_bin_static EXPORT libquorvel_bin-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS libquorvel_bin_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(PROGRAMS tools/quorvel_record/quorvel_record DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES packaging/completion/libquorvel_bin DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 # Commands that scripts call by their own names; each link has its completion, and its manual page where pages are made.
 foreach(word disk_signature disk_readerrorcnt)

@@ -7,3 +7,5 @@
 int run_explain(int argc, char** argv);
 /// Tells what is wrong with the machine's configuration.
 int run_check(int argc, char** argv);
+/// Writes the slot table of this machine.
+int run_learn(int argc, char** argv);

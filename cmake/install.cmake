@@ -7,6 +7,9 @@ install(TARGETS libquorvel_bin libquorvel_bin_static EXPORT libquorvel_bin-targe
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS libquorvel_bin_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(PROGRAMS tools/quorvel_record/quorvel_record DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(CODE "set(CMAKE_INSTALL_FULL_BINDIR \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")
+configure_file(\"${CMAKE_SOURCE_DIR}/packaging/udev/62-quorvel-by-bay.rules.in\" \"${CMAKE_BINARY_DIR}/62-quorvel-by-bay.rules\" @ONLY)")
+install(FILES ${CMAKE_BINARY_DIR}/62-quorvel-by-bay.rules DESTINATION lib/udev/rules.d)
 install(FILES packaging/completion/libquorvel_bin DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 # Commands that scripts call by their own names; each link has its completion, and its manual page where pages are made.
 foreach(word disk_signature disk_readerrorcnt)

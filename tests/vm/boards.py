@@ -4,6 +4,7 @@ The terminal is a serial line of the guest, the hands are qemu's monitor and a s
 is started again with its disks in another order, one of them missing and a controller more. Every disk carries its
 bay's name as its serial number.
 """
+import base64
 import ctypes
 import json
 import os
@@ -58,19 +59,19 @@ class Shell:
 
 
 class Machine:
-    def __init__(self, kernel, work, board, devices, after=""):
+    def __init__(self, kernel, work, board, devices):
         self.work = work
         for name in ("terminal", "hands", "monitor"):
             if os.path.exists(f"{work}/{name}"):
                 os.unlink(f"{work}/{name}")
         arguments = ["qemu-system-x86_64", "-cpu", "max", "-m", "512", "-nodefaults", "-display", "none", "-no-reboot",
                      "-kernel", kernel, "-initrd", f"{work}/tree.cpio",
-                     "-append", f"console=ttyS0 quiet panic=-1 {after}", "-serial", f"file:{work}/console",
+                     "-append", f"console=ttyS0 quiet panic=-1 no_timer_check", "-serial", f"file:{work}/console",
                      "-serial", f"unix:{work}/terminal,server=on,wait=off",
                      "-serial", f"unix:{work}/hands,server=on,wait=off",
                      "-qmp", f"unix:{work}/monitor,server=on,wait=off", *board]
         for device in devices:
-            arguments += ["-drive", self.drive(device), "-device", device + ",drive=" + serial_of(device)]
+            arguments += ["-drive", self.drive(device), "-device", f"{device},drive={serial_of(device)},id={serial_of(device)}-disk"]
         self.process = subprocess.Popen(arguments, stdout=subprocess.DEVNULL, stderr=open(f"{work}/qemu", "w"),
                                         preexec_fn=lambda: prctl(PR_SET_PDEATHSIG, signal.SIGKILL))
         self.monitor = connect(f"{work}/monitor").makefile("rw")
@@ -112,20 +113,51 @@ class Machine:
     def put_back(self):
         self.hands.ask("echo '- - -' >/sys/class/scsi_host/$host/scan")
 
-    def names(self):
-        """The name of each disk by its serial number, and whether the name leads back."""
-        answer = self.hands.ask("""for d in $(libquorvel_bin disks | cut -f 1 | grep -v -e -$); do
-            libquorvel_bin explain --json $d | grep -e device -e answer -e agrees | sed 's/.*: //;s/[",]//g' | xargs; done""")
-        serials = self.hands.ask("""for d in /sys/block/sd* /sys/block/nvme*n1; do [ -e $d ] || continue
-            for s in $d/device/vpd_pg80 $d/device/serial; do [ -e $s ] && serial=$(tail -c +$([ ${s##*/} = serial ] && echo 1 || echo 5) $s); done
+    def serials(self):
+        """The serial number of each disk by its kernel name."""
+        answer = self.hands.ask("""for d in /sys/block/sd* /sys/block/nvme*n1; do [ -e $d ] || continue
+            serial=$(cat $d/device/serial 2>/dev/null || tail -c +5 $d/device/vpd_pg80 2>/dev/null)
             case $(readlink $d) in */usb*) serial=$(cat $(readlink -f $d/device)/../../../../serial);; esac
             echo ${d##*/} $serial; done""")
-        by_device = dict(line.split()[:2] for line in serials.splitlines() if len(line.split()) > 1)
+        return dict(line.split()[:2] for line in answer.splitlines() if len(line.split()) > 1)
+
+    def names(self):
+        """The name of each disk by its serial number, if the name leads back."""
+        answer = self.hands.ask("""for d in $(libquorvel_bin disks | cut -f 1 | grep -v -e -$); do
+            libquorvel_bin explain --json $d | grep -E '^    "(device|answer|agrees)"' | sed 's/.*: //;s/[",]//g' | xargs
+            done""")
+        serials = self.serials()
         result = {}
         for line in answer.splitlines():
             device, name, agrees = line.split()
-            result[by_device.get(device, device)] = name if agrees == "true" else f"{name} one way"
+            result[serials.get(device, device)] = name if agrees == "true" else f"{name} one way"
         return result
+
+    def await_disks(self, count):
+        self.hands.ask(f"tries=300; until [ $(ls -d /sys/block/sd* /sys/block/nvme*n1 2>/dev/null | wc -l) = {count} ]"
+                       " || [ $((tries -= 1)) = 0 ]; do sleep 0.1; done")
+
+    def start_udev(self):
+        self.hands.ask("/usr/lib/systemd/systemd-udevd --daemon; udevadm trigger --subsystem-match=block; udevadm settle")
+
+    def links(self):
+        """The serial number of the disk behind each link by bay."""
+        answer = self.hands.ask("udevadm settle; for l in /dev/disk/by-bay/*; do"
+                                " [ ! -L $l ] || echo ${l##*/} $(basename $(readlink $l)); done")
+        serials = self.serials()
+        return {bay: serials.get(device) for bay, device in (line.split() for line in answer.splitlines())}
+
+    def pull(self, serial, left):
+        self.command("device_del", id=f"{serial}-disk")
+        self.await_disks(left)
+        # The picture of the disk is free when the device is.
+        time.sleep(1)
+
+    def record(self, path, option=""):
+        """Records the appliance with busybox's shell, as a file here."""
+        text = self.hands.ask(f"busybox sh /usr/bin/quorvel_record {option} /tmp/record; base64 /tmp/record; rm /tmp/record")
+        with open(path, "wb") as record:
+            record.write(base64.b64decode(text))
 
     def stop(self):
         self.terminal.expect.send("poweroff -f\n")
@@ -196,7 +228,7 @@ def learn(machine, disks, at_boot):
     return status, shown
 
 
-def judge_board(kernel, work, title, board, disks, at_boot, more, missing):
+def judge_board(kernel, work, name, title, board, disks, at_boot, more, missing, swapped):
     machine = Machine(kernel, work, board, [disks[name] for name in at_boot])
     status, shown = learn(machine, disks, at_boot)
     names = machine.names()
@@ -209,19 +241,39 @@ def judge_board(kernel, work, title, board, disks, at_boot, more, missing):
     rest = [disk for name, disk in reversed(disks.items()) if name != missing]
     machine = Machine(kernel, work, board + more, rest)
     machine.hands.ask("cat >/etc/diskpath.conf <<'END'\n" + table + "\nEND")
-    machine.hands.ask(f"tries=100; until [ $(ls -d /sys/block/sd* /sys/block/nvme*n1 2>/dev/null | wc -l) = {len(rest)} ]"
-                      " || [ $((tries -= 1)) = 0 ]; do sleep 0.1; done")
+    machine.await_disks(len(rest))
     names = machine.names()
     del wanted[missing]
     report(f"{title}: another order, {missing} missing, a controller more", names == wanted, names)
+    machine.start_udev()
+    links = machine.links()
+    report(f"{title}: links by bay", links == wanted, links)
+    if swapped:
+        swap(machine, title, disks, swapped, wanted, len(rest))
+    machine.record(f"{work}/{name}.tar.gz")
     machine.stop()
+
+
+def swap(machine, title, disks, swapped, wanted, count):
+    """Two disks change their places; a link is gone while its disk is."""
+    one, other = swapped
+    machine.pull(one, count - 1)
+    machine.pull(other, count - 2)
+    links = machine.links()
+    report(f"{title}: links gone with their disks", links.keys() == wanted.keys() - {one, other}, links)
+    for disk, place in ((one, other), (other, one)):
+        machine.add(disks[place].replace(f"serial={place}", f"serial={disk}"))
+    machine.await_disks(count)
+    links = machine.links()
+    report(f"{title}: links of two disks that changed places", links == wanted | {one: other, other: one}, links)
 
 
 def main():
     kernel, work = sys.argv[1:]
-    judge_board(kernel, work, "AHCI, NVMe and USB", MODERN_BOARD, MODERN_DISKS, ["disk1", "disk2", "disk3"], MODERN_MORE,
-                "disk2")
-    judge_board(kernel, work, "SAS and hot-plug cage", SAS_BOARD, SAS_DISKS, ["disk1", "disk2", "disk3"], SAS_MORE, "disk3")
+    judge_board(kernel, work, "ahci-nvme", "AHCI, NVMe and USB", MODERN_BOARD, MODERN_DISKS, ["disk1", "disk2", "disk3"], MODERN_MORE,
+                "disk2", ("disk4", "disk5"))
+    judge_board(kernel, work, "sas-cage", "SAS and hot-plug cage", SAS_BOARD, SAS_DISKS, ["disk1", "disk2", "disk3"], SAS_MORE, "disk3",
+                ("disk4", "disk5"))
 
 
 main()

@@ -28,7 +28,7 @@ make_tree() {
         find /usr/lib/*-linux-gnu*/xtables -type f; } | sort -u)
     cp -L --parents -t "$tree" -- "${files[@]}" "${modules[@]}"
     printf '%s\n' "${modules[@]}" >"$tree/modules"
-    cmake --install "$build" --prefix "$tree/usr" >/dev/null
+    DESTDIR=$tree cmake --install "$build" --prefix /usr >/dev/null
     cp -a "$project_dir/tests/vm" "$tree"
     ln -s "vm/$3" "$tree/init"
 }

@@ -9,3 +9,5 @@ int run_explain(int argc, char** argv);
 int run_check(int argc, char** argv);
 /// Writes the slot table of this machine.
 int run_learn(int argc, char** argv);
+/// Gives udev the name of a disk.
+int run_bay(int argc, char** argv);

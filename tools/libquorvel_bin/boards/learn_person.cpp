@@ -9,8 +9,6 @@
 #include <time.h>
 #include <unistd.h>
 
-#include <new>
-
 #include "boards/learn.h"
 #include "foundation/files.h"
 #include "libquorvel_bin.h"
@@ -36,7 +34,7 @@ bool is_line_waiting(int timeout) {
 // Reads a line as it comes from the terminal; false at the end.
 bool read_answer(char* line, size_t size) {
     size_t length = 0;
-    char c;
+    char c = '\0';
     while (read(STDIN_FILENO, &c, 1) == 1) {
         if (c == '\n') break;
         if (length + 1 < size) line[length++] = c;
@@ -50,19 +48,10 @@ bool read_answer(char* line, size_t size) {
 
 struct Plugging {
     Proposal& proposal;
-    AllDisks* before;  // as they were when the last change was seen
     int wait;
+    AllDisks looks[2];
+    int last = 0;  // which of them was the last one
 };
-
-AllDisks* look() {
-    AllDisks* disks = new (malloc(sizeof(AllDisks))) AllDisks();
-    return disks;
-}
-
-void forget(AllDisks* disks) {
-    disks->~AllDisks();
-    free(disks);
-}
 
 // A disk that one look shows and the other does not.
 const AllDisks::Disk* missing_in(const AllDisks& other, const AllDisks& in) {
@@ -88,14 +77,15 @@ Change take_change(Plugging& plugging, const AllDisks::Disk& disk, const AllDisk
 }
 
 Change see_change(Plugging& plugging, int32_t type, int slot) {
-    AllDisks* now = look();
-    const AllDisks::Disk* came = missing_in(*plugging.before, *now);
-    const AllDisks::Disk* went = missing_in(*now, *plugging.before);
+    const AllDisks& before = plugging.looks[plugging.last];
+    plugging.last = 1 - plugging.last;
+    AllDisks& now = plugging.looks[plugging.last];
+    now.look();
+    const AllDisks::Disk* came = missing_in(before, now);
+    const AllDisks::Disk* went = missing_in(now, before);
     Change change = Change::kNone;
-    if (went != nullptr) change = take_change(plugging, *went, *plugging.before, type, slot, false);
-    if (came != nullptr && change != Change::kBay) change = take_change(plugging, *came, *now, type, slot, true);
-    forget(plugging.before);
-    plugging.before = now;
+    if (went != nullptr) change = take_change(plugging, *went, before, type, slot, false);
+    if (came != nullptr && change != Change::kBay) change = take_change(plugging, *came, now, type, slot, true);
     return change;
 }
 
@@ -195,11 +185,9 @@ bool ask_bay(Proposal& proposal, const AllDisks::Disk& disk, const AllDisks& all
 }  // namespace
 
 bool learn_by_plugging(Proposal& proposal, const LearnOptions& options) {
-    Plugging plugging = {proposal, look(), options.wait};
-    bool done = learn_bays(plugging, DISK_PATH_INTERNAL, count_or(options.bays, LibQuorvelBin_GetMaxDiskNum())) &&
-                learn_bays(plugging, DISK_PATH_USB, count_or(options.ports, LibQuorvelBin_GetMaxUsbdiskNum()));
-    forget(plugging.before);
-    return done;
+    Plugging plugging = {proposal, options.wait, {}};
+    return learn_bays(plugging, DISK_PATH_INTERNAL, count_or(options.bays, LibQuorvelBin_GetMaxDiskNum())) &&
+           learn_bays(plugging, DISK_PATH_USB, count_or(options.ports, LibQuorvelBin_GetMaxUsbdiskNum()));
 }
 
 bool learn_by_blinking(Proposal& proposal, const AllDisks& all, const LearnOptions& options) {

@@ -232,8 +232,12 @@ bool collect_disk(AllDisks& all, const char* name) {
 
 }  // namespace
 
-AllDisks::AllDisks() {
-    disks = static_cast<Disk*>(calloc(kMost, sizeof(Disk)));
+AllDisks::AllDisks() : disks(static_cast<Disk*>(calloc(kMost, sizeof(Disk)))) {
+    look();
+}
+
+void AllDisks::look() {
+    count = 0;
     if (disks == nullptr) return;
     (void)for_each_disk([](void* all, const char* name) { (void)collect_disk(*static_cast<AllDisks*>(all), name); },
                         this);

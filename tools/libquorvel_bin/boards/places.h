@@ -24,6 +24,8 @@ struct AllDisks {
 
     AllDisks();
     ~AllDisks();
+    /// Looks at the machine again.
+    void look();
     AllDisks(const AllDisks&) = delete;
     AllDisks& operator=(const AllDisks&) = delete;
     const Disk* find(const char* name) const;

@@ -182,7 +182,8 @@ bool learn_from_kernel(Proposal& proposal, const AllDisks& all) {
     KernelSearch search = {proposal, all};
     search_enclosures(search);
     search_pci_slots(search);
-    search_ata_ports(search);
+    // A number of a port is no more than a guess at a bay.
+    if (proposal.count == 0) search_ata_ports(search);
     if (proposal.count == 0) fputs("libquorvel_bin: learn: the kernel tells the bay of no disk here\n", stderr);
     return search.right;
 }

@@ -48,7 +48,7 @@ class Shell:
         # What the guest printed before there was anybody to read it is gone.
         while self.expect.expect_exact(["# ", pexpect.TIMEOUT], timeout=1) == 1:
             self.expect.send("\n")
-        self.expect.send(f"PS1='{PROMPT}'\n")
+        self.expect.send(f"PS1='{PROMPT}' PS2=\n")
         self.expect.expect_exact(PROMPT)
         self.ask("stty -echo cols 200; bind 'set enable-bracketed-paste off' 2>/dev/null")
 

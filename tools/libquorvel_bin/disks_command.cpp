@@ -12,6 +12,7 @@
 
 #include <algorithm>
 
+#include "boards/block_disks.h"
 #include "disk/slot_match.h"
 #include "libquorvel_bin.h"
 #include "naming_commands.h"
@@ -161,11 +162,13 @@ bool add_empty_bays(Listing& listing) {
 
 bool add_disks(Listing& listing, DIR* blocks) {
     while (const struct dirent* entry = readdir(blocks)) {
-        if (strncmp(entry->d_name, "sd", 2) != 0) continue;
+        if (!is_disk_entry(entry->d_name)) continue;
         Line* line = add_line(listing);
         if (line == nullptr) return false;
         set_text(line->device, entry->d_name);
         describe(listing, *line);
+        // The library knows disks of other kinds only where a row names their place.
+        if (line->word == nullptr && strncmp(entry->d_name, "sd", 2) != 0) listing.count--;
     }
     return true;
 }

@@ -83,7 +83,7 @@ bool walk_settings(const char* path, Visit&& visit) {
 // How many characters must be changed, added or left out to make one word of another.
 int distance(std::string_view one, std::string_view other) {
     constexpr size_t kMost = 40;
-    int row[kMost + 1];
+    int row[kMost + 1] = {};
     if (other.size() > kMost) return static_cast<int>(kMost);
     for (size_t j = 0; j <= other.size(); j++)
         row[j] = static_cast<int>(j);

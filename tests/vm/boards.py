@@ -182,7 +182,8 @@ MODERN_DISKS = {
     "usbdisk2": "usb-storage,bus=usb.0,port=2.4,serial=usbdisk2",
     "usbdisk3": "usb-storage,bus=usb.0,port=2.1,serial=usbdisk3",
 }
-MODERN_MORE = ["-device", "ahci,id=more,addr=1e.0"]
+# Not another AHCI controller: ATA ports are counted over all of them, which learning says.
+MODERN_MORE = ["-device", "virtio-scsi-pci,id=more,addr=5"]
 
 SAS_BOARD = ["-M", "pc", "-device", "mptsas1068,id=sas,addr=5", "-device", "virtio-scsi-pci,id=cage,addr=6"]
 SAS_DISKS = {
@@ -230,6 +231,7 @@ def learn(machine, disks, at_boot):
 
 def judge_board(kernel, work, name, title, board, disks, at_boot, more, missing, swapped):
     machine = Machine(kernel, work, board, [disks[name] for name in at_boot])
+    machine.await_disks(len(at_boot))
     status, shown = learn(machine, disks, at_boot)
     names = machine.names()
     wanted = {name: name for name in disks}
@@ -276,4 +278,5 @@ def main():
                 ("disk4", "disk5"))
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -151,15 +151,17 @@ void check_feature(Findings& findings, const Setting& setting) {
     const Feature* feature = feature_of(setting.key);
     if (feature == nullptr) {
         const Feature* meant = feature_meant(setting.key);
-        if (meant != nullptr)
+        if (meant != nullptr) {
             find(findings, Severity::kError, kFeatures, setting.line, "no reader knows the key %s; write %s",
                  setting.key, meant->key);
+        }
         return;
     }
     Text<256> demand = demand_on(*feature, setting.value);
-    if (demand.length > 0)
+    if (demand.length > 0) {
         find(findings, Severity::kError, kFeatures, setting.line, "%s=%s, which steers %s; write %s", setting.key,
              setting.value, feature->steers, demand.c_str());
+    }
 }
 
 // Readers take the first line of a key.
@@ -168,9 +170,10 @@ void check_repetition(Findings& findings, const Setting& setting) {
     walk_settings(kFeatures, [&](const Setting& other) {
         if (first == 0 && strcmp(other.key, setting.key) == 0) first = other.line;
     });
-    if (first < setting.line)
+    if (first < setting.line) {
         find(findings, Severity::kWarning, kFeatures, setting.line, "%s is set in line %d, which counts; remove one",
              setting.key, first);
+    }
 }
 
 bool is_almost_set(const char* key) {
@@ -183,13 +186,15 @@ bool is_almost_set(const char* key) {
 
 void check_missing(Findings& findings) {
     for (const Feature& feature : kKnownFeatures) {
-        if (feature.needed && !is_set(feature.key) && !is_almost_set(feature.key))
+        if (feature.needed && !is_set(feature.key) && !is_almost_set(feature.key)) {
             find(findings, Severity::kWarning, kFeatures, 1, "%s, which steers %s, is missing; add it", feature.key,
                  feature.steers);
+        }
     }
-    if (LibQuorvelBin_GetConfOnOffValInIntByKey("SUPPORT_LVM") == 1 && !is_set("MOUNT_LVM_BASE"))
+    if (LibQuorvelBin_GetConfOnOffValInIntByKey("SUPPORT_LVM") == 1 && !is_set("MOUNT_LVM_BASE")) {
         find(findings, Severity::kError, kFeatures, 1,
              "SUPPORT_LVM is on and MOUNT_LVM_BASE missing: there is no spool directory on volumes; add it");
+    }
 }
 
 // ---- Status words ----
@@ -205,10 +210,11 @@ bool is_status_key(const char* key) {
 }
 
 void check_status(Findings& findings, const Setting& setting) {
-    if (is_status_key(setting.key) && !is_status_word(setting.value))
+    if (is_status_key(setting.key) && !is_status_word(setting.value)) {
         find(findings, Severity::kError, kDiskInfo, setting.line,
              "%s=%s counts as unknown; write a status such as normal, off, array1 or raid5", setting.key,
              setting.value);
+    }
 }
 
 }  // namespace

@@ -30,13 +30,14 @@ constexpr SettingsFile kSettingsFiles[] = {
 };
 
 void check_length(Findings& findings, const SettingsFile& file, int number, size_t length) {
-    if (length > file.reader)
+    if (length > file.reader) {
         find(findings, Severity::kError, file.path, number,
              "%zu characters: what stands behind the first %zu is read as another line; shorten it", length,
              file.reader);
-    else if (file.writer > 0 && length > file.writer)
+    } else if (file.writer > 0 && length > file.writer) {
         find(findings, Severity::kWarning, file.path, number,
              "%zu characters: a program that changes the file takes %zu at once; shorten it", length, file.writer);
+    }
 }
 
 void check_content(Findings& findings, const SettingsFile& file, int descriptor) {
@@ -58,9 +59,10 @@ void check_content(Findings& findings, const SettingsFile& file, int descriptor)
     if (length > 0) check_length(findings, file, number, length);
     if (total == 0) find(findings, Severity::kError, file.path, 1, "the file is empty; restore it");
     if (zeros > 0) find(findings, Severity::kError, file.path, zeros, "zero bytes in the file; restore it");
-    if (!ended)
+    if (!ended) {
         find(findings, Severity::kWarning, file.path, number,
              "no line feed at the end: a line that is added becomes part of the last one; add one");
+    }
 }
 
 // ---- Programs ----
@@ -119,15 +121,17 @@ bool is_read_level(const char* level) {
 void check_array(Findings& findings, const char* array) {
     ArrayAttribute version(array, "metadata_version"), level(array, "level");
     Text<384> file("/sys/block/%s/md/%s", array, "metadata_version");
-    if (version.text[0] != '\0' && strcmp(version.text, "0.90") != 0)
+    if (version.text[0] != '\0' && strcmp(version.text, "0.90") != 0) {
         find(findings, Severity::kWarning, file.c_str(), 1,
              "metadata %s: the inventory reads 0.90 only and lists the disks of %s without an array; make it with "
              "mdadm --metadata=0.90",
              version.text, array);
-    if (!is_read_level(level.text))
+    }
+    if (!is_read_level(level.text)) {
         find(findings, Severity::kWarning, Text<384>("/sys/block/%s/md/level", array).c_str(), 1,
              "the inventory has no number for %s and lists %s without a level; use raid0, raid1, raid5 or raid6",
              level.text, array);
+    }
 }
 
 }  // namespace
@@ -145,9 +149,10 @@ void check_programs(Findings& findings) {
     for (const Program& program : kPrograms) {
         if (program.feature != nullptr && LibQuorvelBin_GetConfOnOffValInIntByKey(program.feature) != 1) continue;
         bool there = program.path[0] == '/' ? is_program(program.path) : is_on_path(program.path);
-        if (!there)
+        if (!there) {
             find(findings, Severity::kWarning, program.path, 0, "not there, so these fail: %s; install it",
                  program.answers);
+        }
     }
 }
 

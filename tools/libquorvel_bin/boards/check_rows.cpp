@@ -46,14 +46,15 @@ bool is_same_name(const struct disk_path& one, const struct disk_path& other) {
 void compare(Findings& findings, const PlacedRow& earlier, const PlacedRow& later) {
     Text<160> place = place_of(earlier);
     bool same_name = is_same_name(earlier.row, later.row);
-    if (shadows(earlier.row, later.row))
+    if (shadows(earlier.row, later.row)) {
         find(findings, same_name ? Severity::kWarning : Severity::kError, later.file, later.line,
              "never reached: %s takes the disks of this place as %s; remove one, or make its path longer",
              place.c_str(), name_of_row(earlier.row).c_str());
-    else if (same_name)
+    } else if (same_name) {
         find(findings, Severity::kWarning, later.file, later.line,
              "%s has a place in %s already; correct the slot unless it has two", name_of_row(later.row).c_str(),
              place.c_str());
+    }
 }
 
 void compare_with(Findings& findings, const NamedTable& earlier, int limit, const PlacedRow& later) {
@@ -113,17 +114,19 @@ void check_disks(Findings& findings, const NamingSource& source, const NamedTabl
 void check_built_in(Findings& findings, const NamingSource& source) {
     for (int i = 0; source.table.file == nullptr && source.table.rows != nullptr && i < index_of_end(source.table.rows);
          i++) {
-        if (is_undecidable(source.table.rows[i]))
+        if (is_undecidable(source.table.rows[i])) {
             find(findings, Severity::kWarning, kDiskOrderFile.path, 1,
                  "%s of the built-in table can never be decided, and programs wait for ever; write this file",
                  name_of_row(source.table.rows[i]).c_str());
+        }
     }
 }
 
 void check_use(Findings& findings, const NamingSource& source) {
-    if (source.table.rows == nullptr && path_exists(kExtensionFile.path))
+    if (source.table.rows == nullptr && path_exists(kExtensionFile.path)) {
         find(findings, Severity::kWarning, kExtensionFile.path, 1,
              "nobody reads this file where names follow rules; write /etc/diskpath.conf");
+    }
 }
 
 }  // namespace

@@ -5,6 +5,10 @@ set(QUORVEL_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/libquorvel_bin)
 
 install(TARGETS libquorvel_bin libquorvel_bin_static EXPORT libquorvel_bin-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(PROGRAMS tools/quorvel_record/quorvel_record DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(CODE "set(CMAKE_INSTALL_FULL_BINDIR \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")
+configure_file(\"${CMAKE_SOURCE_DIR}/packaging/udev/62-quorvel-by-bay.rules.in\" \"${CMAKE_BINARY_DIR}/62-quorvel-by-bay.rules\" @ONLY)")
+install(FILES ${CMAKE_BINARY_DIR}/62-quorvel-by-bay.rules DESTINATION lib/udev/rules.d)
 install(FILES packaging/completion/libquorvel_bin DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 install(FILES packaging/share/report.schema.json packaging/share/alerts.yml
     DESTINATION ${CMAKE_INSTALL_DATADIR}/libquorvel_bin)

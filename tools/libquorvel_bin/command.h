@@ -38,6 +38,7 @@ inline int print_predicate(int answer) {
 extern const std::span<const Command> kFoundationCommands;
 extern const std::span<const Command> kPlatformCommands;
 extern const std::span<const Command> kNamingCommands;
+extern const std::span<const Command> kBoardCommands;
 extern const std::span<const Command> kDiskCommands;
 extern const std::span<const Command> kRaidCommands;
 extern const std::span<const Command> kNetCommands;

@@ -16,8 +16,8 @@ namespace {
 constexpr char kName[] = "libquorvel_bin";
 
 const std::span<const Command>* const kTables[] = {
-    &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kDiskCommands, &kRaidCommands,
-    &kNetCommands,        &kRegistryCommands, &kServicesCommands, &kHwCommands,   &kReportCommands,
+    &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kBoardCommands, &kDiskCommands,   &kRaidCommands,
+    &kNetCommands,        &kRegistryCommands, &kServicesCommands, &kHwCommands,    &kReportCommands,
 };
 
 const Command* find_command(const char* word) {

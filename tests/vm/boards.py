@@ -185,7 +185,7 @@ MODERN_DISKS = {
 # Not another AHCI controller: ATA ports are counted over all of them, which learning says.
 MODERN_MORE = ["-device", "virtio-scsi-pci,id=more,addr=5"]
 
-SAS_BOARD = ["-M", "pc", "-device", "mptsas1068,id=sas,addr=5", "-device", "virtio-scsi-pci,id=cage,addr=6"]
+SAS_BOARD = ["-M", "pc", "-device", "megasas-gen2,id=sas,addr=5", "-device", "virtio-scsi-pci,id=cage,addr=6"]
 SAS_DISKS = {
     "disk1": "scsi-hd,bus=sas.0,scsi-id=3,serial=disk1",
     "disk2": "scsi-hd,bus=sas.0,scsi-id=0,serial=disk2",

@@ -113,10 +113,10 @@ void check_fields(SlotCheck& check, const SlotLine& line, const struct disk_path
 }
 
 void check_kind(SlotCheck& check, const SlotLine& line, const struct disk_path& row) {
-    const char* kind = SlotFields(line.value).text[0];
+    SlotFields fields(line.value);
     if (check.file.extension && row.type == DISK_PATH_INTERNAL && row.scsi_id == nullptr) {
         find(check.findings, Severity::kError, check.file.path, line.number,
-             "the kind \"%s\" is none of SATA, SCSI and USB; the row has no address or word", kind);
+             "the kind \"%s\" is none of SATA, SCSI and USB; the row has no address or word", fields.text[0]);
     }
 }
 

@@ -91,7 +91,8 @@ bool leads_back(const Proposal& proposal) {
         const LearntBay& bay = proposal.bays[i];
         char device[256] = "";
         Text<32> name = name_of_bay(bay.type, bay.slot);
-        if (LibQuorvelBin_GetDevnameFromDiskname(name.c_str(), device, sizeof device) != 0) continue;
+        bool there = LibQuorvelBin_GetDevnameFromDiskname(name.c_str(), device, sizeof device) == 0;
+        if (!there || bay.serial.length == 0) continue;
         const AllDisks::Disk* disk = all.find(device);
         right = right && disk != nullptr && strcmp(disk->serial.c_str(), bay.serial.c_str()) == 0;
     }

@@ -62,6 +62,17 @@ const AllDisks::Disk* missing_in(const AllDisks& other, const AllDisks& in) {
     return nullptr;
 }
 
+// A disk that is just going has lost its serial number already while it is still there.
+void keep_serials(AllDisks& now, const AllDisks& before) {
+    for (int i = 0; i < now.count; i++) {
+        AllDisks::Disk& disk = now.disks[i];
+        const AllDisks::Disk* same = before.find(disk.name.c_str());
+        if (disk.serial.length == 0 && same != nullptr && strcmp(same->link(), disk.link()) == 0) {
+            disk.serial = same->serial;
+        }
+    }
+}
+
 enum class Change { kNone, kBay, kOther };
 
 // What a disk that came or went tells: its place is the bay, unless the place has one already.
@@ -81,6 +92,7 @@ Change see_change(Plugging& plugging, int32_t type, int slot) {
     plugging.last = 1 - plugging.last;
     AllDisks& now = plugging.looks[plugging.last];
     now.look();
+    keep_serials(now, before);
     const AllDisks::Disk* came = missing_in(before, now);
     const AllDisks::Disk* went = missing_in(now, before);
     Change change = Change::kNone;

@@ -33,6 +33,16 @@ void copy_text(char* target, size_t size, std::string_view source) {
     target[length] = '\0';
 }
 
+void print_foreign(std::string_view text) {
+    for (char c : text)
+        putchar(is_control_byte(c) ? '?' : c);
+}
+
+void hide_control_bytes(char* text) {
+    for (; *text != '\0'; text++)
+        if (is_control_byte(*text)) *text = '?';
+}
+
 const char* without_dev_prefix(const char* name) {
     const char* prefix = strstr(name, "dev/");
     return prefix != nullptr ? prefix + strlen("dev/") : name;

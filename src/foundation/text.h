@@ -70,6 +70,15 @@ inline bool is_digit(char c) {
     return c >= '0' && c <= '9';
 }
 
+/// A byte that a terminal may act on instead of showing it.
+inline bool is_control_byte(char c) {
+    return static_cast<unsigned char>(c) < ' ' || c == '\x7f';
+}
+/// Prints a text that somebody else wrote (a disk, a share's user, another machine): each control byte as "?".
+void print_foreign(std::string_view text);
+/// The same change in place, for texts that are part of something larger.
+void hide_control_bytes(char* text);
+
 /// The text behind the first occurrence of "dev/", or the whole text when it holds none.
 const char* without_dev_prefix(const char* name);
 

@@ -4,6 +4,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include <optional>
+
 #include "foundation/text.h"
 #include "quorvel/raid.h"
 
@@ -42,11 +44,15 @@ int get_disk_superblock(const char* path, int member_partition, sb_info& sb);
 arrayinfo* find_array(int number);
 diskinfo* find_disk(int number);
 
-/// Where an array or disk is mounted.
-Text<256> mount_path(const char* name);
+/// The listed array behind the device mdN, or null.
+arrayinfo* find_array_of_minor(int minor);
 
-/// The three sizes of a mounted file system.
-partition_info mounted_sizes(const char* path);
+/// Where an array or disk is mounted.
+using MountPath = Text<256>;
+MountPath mount_path(const char* name);
+
+/// The three sizes of the file system that is mounted there; none when nothing is.
+[[nodiscard]] std::optional<partition_info> mounted_sizes(const MountPath& path);
 
 /// The share used in per cent, cut; 0 of nothing.
 uint64_t used_percent(const partition_info& sizes);

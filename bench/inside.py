@@ -8,7 +8,7 @@ import sys
 from pathlib import Path
 from statistics import median
 
-from jobs import COMMAND, IN_PROCESS, JOBS, LARGE, PARENTS, SESSIONS, SLOPES, SMALL
+from jobs import COMMAND, STATIC_COMMAND, IN_PROCESS, JOBS, LARGE, PARENTS, SESSIONS, SLOPES, SMALL
 
 BUILD = "/build/bench"
 SCRATCH = Path("/tmp/measure")
@@ -147,15 +147,16 @@ def prepare(job):
 def measure_job(job, rounds):
     prepare(job)
     floor, ours = [f"{BUILD}/floor_{job.floor[0]}", *job.floor[1:]], [COMMAND, *job.ours]
-    problems = {str(command): problem(command) for command in [floor, ours, *job.rivals]}
+    others = [[STATIC_COMMAND, *job.ours], *job.rivals]
+    problems = {str(command): problem(command) for command in [floor, ours, *others]}
     if problems[str(ours)]:
         return dict(name=job.name, problem=problems[str(ours)])
     lost = set(output(floor).splitlines()) - set(output(ours).splitlines())
-    commands = [command for command in [floor, ours, *job.rivals] if not problems[str(command)]]
+    commands = [command for command in [floor, ours, *others] if not problems[str(command)]]
     rows = [dict(command=command, instructions=instructions(command), calls=system_calls(command, "-f"), wall=wall, peak=peak)
             for command, (wall, peak) in zip(commands, side_by_side(commands, rounds))]
-    missing = [dict(command=command, problem=problems[str(command)]) for command in job.rivals if problems[str(command)]]
-    return dict(name=job.name, target=job.target, rows=rows + missing, lost=sorted(lost))
+    missing = [dict(command=command, problem=problems[str(command)]) for command in others if problems[str(command)]]
+    return dict(name=job.name, target=job.target, static=job.static, rows=rows + missing, lost=sorted(lost))
 
 
 def measure_parent(job):

@@ -8,6 +8,7 @@ starts are measured with it.
 from dataclasses import dataclass, field
 
 COMMAND = "/usr/bin/libquorvel_bin"
+STATIC_COMMAND = "/usr/bin/static/libquorvel_bin"
 
 SMALL, LARGE = "/etc/bench/small", "/etc/bench/large"
 LAST_SMALL, LAST_LARGE = "SETTING_00040", "SETTING_10000"
@@ -25,6 +26,7 @@ class Job:
     model: str = "nisk-12bay"
     setup: tuple = ()  # name of a function of inside.py, and its arguments
     quick: bool = False  # part of bench/run --quick
+    static: tuple = ()  # target of the static command
 
 
 def readers(path, key, all_of_them):
@@ -44,9 +46,9 @@ def session_report(awk):
         /cid:/ { split($2, part, ":"); print tid "<>" target "<>" sid "<>" initiator "<>" part[2] }""", SESSIONS]
 
 
-def sessions(lines, target, quick=False):
+def sessions(lines, target, quick=False, static=()):
     return Job(f"session report, {lines:,} lines", ["iscsi", "session_info"], ["sessions"],
-               [session_report("mawk"), session_report("gawk")], target, setup=("write_sessions", lines), quick=quick)
+               [session_report("mawk"), session_report("gawk")], target, setup=("write_sessions", lines), quick=quick, static=static)
 
 
 def replace(path, key):
@@ -55,11 +57,11 @@ def replace(path, key):
 
 JOBS = [
     Job("start and print a version", ["--version"], ["version"],
-        [["mawk", 'BEGIN { print "libquorvel_bin 1.0.0" }']], (0.185, 44, 1.12), quick=True),
+        [["mawk", 'BEGIN { print "libquorvel_bin 1.0.0" }']], (0.185, 44, 1.12), quick=True, static=(0.045, 18, 0.75)),
     Job("read one setting, 40 lines", ["config", "read", f"{SMALL}/{LAST_SMALL}"], ["read_setting", SMALL, LAST_SMALL],
-        readers(SMALL, LAST_SMALL, True), (0.180, 46, 1.15), quick=True),
+        readers(SMALL, LAST_SMALL, True), (0.180, 46, 1.15), quick=True, static=(0.060, 22, 0.8)),
     Job("read one setting, 10,000 lines", ["config", "read", f"{LARGE}/{LAST_LARGE}"],
-        ["read_setting", LARGE, LAST_LARGE], readers(LARGE, LAST_LARGE, False), (1.00, 64, 1.2)),
+        ["read_setting", LARGE, LAST_LARGE], readers(LARGE, LAST_LARGE, False), (1.00, 64, 1.2), static=(0.80, 36, 0.95)),
     Job("write one setting, 40 lines", ["config", "write", f"{SMALL}/{LAST_SMALL}", "new"],
         ["write_setting", SMALL, LAST_SMALL, "new"],
         [["crudini", "--set", SMALL, "", LAST_SMALL, "new"],
@@ -73,22 +75,22 @@ JOBS = [
         [["sed", "s/^/\\t\\t/", LARGE], ["mawk", '{ print "\\t\\t" $0 }', LARGE]], (3.20, 150, 1.3)),
     Job("name one disk of twelve", ["diskname", "sdl"], ["name_disk", "sdl"],
         [["lsscsi", "8:0:0:0"], ["udevadm", "info", "-q", "name", "/sys/block/sdl"]],
-        (0.195, 58, 1.15), setup=("complete_block_devices",), quick=True),
+        (0.195, 58, 1.15), setup=("complete_block_devices",), quick=True, static=(0.075, 28, 0.85)),
     Job("name all twelve disks, one command", ["diskname", *TWELVE], ["name_disk", *TWELVE], [["lsscsi"], ["lsblk", "-no", "NAME"]],
         (0.360, 240, 1.6), setup=("complete_block_devices",)),
     Job("address arithmetic", ["net", "-c", "-I", "192.168.11.12", "-M", "255.255.255.0", "-o", "net_addr"],
         ["address", "192.168.11.12", "255.255.255.0"],
-        [["ipcalc", "-bn", "192.168.11.12/255.255.255.0"],
+        [["busybox", "ipcalc", "-bn", "192.168.11.12", "255.255.255.0"], ["ipcalc", "-bn", "192.168.11.12/255.255.255.0"],
          ["gawk", 'BEGIN { split("192.168.11.12", a, "."); split("255.255.255.0", m, "."); '
                   'for (i = 1; i < 5; i++) printf "%d%s", and(a[i], m[i]), i < 4 ? "." : "\\n" }']],
-        (0.185, 44, 1.12), quick=True),
+        (0.185, 44, 1.12), quick=True, static=(0.052, 19, 0.75)),
     Job("Ethernet report of one interface", ["ethinfo", "eth0"], ["ethernet", "eth0"],
         [["ethtool", "eth0"], ["ip", "link", "show", "eth0"]], (0.190, 56, 1.15), quick=True),
     Job("all interfaces", ["net"], ["interfaces"], [["ip", "-br", "addr"], ["ip", "-4", "addr"], ["ip", "-json", "-4", "addr"]],
-        (0.260, 95, 1.3)),
+        (0.260, 95, 1.3), static=(0.10, 60, 0.95)),
     sessions(10, (0.190, 50, 1.15), True),
     sessions(1000, (0.750, 70, 1.35)),
-    sessions(100000, (60, 1800, 2.0)),
+    sessions(100000, (60, 1800, 2.0), static=(45, 620, 1.2)),
 ]
 
 # Jobs that are mostly other programs. The floor is what must be run, as (times, shell line); the target is the command's

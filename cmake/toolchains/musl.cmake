@@ -8,6 +8,10 @@ set(CMAKE_CXX_COMPILER g++)
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 set(QUORVEL_TESTS OFF CACHE BOOL "Build the tests (needs GoogleTest)")
 
+# What -static-pie stands for; musl-gcc does not know it.
+set(QUORVEL_STATIC_PIE -nostartfiles /usr/lib/${CMAKE_SYSTEM_PROCESSOR}-linux-musl/rcrt1.o
+    -static -Wl,-pie,--no-dynamic-linker,-z,text)
+
 execute_process(COMMAND g++ -dumpversion OUTPUT_VARIABLE version OUTPUT_STRIP_TRAILING_WHITESPACE)
 execute_process(COMMAND g++ -print-file-name=include OUTPUT_VARIABLE compiler OUTPUT_STRIP_TRAILING_WHITESPACE)
 set(machine ${CMAKE_SYSTEM_PROCESSOR}-linux)

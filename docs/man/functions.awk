@@ -11,14 +11,22 @@ function escaped(text) {
     return text
 }
 
+# A backslash escapes in a block that is laid out by hand, too.
+function laid_out(text) {
+    gsub(/\\/, "&&", text)
+    return text
+}
+
 function end_literal() {
     if (in_literal) print indent "```\n"
     in_literal = 0
 }
 
-function end_paragraph() {
-    if (paragraph != "") print indent paragraph "\n"
+# Items of a list follow each other without a line between them.
+function end_paragraph(next_is_item) {
+    if (paragraph != "") print indent paragraph (in_list && next_is_item ? "" : "\n")
     paragraph = ""
+    in_list = next_is_item
 }
 
 function add(text) {
@@ -27,11 +35,11 @@ function add(text) {
 
 # One line of a comment, without its star: words of a paragraph, a tag, or something laid out by hand.
 function comment_line(text,    name) {
-    if (text ~ /^  / && !in_tag) {
+    if (text ~ /^  / && !in_tag && !in_list) {
         end_paragraph()
         if (!in_literal) print indent "```"
         in_literal = 1
-        print indent substr(text, 3)
+        print indent laid_out(substr(text, 3))
         return
     }
     end_literal()
@@ -40,6 +48,10 @@ function comment_line(text,    name) {
     if (text == "" || text ~ /^@/) {
         end_paragraph()
         in_tag = text != ""
+    } else if (text ~ /^- /) {
+        end_paragraph(1)
+        paragraph = "-"
+        sub(/^- /, "", text)
     }
     if (text ~ /^@param /) {
         sub(/^@param +/, "", text)
@@ -81,12 +93,16 @@ function print_head(text) {
     print_comment(text)
 }
 
-function print_section(text,    title, rest) {
+function print_section(text,    title, about, rest) {
     title = text
     sub(/\n.*/, "", title)
     rest = substr(text, length(title) + 2)
     gsub(/^[ -]+|[ -]+$/, "", title)
+    # Behind a colon stands what the section is about.
+    about = title
+    sub(/: .*/, "", title)
     print "# " toupper(escaped(title)) "\n"
+    if (sub(/^.*: /, "", about)) print escaped(toupper(substr(about, 1, 1)) substr(about, 2)) ".\n"
     sub(/^[ -]*-[ -]*/, "", rest)
     sub(/^\n+/, "", rest)
     if (rest ~ /[a-z]/) print_comment(rest)
@@ -150,6 +166,6 @@ in_interface {
     line = $0
     gsub(/QUORVEL_API /, "", line)
     sub(/\/\*\*< /, "/* ", line)
-    declarations = declarations line "\n"
+    declarations = declarations laid_out(line) "\n"
 }
 END { print_entry(); print "# SEE ALSO\n\n*libquorvel_bin*(1), *libquorvel_bin*(3)" }

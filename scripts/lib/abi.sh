@@ -27,3 +27,36 @@ write_constants() {
 
 abi_record=abi/$(uname -m).abi
 constants_record=abi/constants.txt
+
+# What abidiff shall not miss: the names of subsystems that this build leaves out.
+left_out_suppressions() {
+    comm -23 <(sed -nE 's/^ +([A-Za-z_0-9]+);.*/\1/p' src/libquorvel_bin.map | sort) <(listed_exports) |
+        sed 's/.*/[suppress_function]\n  symbol_name = &\n[suppress_variable]\n  symbol_name = &/'
+}
+
+# What differs from the record in the interface written in directory $1, behind the options of abidiff:
+# everything, or with --no-added-syms what programs linked earlier would trip over.
+interface_changes() {
+    local now=$1 report
+    shift
+    left_out_suppressions >"$now/left-out"
+    report=$(abidiff --harmless --suppressions "$now/left-out" "$@" "$abi_record" "$now/library.abi") ||
+        printf '%s\n' "$report"
+}
+
+# The same of the constants; "<" in front of what is recorded and gone or otherwise, ">" of what is new.
+constant_changes() { diff "$constants_record" "$1/constants.txt" | grep '^[<>]' || true; }
+
+# What programs linked earlier would trip over: a name that is gone or has another version, size or layout, a
+# constant that is gone or has another value.
+breaking_changes() {
+    interface_changes "$1" --no-added-syms
+    constant_changes "$1" | grep '^<' || true
+}
+
+# Writes the interface of a library, and what belongs to it, into a directory.
+write_interface() {
+    write_abi "$1" >"$2/library.abi"
+    grep -q '<function-decl' "$2/library.abi" || { echo "no debug information in $1" && exit 1; }
+    write_constants "$2" >"$2/constants.txt"
+}

@@ -24,8 +24,8 @@ build_dir=${QUORVEL_BUILD_DIR:-build}
 # shellcheck disable=SC2034  # used by checks
 shared_library=$build_dir/libquorvel_bin.so
 
-# The exported names as the version script lists them.
-listed_exports() { sed -nE 's/^ +([A-Za-z_0-9]+);.*/\1/p' src/libquorvel_bin.map | sort; }
+# The exported names as the version script of the build lists them.
+listed_exports() { sort "$build_dir/exported_names"; }
 
 # The project's own C++ files below the given places.
 sources_in() { find "$@" -name '*.cpp' -o -name '*.h' | sort; }

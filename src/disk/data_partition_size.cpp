@@ -2,6 +2,7 @@
 
 #include <stdio.h>
 
+#include "foundation/failure.h"
 #include "quorvel/disk.h"
 
 namespace quorvel {
@@ -31,12 +32,12 @@ void turn_on_short_layout() {
     short_layout = true;
 }
 
-bool layout_data_size(uint64_t blocks, int& gigabytes) {
+std::optional<int> layout_data_size(uint64_t blocks) {
     uint64_t capacity = gigabytes_of(blocks);
-    if (!short_layout && capacity > kLastSmallDisk && !is_accepted(blocks, stderr)) return false;
-    gigabytes = data_gigabytes(capacity, short_layout);
+    if (!short_layout && capacity > kLastSmallDisk && !is_accepted(blocks, stderr)) return {};
+    int gigabytes = data_gigabytes(capacity, short_layout);
     report_data_size(gigabytes, stderr);
-    return true;
+    return gigabytes;
 }
 
 }  // namespace quorvel
@@ -44,11 +45,11 @@ bool layout_data_size(uint64_t blocks, int& gigabytes) {
 using namespace quorvel;
 
 int test_usersize(const char* device) {
-    if (device == nullptr) return -1;
+    if (device == nullptr) return fail(EINVAL);
     int size = data_gigabytes(0, true);
     if (!short_layout) {
         uint64_t blocks = GetPartitionBlocks(device);
-        if (!is_accepted(blocks, stdout)) return -1;
+        if (!is_accepted(blocks, stdout)) return fail(EINVAL);
         uint64_t capacity = gigabytes_of(blocks);
         size = static_cast<int>(capacity - capacity % 10) - 1;
     }

@@ -3,6 +3,8 @@
 
 #include <stdint.h>
 
+#include <optional>
+
 namespace quorvel {
 
 inline constexpr uint64_t kLastSmallDisk = 249;  // gigabytes; larger disks come in steps of ten
@@ -28,8 +30,8 @@ inline bool layout_refuses(uint64_t capacity, bool short_layout) {
 /// Keeps every later layout of this process to the short data partition.
 void turn_on_short_layout();
 
-/// The data size in gigabytes that the layout gives a disk of so many blocks of 1024 bytes; false when the
-/// disk is refused. Reports on standard error.
-bool layout_data_size(uint64_t blocks, int& gigabytes);
+/// The data size in gigabytes that the layout gives a disk of so many blocks of 1024 bytes; none when the disk is
+/// refused. Reports on standard error.
+[[nodiscard]] std::optional<int> layout_data_size(uint64_t blocks);
 
 }  // namespace quorvel

@@ -1,10 +1,11 @@
-// From a logical disk to its kernel name, by wiring rules: first its SCSI device, then the block
-// device below that.
+#include "disk/device_rules.h"
+
+#include <errno.h>
 #include <stdio.h>
 
 #include <algorithm>
 
-#include "disk/naming_rules.h"
+#include "disk/wiring.h"
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/numbers.h"
@@ -16,9 +17,6 @@ namespace quorvel {
 namespace {
 
 constexpr char kFunction[] = "LibQuorvelBin_GetDevnameFromDiskname";
-
-using SysfsPath = Text<4352>;
-using LinkText = char[4096];
 
 // ---- Internal slots ----
 
@@ -36,24 +34,26 @@ constexpr AddressRule kAddressRules[] = {
     {"",              "",       ":0:0:0"},
 };
 
-// On a borel board with the extension chip, slots from the fifth on skip the chip's two hosts.
+// Slots from the fifth on skip the chip's two hosts.
 int address_index(int slot) {
     int index = number_moved(slot, -1);
-    if (index <= 3) return index;
-    bool skips = LibQuorvelBin_IsBorelPlatform() == 1 && LibQuorvelbin_Has7042ExtentionChip() == 1;
-    return skips ? number_moved(slot, 1) : index;
+    return index > 3 && has_borel_extension() ? number_moved(slot, 1) : index;
 }
 
-bool find_internal(int slot, SysfsPath& path) {
-    WiringSettings wiring;
+std::optional<SysfsPath> scsi_device(const char* entry) {
+    char link[kLinkSize];
+    if (!read_link(Text<512>("%s/%s", files::kScsiDevices, entry), link, sizeof link)) return {};
+    return SysfsPath("%s/%s", files::kScsiDevices, link);
+}
+
+std::optional<SysfsPath> find_internal(const Wiring& wiring, int slot) {
     const AddressRule* rule = kAddressRules;
     while (!wiring.internal_is(rule->type))
         rule++;
-    LinkText link;
-    Text<128> address("%s/%s%d%s", files::kScsiDevices, rule->before, address_index(slot), rule->behind);
-    if (!read_link(address.c_str(), link, sizeof link)) return false;
-    path.append("%s/%s", files::kScsiDevices, link);
-    return !contains(path.c_str(), "usb");
+    Text<64> address("%s%d%s", rule->before, address_index(slot), rule->behind);
+    std::optional<SysfsPath> path = scsi_device(address.c_str());
+    if (path && contains(path->c_str(), "usb")) path.reset();
+    return path;
 }
 
 // ---- USB ports ----
@@ -90,52 +90,56 @@ void set_key(char (&key)[16], const char* before, int number, const char* behind
 }
 
 // The key follows the bus on which the disk recorded for the port is found.
-bool armada370_key(int port, PortKeys& keys) {
-    trace(kTrace, "[%s]>p = /dev/usbdisk[%d] \n", kFunction, port);
-    int bus = bus_of_recorded_disk(port);
-    if (bus < 1 || bus > 3) return false;
-    set_key(keys.first, "", bus, bus == 3 ? "-1" : "-2");
-    return true;
+std::optional<PortKeys> armada370_keys(const char* digits) {
+    trace(kTrace, "[%s]>p = /dev/usbdisk[%s] \n", kFunction, digits);
+    std::optional<int> bus = bus_of_recorded_disk(leading_int(digits));
+    if (!bus || *bus < 1 || *bus > 3) return {};
+    PortKeys keys;
+    set_key(keys.first, "", *bus, *bus == 3 ? "-1" : "-2");
+    return keys;
 }
 
-bool find_port_keys(int port, PortKeys& keys) {
-    WiringSettings wiring;
-    if (wiring.usb_tree_is("armada370-platform")) return armada370_key(port, keys);
-    if (wiring.usb_tree_is("tamarack-platform")) {
-        keys = wired_port(kTamarackPorts, port);
-    } else if (wiring.usb_tree_is("borel-platform")) {
-        if (LibQuorvelbin_Has7042ExtentionChip() == 0) {
-            keys = wired_port(kBorelPorts, port);
-        } else {
-            set_key(keys.first, "1-", port);
-            set_key(keys.second, "2-", port);
-        }
-    } else if (wiring.usb_tree_is("single-roothub")) {
-        set_key(keys.first, "1-", port);
-    } else if (wiring.usb_tree_is("single-roothub+hub")) {
-        set_key(keys.first, "1-1.", port);
-    } else {
-        set_key(keys.first, "usb", port);
-    }
-    return true;
+// What stands in front of the port's number in the keys of a tree type; the last row is that of any other type.
+struct KeyRule {
+    const char* tree;
+    const char *first, *second;
+};
+
+constexpr KeyRule kKeyRules[] = {
+    {"borel-platform",     "1-",   "2-"   },
+    {"single-roothub",     "1-",   nullptr},
+    {"single-roothub+hub", "1-1.", nullptr},
+    {nullptr,              "usb",  nullptr},
+};
+
+std::optional<PortKeys> port_keys(const Wiring& wiring, const char* digits) {
+    if (wiring.usb_tree_is("armada370-platform")) return armada370_keys(digits);
+    int port = leading_int(digits);
+    if (wiring.usb_tree_is("tamarack-platform")) return wired_port(kTamarackPorts, port);
+    if (wiring.usb_tree_is("borel-platform") && LibQuorvelbin_Has7042ExtentionChip() == 0)
+        return wired_port(kBorelPorts, port);
+    const KeyRule* rule = kKeyRules;
+    while (rule->tree != nullptr && !wiring.usb_tree_is(rule->tree))
+        rule++;
+    PortKeys keys;
+    set_key(keys.first, rule->first, port);
+    if (rule->second != nullptr) set_key(keys.second, rule->second, port);
+    return keys;
 }
 
-bool has_key(const char* link, const PortKeys& keys) {
-    return contains(link, keys.first) || (keys.second[0] != '\0' && contains(link, keys.second));
+// The directory in front of the link holds no key.
+bool has_key(const char* path, const PortKeys& keys) {
+    return contains(path, keys.first) || (keys.second[0] != '\0' && contains(path, keys.second));
 }
 
-bool find_scsi_device(const PortKeys& keys, SysfsPath& path) {
+std::optional<SysfsPath> find_scsi_device(const PortKeys& keys) {
     Directory devices = open_directory(files::kScsiDevices);
-    if (!devices) return false;
-    LinkText link;
-    while (const struct dirent* entry = readdir(devices.get())) {
+    while (const struct dirent* entry = devices ? readdir(devices.get()) : nullptr) {
         if (is_dot_entry(entry->d_name)) continue;
-        Text<512> name("%s/%s", files::kScsiDevices, entry->d_name);
-        if (!read_link(name.c_str(), link, sizeof link) || !has_key(link, keys)) continue;
-        path.append("%s/%s", files::kScsiDevices, link);
-        return true;
+        std::optional<SysfsPath> path = scsi_device(entry->d_name);
+        if (path && has_key(path->c_str(), keys)) return path;
     }
-    return false;
+    return {};
 }
 
 // The first SCSI device found on a port is its host; the disk stands below it.
@@ -149,54 +153,54 @@ void append_target(int port, SysfsPath& path) {
     path.append("/target%d:0:0/%d:0:0:0", number, number);
 }
 
-bool find_usb(int port, bool new_sysfs, SysfsPath& path) {
-    PortKeys keys;
-    if (!find_port_keys(port, keys)) return false;
-    trace(kTrace, "[%s]>test_key = [%s] \n", kFunction, keys.first);
-    if (keys.second[0] != '\0') trace(kTrace, "[%s]>test_key = [%s] \n", kFunction, keys.second);
-    if (!find_scsi_device(keys, path)) return false;
-    if (new_sysfs) append_target(port, path);
-    trace(kTrace, "[%s]>path = [%s] \n", kFunction, path.c_str());
-    return true;
+std::optional<SysfsPath> find_usb(const Wiring& wiring, const char* digits, bool new_sysfs) {
+    std::optional<PortKeys> keys = port_keys(wiring, digits);
+    if (!keys) return {};
+    trace(kTrace, "[%s]>test_key = [%s] \n", kFunction, keys->first);
+    if (keys->second[0] != '\0') trace(kTrace, "[%s]>test_key = [%s] \n", kFunction, keys->second);
+    std::optional<SysfsPath> path = find_scsi_device(*keys);
+    if (!path) return {};
+    if (new_sysfs) append_target(leading_int(digits), *path);
+    trace(kTrace, "[%s]>path = [%s] \n", kFunction, path->c_str());
+    return path;
 }
 
 // ---- The block device of a SCSI device ----
 
-bool find_entry(const char* directory, const char* part, char (&name)[256]) {
+std::optional<EntryName> find_entry(const SysfsPath& directory, const char* part) {
     Directory entries = open_directory(directory);
-    if (!entries) return false;
-    while (const struct dirent* entry = readdir(entries.get())) {
-        if (!contains(entry->d_name, part)) continue;
-        copy_text(name, sizeof name, entry->d_name);
-        return true;
+    while (const struct dirent* entry = entries ? readdir(entries.get()) : nullptr) {
+        if (contains(entry->d_name, part)) return EntryName("%s", entry->d_name);
     }
-    return false;
+    return {};
 }
 
-bool find_block_device(SysfsPath& path, bool new_sysfs, char (&device)[256]) {
-    if (new_sysfs) {
-        path.append("/block");
-        return !path.cut && find_entry(path.c_str(), "sd", device);
-    }
-    if (path.cut || !find_entry(path.c_str(), "block:", device)) return false;
-    LinkText link;
-    path.append("/%s", device);
-    if (path.cut || !read_link(path.c_str(), link, sizeof link)) return false;
-    copy_text(device, sizeof device, last_component(link));
-    return true;
+std::optional<EntryName> block_device(SysfsPath& path, bool new_sysfs) {
+    if (new_sysfs) path.add("/block");
+    std::optional<EntryName> entry = find_entry(path, new_sysfs ? "sd" : "block:");
+    if (new_sysfs || !entry) return entry;
+    char link[kLinkSize];
+    path.append("/%s", entry->c_str());
+    if (!read_link(path, link, sizeof link)) return {};
+    return EntryName("%s", last_component(link));
 }
 
 }  // namespace
 
-bool device_by_rules(const char* disk, char (&device)[256]) {
+std::optional<EntryName> device_by_rules(const char* disk) {
     static constexpr std::string_view kInternal = "disk", kUsb = "usbdisk";
     bool internal = starts_with(disk, kInternal);
-    if (!internal && !starts_with(disk, kUsb)) return false;
-    int number = leading_int(disk + (internal ? kInternal : kUsb).size());
+    errno = ENXIO;
+    if (!internal && !starts_with(disk, kUsb)) return {};
+    const char* digits = disk + (internal ? kInternal : kUsb).size();
     bool new_sysfs = has_new_sysfs();
-    SysfsPath path;
-    return (internal ? find_internal(number, path) : find_usb(number, new_sysfs, path)) &&
-           find_block_device(path, new_sysfs, device);
+    Wiring wiring = read_wiring();
+    std::optional<SysfsPath> path =
+        internal ? find_internal(wiring, leading_int(digits)) : find_usb(wiring, digits, new_sysfs);
+    std::optional<EntryName> device;
+    if (path) device = block_device(*path, new_sysfs);
+    if (!device) errno = ENODEV;
+    return device;
 }
 
 }  // namespace quorvel

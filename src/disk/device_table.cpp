@@ -1,5 +1,7 @@
 #include "disk/device_table.h"
 
+#include <errno.h>
+
 #include <charconv>
 
 #include "disk/slot_match.h"
@@ -36,44 +38,69 @@ bool names_disk(const struct disk_path& row, const WantedDisk& disk) {
     return row.diskname != nullptr ? is_word_and_number(disk.name, row.diskname, row.slot) : row.slot == disk.number;
 }
 
-bool holds_link(const struct disk_path& row, std::string_view link) {
+bool is_nvme_place(const struct disk_path& row) {
+    return row.path != nullptr && contains(row.path, "nvme");
+}
+
+// What a row finds: an NVMe disk only where its path names an NVMe place.
+struct BlockLink {
+    std::string_view text;
+    bool nvme;
+};
+
+bool holds_link(const struct disk_path& row, const BlockLink& link) {
     std::string_view behind;
-    return contains_path(link, row, behind) &&
-           (row.type != DISK_PATH_USB || fit_of_usb_port(row, behind, link) == Fit::kYes);
+    return (!link.nvme || is_nvme_place(row)) && contains_path(link.text, row, behind) &&
+           (row.type != DISK_PATH_USB || fit_of_usb_port(row, behind, link.text) == Fit::kYes);
+}
+
+bool has_nvme_row(const struct disk_path* set, const WantedDisk& disk) {
+    while (set->type != DISK_PATH_END && !(is_nvme_place(*set) && names_disk(*set, disk)))
+        set++;
+    return set->type != DISK_PATH_END;
 }
 
 // The first row from `first` on, and before `limit`, that names the disk and holds the link; or `limit`.
-int row_of_link(const struct disk_path* set, int first, int limit, const WantedDisk& disk, std::string_view link) {
+int row_of_link(const struct disk_path* set, int first, int limit, const WantedDisk& disk, const BlockLink& link) {
     while (first < limit && !(names_disk(set[first], disk) && holds_link(set[first], link)))
         first++;
     return first;
+}
+
+// Whether an entry of /sys/block is looked at; `nvme` then tells whether it is an NVMe disk.
+bool is_candidate(const char* entry, bool with_nvme, bool& nvme) {
+    nvme = with_nvme && is_nvme_disk(entry);
+    return entry[0] != '.' && (nvme || contains(entry, "sd"));
 }
 
 }  // namespace
 
 // Rows are tried in turn, each on all links; one pass over the links answers for all rows, because only a link that an
 // earlier row holds can take the place of one found before.
-int find_device(const struct disk_path* set, const char* disk, char (&device)[256]) {
+FoundDevice find_device(const struct disk_path* set, const char* disk) {
     std::optional<int> number = number_after(disk, "disk");
-    if (!number) return -1;
+    if (!number) return {EINVAL, {}};
     WantedDisk wanted = {disk, type_of_name(disk), *number};
     int first = 0;
     while (set[first].type != DISK_PATH_END && !names_disk(set[first], wanted))
         first++;
     int found = index_of_end(set);
-    if (first == found) return found;
+    if (first == found) return {ENXIO, {}};
 
     Directory blocks = open_directory(files::kBlockDevices);
-    if (!blocks) return -1;
+    if (!blocks) return {errno, {}};
+    FoundDevice device = {ENODEV, {}};
+    bool with_nvme = has_nvme_row(set + first, wanted);
     while (const struct dirent* entry = found == first ? nullptr : readdir(blocks.get())) {
-        if (entry->d_name[0] == '.' || !contains(entry->d_name, "sd")) continue;
-        char link[4096];
-        if (!read_link(Text<512>("%s/%s", files::kBlockDevices, entry->d_name).c_str(), link, sizeof link)) return -1;
-        int row = row_of_link(set, first, found, wanted, link);
-        if (row < found) copy_text(device, sizeof device, entry->d_name);
+        bool nvme;
+        if (!is_candidate(entry->d_name, with_nvme, nvme)) continue;
+        char link[kLinkSize];
+        if (!read_link(Text<512>("%s/%s", files::kBlockDevices, entry->d_name), link, sizeof link)) return {errno, {}};
+        int row = row_of_link(set, first, found, wanted, {link, nvme});
+        if (row < found) device = {0, EntryName("%s", entry->d_name)};
         found = row;
     }
-    return found;
+    return device;
 }
 
 }  // namespace quorvel

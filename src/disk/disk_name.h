@@ -12,20 +12,16 @@ using DiskName = Text<kDiskNameSize>;
 /// Results of up to this many characters fit every caller's buffer.
 inline constexpr size_t kShortName = 31;
 
-/// A name taken from a caller: behind the first "dev/" and up to the first line feed. Cutting it to
-/// its room makes no other disk's name of it.
+/// A name taken from a caller: behind the first "dev/" and up to the first line feed. Cutting it to its room makes no
+/// other disk's name of it.
 struct GivenName {
     char text[kDiskNameSize] = "";
     bool had_dev = false;
-    bool refused = true;  // null, or fewer than two characters
+    int fault = 0;  // EINVAL: null, or fewer than two characters; ENODEV: a path, which no disk is called
 
-    explicit GivenName(const char* given);
     const char* prefix() const { return had_dev ? "/dev/" : ""; }
 };
 
-/// One number up or down, for counts that begin at 0 on one side and at 1 on the other; wraps.
-constexpr int number_moved(int number, int by) {
-    return static_cast<int>(static_cast<unsigned>(number) + static_cast<unsigned>(by));
-}
+[[nodiscard]] GivenName given_name(const char* given);
 
 }  // namespace quorvel

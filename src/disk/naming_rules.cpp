@@ -1,9 +1,8 @@
 // From a disk's place in sysfs to its logical name, by wiring rules.
 #include "disk/naming_rules.h"
 
-#include <stdio.h>
-
 #include "foundation/appliance_files.h"
+#include "foundation/files.h"
 #include "foundation/key_value.h"
 #include "foundation/numbers.h"
 #include "foundation/trace.h"
@@ -54,90 +53,59 @@ int borel_port(std::string_view path) {
 }
 
 // The port that the hot-plug side gave the device, if the disk recorded there is attached.
-bool armada370_port(const char* device, int& port) {
+std::optional<int> armada370_port(const char* device) {
     char node[128] = "";
-    (void)get_StringbyKey(files::kDeviceLinks, device, node, sizeof node);
-    if (node[0] == '\0') return false;
-    const char* number = node + strnlen(node, strlen("/dev/usbdisk"));
-    trace(kTrace, "[%s]>p = /dev/usbdisk[%s] \n", kFunction, number);
-    port = leading_int(number);
-    return bus_of_recorded_disk(port) != -1;
+    KeyRequest request = {device, node, sizeof node - 1};
+    Descriptor links = open_trusted(files::kDeviceLinks);
+    if (!links || !is_possible_key(device) || read_keys(links.number, {&request, 1}) == 0 || node[0] == '\0') return {};
+    const char* digits = node + strnlen(node, strlen("/dev/usbdisk"));
+    trace(kTrace, "[%s]>p = /dev/usbdisk[%s] \n", kFunction, digits);
+    int port = leading_int(digits);
+    return bus_of_recorded_disk(port) ? std::optional<int>(port) : std::nullopt;
 }
 
-bool usb_port(const char* device, std::string_view path, bool new_sysfs, int& port) {
-    WiringSettings wiring;
-    if (wiring.usb_tree_is("armada370-platform")) return armada370_port(device, port);
-    if (wiring.usb_tree_is("borel-platform")) {
-        port = borel_port(path);
-        return true;
-    }
+std::optional<int> usb_port(const Wiring& wiring, const char* device, std::string_view path, bool new_sysfs) {
+    if (wiring.usb_tree_is("armada370-platform")) return armada370_port(device);
+    if (wiring.usb_tree_is("borel-platform")) return borel_port(path);
     for (const PortRule& rule : kPortRules) {
-        if (!wiring.usb_tree_is(rule.tree)) continue;
-        port = leading_int(Component(path, rule.component).from(rule.place));
-        return true;
+        if (wiring.usb_tree_is(rule.tree)) return leading_int(Component(path, rule.component).from(rule.place));
     }
-    port = leading_int(Component(path, new_sysfs ? 8 : 9).from(strlen("usb")));
-    return true;
+    return leading_int(Component(path, new_sysfs ? 8 : 9).from(strlen("usb")));
 }
 
 // ---- Internal slots ----
 
-// The extension chip's two ports sit below the built-in ones.
-bool counts_downwards() {
-    return LibQuorvelBin_IsBorelPlatform() == 1 && LibQuorvelbin_Has7042ExtentionChip() == 1;
+// Which component of the path tells the host, and how its number counts.
+struct SlotRule {
+    int component = 9;
+    int step = 1;
+};
+
+SlotRule slot_rule(const Wiring& wiring, std::string_view path, bool new_sysfs) {
+    if (!wiring.internal_is("multi-host")) return {};
+    if (path.find("platform") != std::string_view::npos) return {8};
+    if (!new_sysfs) return {};
+    if (contains(Component(path, 7).text, "host") || !has_borel_extension()) return {7};
+    return {8, -1};  // the chip's two ports sit below the built-in ones
 }
 
-bool internal_slot(std::string_view path, bool new_sysfs, int& slot) {
-    int number = 9;
-    int step = 1;
-    if (WiringSettings().internal_is("multi-host")) {
-        if (path.find("platform") != std::string_view::npos) {
-            number = 8;
-        } else if (new_sysfs) {
-            number = 7;
-            if (!contains(Component(path, number).text, "host") && counts_downwards()) {
-                number = 8;
-                step = -1;
-            }
-        }
-    }
-    Component component(path, number);
-    std::optional<int> index = number_after(component.text, "host");
-    if (!index) {
-        step = 1;
-        index = number_after(component.text, "target0:0:");
-    }
-    if (!index) return false;
-    slot = number_moved(*index, step);
-    return true;
+std::optional<int> internal_slot(const Wiring& wiring, std::string_view path, bool new_sysfs) {
+    SlotRule rule = slot_rule(wiring, path, new_sysfs);
+    Component component(path, rule.component);
+    if (std::optional<int> host = number_after(component.text, "host")) return number_moved(*host, rule.step);
+    std::optional<int> target = number_after(component.text, "target0:0:");
+    return target ? std::optional<int>(number_moved(*target, 1)) : std::nullopt;
 }
 
 }  // namespace
 
-WiringSettings::WiringSettings() {
-    KeyRequest requests[] = {
-        {"INTERNAL_SCSI_TYPE", internal, sizeof internal},
-        {"USB_TREE_TYPE",      usb_tree, sizeof usb_tree}
-    };
-    read_keys(files::kFeature, requests);
-}
-
-bool has_new_sysfs() {
-    constexpr uint64_t kFirstNew = 2ULL << 48 | 6ULL << 32 | 31ULL << 16 | 8;
-    struct os_version running = {};
-    (void)LibQuorvelBin_GetOsVer(&running);
-    return running.version >= kFirstNew;
-}
-
-int bus_of_recorded_disk(int port) {
-    char identity[1024] = "";
-    (void)get_StringbyKey(files::kDiskInfo, Text<32>("usb_disk%d", port).c_str(), identity, sizeof identity);
-    return identity[0] != '\0' ? get_bus_number_from_udevid(identity) : -1;
-}
-
-bool name_by_rules(const char* device, const DiskPlace& disk, bool new_sysfs, const char*& word, int& number) {
-    word = disk.usb ? "usbdisk" : "disk";
-    return disk.usb ? usb_port(device, disk.full, new_sysfs, number) : internal_slot(disk.full, new_sysfs, number);
+std::optional<NamedDisk> name_by_rules(const Wiring& wiring, const char* device, const DiskPlace& disk,
+                                       bool new_sysfs) {
+    std::optional<int> number =
+        disk.usb ? usb_port(wiring, device, disk.full, new_sysfs) : internal_slot(wiring, disk.full, new_sysfs);
+    if (!number) return {};
+    if (disk.usb) return NamedDisk{DISK_PATH_USB, "usbdisk", *number};
+    return NamedDisk{DISK_PATH_INTERNAL, "disk", *number};
 }
 
 }  // namespace quorvel

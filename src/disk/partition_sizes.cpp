@@ -2,6 +2,8 @@
 #include <sys/statfs.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
+#include "foundation/files.h"
 #include "foundation/text.h"
 #include "quorvel/disk.h"
 #include "quorvel/foundation.h"
@@ -15,6 +17,7 @@ constexpr uint64_t kUnknownSize = ~uint64_t{0};
 enum SizeMode : int { kTotal = 1, kFree = 2, kUsed = 3 };
 
 bool read_file_system(const char* mount_point, struct statfs& facts) {
+    if (mount_point == nullptr) errno = EINVAL;
     return mount_point != nullptr && statfs(mount_point, &facts) == 0;
 }
 
@@ -37,22 +40,30 @@ uint64_t file_system_size(const char* mount_point, SizeMode mode) {
     return in_bytes(facts, facts.f_blocks - facts.f_bavail);
 }
 
+uint64_t no_blocks(int reason) {
+    errno = reason;
+    return 0;
+}
+
 }  // namespace
 
 uint64_t GetPartitionBlocks(const char* device) {
-    if (device == nullptr) return 0;
+    if (device == nullptr) return no_blocks(EINVAL);
     char line[255 + 2];  // grep_file takes two characters less than its buffer holds
-    if (grep_file(files::kPartitions, last_component(device), line, sizeof line) == nullptr) return 0;
+    if (grep_file(files::kPartitions, last_component(device), line, sizeof line) == nullptr)
+        return no_blocks(path_exists(files::kPartitions) ? ENODEV : ENOENT);
     int major_number;
     int minor_number;
     unsigned long long blocks;
     char name[sizeof line];
-    return sscanf(line, "%d %d %llu %256s", &major_number, &minor_number, &blocks, name) == 4 ? blocks : 0;
+    if (sscanf(line, "%d %d %llu %256s", &major_number, &minor_number, &blocks, name) != 4) return no_blocks(EBADMSG);
+    return blocks;
 }
 
 int GetMountedFsInfo(const char* mount_point, struct mounted_fs_info* info) {
     struct statfs facts;
-    if (info == nullptr || !read_file_system(mount_point, facts)) return -1;
+    if (info == nullptr) return fail(EINVAL);
+    if (!read_file_system(mount_point, facts)) return -1;
     info->f_type = static_cast<uint32_t>(facts.f_type);
     info->total_size = in_bytes(facts, facts.f_blocks);
     info->free_bytes = in_bytes(facts, facts.f_bavail);

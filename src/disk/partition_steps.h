@@ -10,17 +10,19 @@
 
 namespace quorvel {
 
-/// Makes a device the target of the steps that follow; its size in blocks of 1024 bytes, or 0 when it
-/// cannot be told. A path too long to be kept whole has none: a part of it could name another disk.
-uint64_t choose_target(const char* device);
+/// The disk that a layout is for.
+struct Target {
+    char path[32];
+    uint64_t blocks;  // of 1024 bytes; 0, and errno, when they cannot be told
+};
 
-/// The path that choose_target kept.
-const char* target_device();
+/// A path too long to be kept whole has no size: a part of it could name another disk.
+[[nodiscard]] Target choose_target(const char* device);
 
-/// Runs a command with its output captured; whether it met the demand.
-bool run_layout_command(const Text<kCommandSize>& command, Demand demand);
+/// Runs a command with its output captured; whether it met the demand, or errno.
+[[nodiscard]] bool run_layout_command(const Text<kCommandSize>& command, Demand demand);
 
 /// Runs steps in order up to the first that fails; whether none did.
-bool run_steps(std::span<const Step> steps);
+[[nodiscard]] bool run_steps(std::span<const Step> steps, const Target& target);
 
 }  // namespace quorvel

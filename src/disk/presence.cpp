@@ -4,8 +4,10 @@
 
 #include "disk/disk_name.h"
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
+#include "foundation/numbers.h"
 #include "foundation/shell.h"
 #include "foundation/trace.h"
 #include "quorvel/naming.h"
@@ -13,11 +15,11 @@
 using namespace quorvel;
 
 int LibQuorvelBin_IsConnectedDisk(int slot_index) {
-    Descriptor hotplug = open_for_reading(Text<64>(files::kSlotHotplug, slot_index).c_str());
-    if (!hotplug) return path_exists(Text<32>(files::kSlotNode, number_moved(slot_index, 1)).c_str()) ? 1 : 0;
-    char state[127] = "";
-    LineReader reader(hotplug.number, sizeof state - 1);
-    (void)next_line(reader, state, sizeof state);
+    constexpr size_t kPiece = 126;
+    LineFile hotplug(open_for_reading(Text<64>(files::kSlotHotplug, slot_index)), kPiece);
+    if (!hotplug) return path_exists(Text<32>(files::kSlotNode, number_moved(slot_index, 1))) ? 1 : 0;
+    char* state = next_line(hotplug.reader);
+    if (state == nullptr) return 0;
     cut_at_line_feed(state);
     return strcmp(state, "plugged") == 0 ? 1 : 0;
 }
@@ -32,11 +34,12 @@ int LibQuorvelBin_IsPowerSupplyedDisk(int slot_index) {
 }
 
 int LibQuorvelBin_GetScsinameFromDisknumber(int host, char* dst, size_t size) {
-    if (dst == nullptr) return -1;
-    Directory target = open_directory(Text<128>(files::kScsiHostTarget, host, host, host).c_str());
+    if (dst == nullptr) return fail(EINVAL);
+    Directory target = open_directory(Text<128>(files::kScsiHostTarget, host, host, host));
     if (!target) {
+        int reason = errno;
         puts("opendir failed");
-        return -1;
+        return fail(reason);
     }
     while (const struct dirent* entry = readdir(target.get())) {
         trace(kTraceDetail, "dent->d_name=%s\n", entry->d_name);

@@ -1,9 +1,10 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "disk/set_options.h"
 #include "disk/signature_device.h"
+#include "foundation/failure.h"
 #include "foundation/numbers.h"
-#include "foundation/options.h"
 #include "quorvel/disk.h"
 
 using namespace quorvel;
@@ -33,31 +34,28 @@ int get_counter(const char* target) {
     return 0;
 }
 
-// Operation and target are no options, wherever they stand: the leading "-" of the option letters hands
-// them over as option 1, whatever POSIXLY_CORRECT says.
-int parse_set_options(int count, char** arguments, char (&counter)[kDigits + 1]) {
-    OptionVector vector(count, arguments);
-    for (int letter; (letter = getopt(vector.count, vector.arguments, "-cn:")) != -1;) {
-        switch (letter) {
-            case 'c':
-                memset(counter, 0, sizeof counter);
-                break;
-            case 'n':
-                if (strlen(optarg) > kDigits) return kBadOption;
-                strncpy(counter, optarg, sizeof counter);
-                break;
-            case 1:
-                break;
-            default:
-                return print_usage(kBadOption);
-        }
+using Counter = char[kDigits + 1];
+
+int take_option(Counter& counter, int letter, const char* argument) {
+    switch (letter) {
+        case 'c':
+            memset(counter, 0, sizeof counter);
+            return 0;
+        case 'n':
+            if (strlen(argument) > kDigits) return fail(EINVAL, kBadOption);
+            strncpy(counter, argument, sizeof counter);
+            return 0;
+        default:
+            return print_usage(fail(EINVAL, kBadOption));
     }
-    return 0;
 }
 
+// Operation and target are no options, wherever they stand.
 int set_counter(const char* target, int count, char** arguments) {
-    char counter[kDigits + 1] = {};
-    int result = parse_set_options(count, arguments, counter);
+    Counter counter = {};
+    int result = take_options(count, arguments, "-cn:", kBadOption, [&counter](int letter, const char* argument) {
+        return take_option(counter, letter, argument);
+    });
     if (result != 0) return result;
     return write_signature_device(target, kOffset, counter, sizeof counter) ? 0 : kBadTarget;
 }

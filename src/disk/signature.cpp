@@ -4,7 +4,7 @@
 #include <string.h>
 
 #include "disk/signature_device.h"
-#include "foundation/text.h"
+#include "foundation/failure.h"
 #include "quorvel/net.h"
 
 namespace quorvel {
@@ -29,32 +29,32 @@ void to_little_endian(uint8_t* bytes, uint32_t number) {
         bytes[i] = static_cast<uint8_t>(number >> 8 * i);
 }
 
-// A foreign disk's text may fill its field without a terminator.
+// A foreign disk's text may fill its field without a terminator, and hold anything.
 template <size_t Size>
 void print_text(const char* label, const char (&text)[Size]) {
-    printf("%-15s %.*s\n", label, static_cast<int>(Size), text);
+    printf("%-15s ", label);
+    print_foreign({text, strnlen(text, Size)});
+    putchar('\n');
 }
 
 }  // namespace
 
-int read_own_address(char (&text)[kAddressTextSize]) {
+std::optional<MacText> own_address() {
     uint8_t address[6];
-    int result = Netdev_GetHwAddr("eth0", address);
-    if (result != 0) return result;
-    Text<kAddressTextSize> formatted("%02x:%02x:%02x:%02x:%02x:%02x", address[0], address[1], address[2], address[3],
-                                     address[4], address[5]);
-    memcpy(text, formatted.chars, sizeof text);
-    return 0;
+    if (Netdev_GetHwAddr("eth0", address) != 0) return {};
+    return mac_text(address);
 }
 
-void show_signature(const char* path, disk_signature& record) {
-    if (LibQuorvelBin_LoadDiskSignature(path, &record) != 0) return;
+std::optional<disk_signature> show_signature(WholeText path) {
+    disk_signature record;
+    if (LibQuorvelBin_LoadDiskSignature(path.text, &record) != 0) return {};
     printf("version         %d.%02d\n", static_cast<int>(record.sig_ver.major), static_cast<int>(record.sig_ver.minor));
     printf("hdr_len         %d\n", static_cast<int>(record.hdr_len));
     print_text("raw_device_name", record.raw_device);
     print_text("mac_address", record.mac_address);
     print_text("in_device", record.in_device);
     print_text("cryptinfo", record.cryptinfo);
+    return record;
 }
 
 void write_signature(const char* path, const disk_signature& record) {
@@ -72,7 +72,7 @@ using namespace quorvel;
 
 int LibQuorvelBin_LoadDiskSignature(const char* path, struct disk_signature* record) {
     uint8_t bytes[kSize];
-    if (path == nullptr || record == nullptr) return -1;
+    if (path == nullptr || record == nullptr) return fail(EINVAL);
     if (!read_signature_device(path, 0, bytes, sizeof bytes, sizeof bytes)) return -1;
     memcpy(record, bytes, sizeof bytes);
     record->sig_ver.major = from_little_endian(bytes);
@@ -82,15 +82,10 @@ int LibQuorvelBin_LoadDiskSignature(const char* path, struct disk_signature* rec
 }
 
 int IsMyDisk(const char* name) {
-    if (name == nullptr) return -1;
-    disk_signature record = {};
-    if (contains(name, "/dev/")) {
-        show_signature(name, record);
-    } else {
-        show_signature(Text<128>("/dev/%s", name).c_str(), record);
-    }
-    char own_address[kAddressTextSize];
-    int result = read_own_address(own_address);
-    if (result != 0) return result;
-    return memcmp(record.mac_address, own_address, kAddressTextSize - 1) == 0 ? 1 : 0;
+    if (name == nullptr) return fail(EINVAL);
+    Text<128> path("/dev/%s", name);
+    std::optional<disk_signature> record = show_signature(contains(name, "/dev/") ? WholeText(name) : WholeText(path));
+    std::optional<MacText> address = own_address();
+    if (!address) return -1;
+    return record && memcmp(record->mac_address, address->c_str(), address->length) == 0 ? 1 : 0;
 }

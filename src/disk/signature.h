@@ -1,20 +1,18 @@
 // The signature record between its 84 bytes on a device and its form in memory, and its report.
 #pragma once
 
+#include <optional>
+
+#include "foundation/mac_text.h"
 #include "quorvel/disk.h"
 
 namespace quorvel {
 
-/// Room for "00:11:22:aa:bb:cc".
-inline constexpr size_t kAddressTextSize = sizeof(disk_signature::mac_address);
+/// The address of this appliance's first Ethernet port as a record holds it; none, and errno, when it cannot be read.
+[[nodiscard]] std::optional<MacText> own_address();
 
-/// The address of this appliance's first Ethernet port as a record holds it; what Netdev_GetHwAddr
-/// answered.
-int read_own_address(char (&text)[kAddressTextSize]);
-
-/// Reads and prints the record of a device; when that fails the failure is printed, and `record`
-/// untouched.
-void show_signature(const char* path, disk_signature& record);
+/// Reads and prints the record of a device; none when that fails, which is printed.
+[[nodiscard]] std::optional<disk_signature> show_signature(WholeText path);
 
 /// Writes the record to an existing device; failures are printed.
 void write_signature(const char* path, const disk_signature& record);

@@ -1,8 +1,9 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "disk/set_options.h"
 #include "disk/signature.h"
-#include "foundation/options.h"
+#include "foundation/failure.h"
 #include "foundation/text.h"
 
 using namespace quorvel;
@@ -28,37 +29,30 @@ struct SetOptions {
     const char* cryptinfo = "";
 };
 
-// The target is the program name of its options. The leading "-" of the option letters hands words that
-// are no options over as option 1, whatever POSIXLY_CORRECT says, instead of ending the options there.
-bool parse_set_options(int count, char** arguments, SetOptions& options) {
-    OptionVector vector(count, arguments);
-    for (int letter; (letter = getopt(vector.count, vector.arguments, "-r:d:e:h")) != -1;) {
-        switch (letter) {
-            case 'r':
-                options.raw_device = optarg;
-                break;
-            case 'd':
-                options.in_device = optarg;
-                break;
-            case 'e':
-                if (strcmp(optarg, "yes") == 0) options.cryptinfo = "encrypted";
-                if (strcmp(optarg, "no") == 0) options.cryptinfo = "normal";
-                break;
-            case 1:
-                break;
-            case 'h':
-                (void)print_usage(-1);
-                return false;
-            default:
-                return false;
-        }
+int take_option(SetOptions& options, int letter, const char* argument) {
+    switch (letter) {
+        case 'r':
+            options.raw_device = argument;
+            return 0;
+        case 'd':
+            options.in_device = argument;
+            return 0;
+        case 'e':
+            if (strcmp(argument, "yes") == 0) options.cryptinfo = "encrypted";
+            if (strcmp(argument, "no") == 0) options.cryptinfo = "normal";
+            return 0;
+        case 'h':
+            return print_usage(fail(EINVAL));
+        default:
+            return fail(EINVAL);
     }
-    return true;
 }
 
 int set_signature(const char* target, const SetOptions& options) {
+    std::optional<MacText> address = own_address();
+    if (!address) return -1;
     disk_signature record = {};
-    if (read_own_address(record.mac_address) != 0) return -1;
+    copy_text(record.mac_address, sizeof record.mac_address, address->c_str());
     record.sig_ver.major = 1;
     record.hdr_len = offsetof(disk_signature, raw_device);
     copy_text(record.raw_device, sizeof record.raw_device, options.raw_device);
@@ -77,10 +71,13 @@ int DiskSignature(int argc, char** argv) {
     const char* target = argv[3];
     if (strcmp(operation, "set") == 0) {
         SetOptions options;
-        return parse_set_options(count - 3, argv + 3, options) ? set_signature(target, options) : -1;
+        // The target is the program name of its options.
+        int result = take_options(count - 3, argv + 3, "-r:d:e:h", -1, [&options](int letter, const char* argument) {
+            return take_option(options, letter, argument);
+        });
+        return result == 0 ? set_signature(target, options) : -1;
     }
     if (strcmp(operation, "--help") == 0 || strcmp(operation, "-h") == 0) return print_usage(0);
-    disk_signature record;
-    show_signature(target, record);
+    (void)show_signature(target);  // a failure is only printed
     return 0;
 }

@@ -1,6 +1,7 @@
 #include "disk/signature_device.h"
 
 #include <errno.h>
+#include <poll.h>
 #include <stdio.h>
 #include <unistd.h>
 
@@ -10,14 +11,57 @@ namespace quorvel {
 
 namespace {
 
+constexpr int kLongestWait = 10'000;  // milliseconds for what a pipe's other end has yet to write
+
 bool report_open(const char* path) {
+    int reason = errno;
     printf("Err: write file open fail.(%s)\n", path);
+    errno = reason;
     return false;
 }
 
 bool report_transfer(const char* path) {
+    int reason = errno;
     printf("Err: file write fail.(%s)\n", path);
+    errno = reason;
     return false;
+}
+
+// A pipe knows no places: it has only a start.
+bool has_places(int descriptor) {
+    return lseek(descriptor, 0, SEEK_CUR) >= 0;
+}
+
+ssize_t read_pipe(int descriptor, void* buffer, size_t size) {
+    struct pollfd wait = {descriptor, POLLIN, 0};
+    return poll(&wait, 1, kLongestWait) > 0 ? read(descriptor, buffer, size) : 0;
+}
+
+// Up to `size` bytes, or -1.
+ssize_t read_at(int descriptor, off_t offset, char* buffer, size_t size) {
+    bool places = has_places(descriptor);
+    if (!places && offset != 0) return -1;
+    size_t done = 0;
+    while (done < size) {
+        ssize_t count = places ? pread(descriptor, buffer + done, size - done, offset + static_cast<off_t>(done))
+                               : read_pipe(descriptor, buffer + done, size - done);
+        if (count == 0) break;
+        if (count < 0 && errno != EINTR) return -1;
+        if (count > 0) done += static_cast<size_t>(count);
+    }
+    if (done < size) errno = ENODATA;
+    return static_cast<ssize_t>(done);
+}
+
+// Whether all was written.
+bool write_at(int descriptor, off_t offset, const char* data, size_t size) {
+    if (!has_places(descriptor)) return offset == 0 && write_fully(descriptor, data, size);
+    for (size_t done = 0; done < size;) {
+        ssize_t count = pwrite(descriptor, data + done, size - done, offset + static_cast<off_t>(done));
+        if (count == 0 || (count < 0 && errno != EINTR)) return false;
+        if (count > 0) done += static_cast<size_t>(count);
+    }
+    return true;
 }
 
 // A device may take bytes into its cache and fail to store them later: only fsync tells. A special file
@@ -31,16 +75,14 @@ bool is_stored(int descriptor) {
 bool read_signature_device(const char* path, off_t offset, void* buffer, size_t size, size_t least) {
     Descriptor device = open_for_reading(path);
     if (!device) return report_open(path);
-    if (lseek(device.number, offset, SEEK_SET) != offset) return report_transfer(path);
-    ssize_t count = read_fully(device.number, buffer, size);
+    ssize_t count = read_at(device.number, offset, static_cast<char*>(buffer), size);
     return (count >= 0 && static_cast<size_t>(count) >= least) || report_transfer(path);
 }
 
 bool write_signature_device(const char* path, off_t offset, const void* data, size_t size) {
     Descriptor device = open_for_update(path);
     if (!device) return report_open(path);
-    bool done = lseek(device.number, offset, SEEK_SET) == offset && write_fully(device.number, data, size) &&
-                is_stored(device.number);
+    bool done = write_at(device.number, offset, static_cast<const char*>(data), size) && is_stored(device.number);
     return done || report_transfer(path);
 }
 

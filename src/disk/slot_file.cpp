@@ -1,7 +1,10 @@
 #include "disk/slot_file.h"
 
+#include <errno.h>
 #include <stdlib.h>
 #include <string.h>
+
+#include <utility>
 
 #include "foundation/numbers.h"
 #include "foundation/text.h"
@@ -66,28 +69,35 @@ struct disk_path* SlotTableBuilder::add() {
 }
 
 struct disk_path* SlotTableBuilder::release() {
-    struct disk_path* table = rows;
-    rows = nullptr;
-    return table;
+    if (rows == nullptr) errno = ENODATA;
+    return std::exchange(rows, nullptr);
 }
 
-bool fill_row(struct disk_path& row, int32_t type, const SlotTexts& texts, const char* word) {
+int reason_of(SlotFault fault) {
+    return fault == SlotFault::kMemory ? ENOMEM : EBADMSG;
+}
+
+SlotFault fill_row(struct disk_path& row, int32_t type, const SlotTexts& texts, const char* word) {
     row.type = type;
     row.slot = leading_int(texts.slot);
-    if (row.slot < 1 || texts.path[0] == '\0') return false;
-    if (type == DISK_PATH_INTERNAL && (texts.third[0] == '\0' || !keep(row.scsi_id, texts.third))) return false;
+    if (row.slot < 1) return SlotFault::kSlot;
+    if (texts.path[0] == '\0') return SlotFault::kPath;
+    if (type == DISK_PATH_INTERNAL) {
+        if (texts.third[0] == '\0') return SlotFault::kAddress;
+        if (!keep(row.scsi_id, texts.third)) return SlotFault::kMemory;
+    }
     if (type == DISK_PATH_USB) {
         row.usb_port1 = leading_int(texts.third);
         row.usb_port2 = leading_int(texts.fourth);
-        if (row.usb_port1 < 1) return false;
+        if (row.usb_port1 < 1) return SlotFault::kPort;
     }
-    if (word[0] != '\0' && !keep(row.diskname, word)) return false;
-    return keep(row.path, texts.path);
+    if (word[0] != '\0' && !keep(row.diskname, word)) return SlotFault::kMemory;
+    return keep(row.path, texts.path) ? SlotFault::kNone : SlotFault::kMemory;
 }
 
-bool fill_unknown_row(struct disk_path& row, const SlotTexts& texts) {
+SlotFault fill_unknown_row(struct disk_path& row, const SlotTexts& texts) {
     row.slot = leading_int(texts.slot);
-    return texts.path[0] == '\0' || keep(row.path, texts.path);
+    return texts.path[0] == '\0' || keep(row.path, texts.path) ? SlotFault::kNone : SlotFault::kMemory;
 }
 
 }  // namespace quorvel

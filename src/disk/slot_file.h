@@ -41,7 +41,7 @@ struct SlotTableBuilder {
 
     /// A new zeroed row in front of END, or null when memory is short.
     struct disk_path* add();
-    /// Hands the table over: null when nothing was added.
+    /// Hands the table over: null, and ENODATA, when nothing was added.
     struct disk_path* release();
 };
 
@@ -50,11 +50,16 @@ struct SlotTexts {
     const char *slot, *path, *third, *fourth;
 };
 
-/// Fills a row of a kind; false when the line is not valid for it or memory is short. An empty word
-/// is none.
-bool fill_row(struct disk_path& row, int32_t type, const SlotTexts& texts, const char* word);
+/// What makes a line a bad one. A reader that meets one gives the whole table up.
+enum class SlotFault { kNone, kSlot, kPath, kAddress, kPort, kExtensionSlot, kMemory };
 
-/// Fills slot and, unless it is empty, path of a row of no known kind; false when memory is short.
-bool fill_unknown_row(struct disk_path& row, const SlotTexts& texts);
+/// The reason as errno has it.
+int reason_of(SlotFault fault);
+
+/// Fills a row of a kind. An empty word is none.
+SlotFault fill_row(struct disk_path& row, int32_t type, const SlotTexts& texts, const char* word);
+
+/// Fills slot and, unless it is empty, path of a row of no known kind.
+SlotFault fill_unknown_row(struct disk_path& row, const SlotTexts& texts);
 
 }  // namespace quorvel

@@ -3,8 +3,6 @@
 // disks at once, decides as the library does.
 #pragma once
 
-#include <stdio.h>
-
 #include <string_view>
 
 #include "disk/sysfs_path.h"
@@ -23,7 +21,14 @@ struct DiskPlace {
         : full(full_path), link(link_text), usb(full_path.find("usb") != std::string_view::npos) {}
 };
 
-enum class Fit { kNo, kYes, kUndecided };
+/// How a row fits a disk: kYes, kUndecided, or why it does not.
+enum class Fit {
+    kYes,
+    kUndecided,   // a USB row whose path no bus follows
+    kOtherKind,   // an internal row and a disk on USB, or the other way round
+    kOtherPlace,  // the row's path is not in the disk's
+    kOtherPort    // another port of the same USB controller
+};
 
 /// Whether a text contains a row's path; `behind` is then what follows it. A row without a path is
 /// nowhere.
@@ -40,22 +45,22 @@ inline bool contains_path(std::string_view text, const struct disk_path& row, st
 /// Whether a USB row describes the disk with this link, given what follows the row's path: that
 /// must begin with the bus, or the question is undecided.
 inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind_path, std::string_view link) {
-    int bus = 0;
-    if (!usb_bus_of(path_component(behind_path, 1), bus)) return Fit::kUndecided;
-    char ports[96];
-    int length = row.usb_port2 != -1 ? snprintf(ports, sizeof ports, "/usb%d/%d-%d/%d-%d.%d/", bus, bus, row.usb_port1,
-                                                bus, row.usb_port1, row.usb_port2)
-                                     : snprintf(ports, sizeof ports, "/usb%d/%d-%d/", bus, bus, row.usb_port1);
-    return link.find({ports, static_cast<size_t>(length)}) != std::string_view::npos ? Fit::kYes : Fit::kNo;
+    std::string_view component = path_component(behind_path, 1);
+    std::optional<int> bus = usb_bus_of(component);
+    if (!bus) return Fit::kUndecided;
+    Text<112> ports("/%.*s/%d-%d", static_cast<int>(component.size()), component.data(), *bus, row.usb_port1);
+    if (row.usb_port2 != -1) ports.append("/%d-%d.%d", *bus, row.usb_port1, row.usb_port2);
+    ports.add("/");
+    return link.find({ports.chars, ports.length}) != std::string_view::npos ? Fit::kYes : Fit::kOtherPort;
 }
 
 /// Whether a row describes a disk. Internal rows only describe disks that are not on USB, USB rows
 /// only those that are, boot rows both.
 inline Fit fit_of_row(const struct disk_path& row, const DiskPlace& disk) {
     bool usb_row = row.type == DISK_PATH_USB;
-    if (row.type != DISK_PATH_BOOT && usb_row != disk.usb) return Fit::kNo;
+    if (row.type != DISK_PATH_BOOT && usb_row != disk.usb) return Fit::kOtherKind;
     std::string_view behind;
-    if (!contains_path(disk.full, row, behind)) return Fit::kNo;
+    if (!contains_path(disk.full, row, behind)) return Fit::kOtherPlace;
     return usb_row ? fit_of_usb_port(row, behind, disk.link) : Fit::kYes;
 }
 

@@ -1,33 +1,58 @@
 // The slot table in force, its release and its dump.
 #include "disk/slot_table.h"
 
+#include <errno.h>
 #include <stdio.h>
 #include <stdlib.h>
 
+#include "foundation/failure.h"
 #include "quorvel/platform.h"
 
 namespace quorvel {
 
 const struct disk_path* last_loaded_disk_set = nullptr;
 
+namespace {
+
+struct BuiltInSet {
+    int platform;
+    const struct disk_path* set;
+};
+
+constexpr BuiltInSet kBuiltInSets[] = {
+    {PLATFORM_BOREL,         borel_disk_set        },
+    {PLATFORM_NISK_12BAY,    nisk_disk_set         },
+    {PLATFORM_PELLMAR_12BAY, pellmar_12bay_disk_set},
+};
+
+const struct disk_path* built_in_set() {
+    int platform = LibQuorvelBin_GetPlatform();
+    for (const BuiltInSet& row : kBuiltInSets) {
+        if (row.platform == platform) return row.set;
+    }
+    return fail_null(EOPNOTSUPP);
+}
+
+bool is_built_in(const struct disk_path* set) {
+    for (const BuiltInSet& row : kBuiltInSets) {
+        if (row.set == set) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+// The platform only matters without a set of the machine's own, and is not looked at before.
+DiskSet set_in_force() {
+    DiskSet configured(get_DiskOrderConfig());
+    return configured ? static_cast<DiskSet&&>(configured) : DiskSet(built_in_set());
+}
+
 }  // namespace quorvel
 
 using namespace quorvel;
 
 namespace {
-
-const struct disk_path* built_in_set(int platform) {
-    switch (platform) {
-        case PLATFORM_BOREL:
-            return borel_disk_set;
-        case PLATFORM_NISK_12BAY:
-            return nisk_disk_set;
-        case PLATFORM_PELLMAR_12BAY:
-            return pellmar_12bay_disk_set;
-        default:
-            return nullptr;
-    }
-}
 
 const char* or_empty(const char* text) {
     return text != nullptr ? text : "";
@@ -43,14 +68,14 @@ void dump_word(const struct disk_path* set, int32_t type, const char* key) {
 
 }  // namespace
 
-// The platform only matters without a set of the machine's own, and is not looked at before.
 const struct disk_path* LibQuorvelBin_GetPlatformDiskSet(void) {
-    last_loaded_disk_set = get_DiskOrderConfig();
-    return last_loaded_disk_set != nullptr ? last_loaded_disk_set : built_in_set(LibQuorvelBin_GetPlatform());
+    const struct disk_path* set = set_in_force().release();
+    __atomic_store_n(&last_loaded_disk_set, is_built_in(set) ? nullptr : set, __ATOMIC_RELAXED);
+    return set;
 }
 
 void disk_path_free(const struct disk_path* set) {
-    if (set == nullptr) return;
+    if (set == nullptr || is_built_in(set)) return;
     for (const struct disk_path* row = set; row->type != DISK_PATH_END; row++) {
         free(row->path);
         free(row->scsi_id);

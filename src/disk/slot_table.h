@@ -8,22 +8,16 @@
 
 namespace quorvel {
 
-/// What get_DiskOrderConfig gave when LibQuorvelBin_GetPlatformDiskSet last asked it, or null; null
-/// again once the library has released it.
+/// What get_DiskOrderConfig gave when LibQuorvelBin_GetPlatformDiskSet last asked it, or null.
 extern const struct disk_path* last_loaded_disk_set;
 
-/// Releases a set unless it is a built-in one.
-struct DiskSetDeleter {
-    void operator()(const struct disk_path* set) const {
-        if (set != last_loaded_disk_set) return;
-        disk_path_free(set);
-        last_loaded_disk_set = nullptr;
-    }
-};
+/// A set of whatever origin, or null. A built-in one stays.
+using DiskSet = std::unique_ptr<const struct disk_path, Deleter<disk_path_free>>;
 
-/// The set in force for the length of one call, or null.
-using DiskSet = std::unique_ptr<const struct disk_path, DiskSetDeleter>;
-/// A set that was read from a file, or null.
-using LoadedDiskSet = std::unique_ptr<const struct disk_path, Deleter<disk_path_free>>;
+/// The set that LibQuorvelBin_GetPlatformDiskSet gives, which is not recorded; null, and errno, without one.
+[[nodiscard]] DiskSet set_in_force();
+
+/// The slots of an extension card as get_ExtSlotConfig gives them, without its dump.
+[[nodiscard]] DiskSet extension_slots();
 
 }  // namespace quorvel

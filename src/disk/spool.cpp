@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/text.h"
@@ -16,7 +17,8 @@ namespace {
 
 // The smallest buffer for a usable disk's name.
 constexpr size_t kUsableDiskSize = 16;
-using SpoolPath = Text<2112>;
+constexpr size_t kPiece = 1023;                        // of a line of the list of volumes
+using SpoolPath = Text<2 * kPiece + sizeof "/spool">;  // a base, a volume
 
 struct UsableState {
     const char *key, *value;  // what they begin with
@@ -38,8 +40,16 @@ bool is_usable(char* line) {
     return false;
 }
 
+// A list that others may have a hand in must not lead out of the place it is about.
+bool leads_up(const char* path) {
+    for (const char* dots = strstr(path, ".."); dots != nullptr; dots = strstr(dots + 1, "..")) {
+        if ((dots == path || dots[-1] == '/') && (dots[2] == '/' || dots[2] == '\0')) return true;
+    }
+    return false;
+}
+
 bool is_taken(const SpoolPath& path, char* dst, size_t size) {
-    if (path.cut || path.length >= size || !path_exists(path.c_str())) return false;
+    if (path.length >= size || !path_exists(path)) return false;
     memset(dst, '\0', size);
     memcpy(dst, path.c_str(), path.length);
     return true;
@@ -57,13 +67,12 @@ bool find_mounted(DIR* mounts, const char* disk, char* dst, size_t size) {
 }
 
 bool find_volume(char* dst, size_t size) {
-    char base[1024] = "", line[1024], volume[1024];
-    (void)LibQuorvelBin_GetConfValInStringByKey(base, sizeof base, "MOUNT_LVM_BASE");
-    Descriptor list = open_for_reading(files::kLogicalVolumes);
-    if (!list) return false;
-    LineReader reader(list.number, sizeof line - 1);
-    while (next_line(reader, line, sizeof line)) {
-        if (LibQuorvelBin_GetSpecifiedKey(volume, sizeof volume, line, "<>", 1) != 0) continue;
+    char base[kPiece + 1] = "";
+    (void)LibQuorvelBin_GetConfValInStringByKey(base, sizeof base, "MOUNT_LVM_BASE");  // empty when it is not set
+    LineFile list(open_trusted(files::kLogicalVolumes), kPiece);
+    for (const char* line : list) {
+        char volume[kPiece + 1];
+        if (LibQuorvelBin_GetSpecifiedKey(volume, sizeof volume, line, "<>", 1) != 0 || leads_up(volume)) continue;
         const char* below = contains(volume, "/dev/") ? volume + strlen("/dev") : volume;
         SpoolPath path("%s%s/spool", base, below);
         trace(kTrace, "libquorvel_bin>[%s]lvm szTestName [%s]\n", "LibQuorvelBin_GetSpoolDir", path.c_str());
@@ -75,16 +84,16 @@ bool find_volume(char* dst, size_t size) {
 }  // namespace
 
 int LibQuorvelBin_GetAvailableDiskInfo(char* dst) {
-    if (dst == nullptr) return 0;
-    Descriptor info = open_for_reading(files::kDiskInfo);
+    constexpr size_t kInfoPiece = 30;
+    if (dst == nullptr) return fail(EINVAL, 0);
+    LineFile info(open_for_reading(files::kDiskInfo), kInfoPiece);
     if (!info) {
+        int reason = errno;
         printf("[%s] is not such file", files::kDiskInfo);
-        return 0;
+        return fail(reason, 0);
     }
     int found = 0;
-    char line[31];
-    LineReader reader(info.number, sizeof line - 1);
-    while (next_line(reader, line, sizeof line)) {
+    for (char* line : info) {
         trace(kTrace, "[%s]>tmp_diskinfo [%s]\n", __func__, line);
         if (!is_usable(line)) continue;
         found = 1;
@@ -97,15 +106,16 @@ int LibQuorvelBin_GetAvailableDiskInfo(char* dst) {
 }
 
 char* LibQuorvelBin_GetSpoolDir(char* dst, size_t size) {
-    if (dst == nullptr) return nullptr;
+    if (dst == nullptr) return fail_null(EINVAL);
     Directory mounts = open_directory(files::kMountPoints);
     if (!mounts) {
+        int reason = errno;
         (void)fputs("Can't open dir : /mnt\n", stderr);
-        return nullptr;
+        return fail_null(reason);
     }
     char disk[kUsableDiskSize] = "";
-    if (LibQuorvelBin_GetAvailableDiskInfo(disk) == 0) return nullptr;
+    if (LibQuorvelBin_GetAvailableDiskInfo(disk) == 0) return fail_null(ENODATA);
     if (find_mounted(mounts.get(), disk, dst, size)) return dst;
     bool lvm = LibQuorvelBin_GetConfOnOffValInIntByKey("SUPPORT_LVM") == 1;
-    return lvm && find_volume(dst, size) ? dst : nullptr;
+    return lvm && find_volume(dst, size) ? dst : fail_null(ENOENT);
 }

@@ -3,8 +3,11 @@
 
 #include <stddef.h>
 
-#include <charconv>
+#include <optional>
 #include <string_view>
+
+#include "foundation/numbers.h"
+#include "foundation/text.h"
 
 namespace quorvel {
 
@@ -25,11 +28,13 @@ inline std::string_view path_component(std::string_view path, int number) {
     }
 }
 
-/// The number in a text that reads "usb" and a number, whatever follows; false for another text.
-inline bool usb_bus_of(std::string_view component, int& bus) {
-    if (!component.starts_with("usb")) return false;
-    component.remove_prefix(3);
-    return std::from_chars(component.data(), component.data() + component.size(), bus).ec == std::errc();
+/// The bus of a component as scanf's "usb%d" reads it, whatever follows; none for another one.
+inline std::optional<int> usb_bus_of(std::string_view component) {
+    if (!component.starts_with("usb") || component.size() > kLongestComponent) return {};
+    component.remove_prefix(strlen("usb"));
+    char digits[kLongestComponent + 1];
+    copy_text(digits, sizeof digits, component);
+    return scanned_int(digits);
 }
 
 }  // namespace quorvel

@@ -4,6 +4,7 @@
 
 #include "foundation/answer.h"
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/numbers.h"
 #include "foundation/shell.h"
 #include "quorvel/disk.h"
@@ -18,11 +19,12 @@ constexpr int kNotExecutable = 95;
 // "194 Temperature_Celsius     0x0022   112   099   000    Old_age   Always       -       38 (Min/Max 20/45)"
 constexpr char kTemperatureRow[] = "194 ";
 constexpr int kRawValueField = 10;
+constexpr size_t kPiece = 1023;
 
 int report_temperature(const char* row) {
-    char value[1024];
-    if (LibQuorvelBin_GetSpecifiedKey(value, sizeof value, row, " ", kRawValueField) != 0) return -1;
-    if (LibQuorvelBin_IsAllNumericStr(value, static_cast<int>(strlen(value))) != 1) return -1;
+    char value[kPiece + 1];
+    if (LibQuorvelBin_GetSpecifiedKey(value, sizeof value, row, " ", kRawValueField) != 0) return fail(ENODATA);
+    if (LibQuorvelBin_IsAllNumericStr(value, static_cast<int>(strlen(value))) != 1) return fail(ENODATA);
     answer(leading_int(value));
     return 0;
 }
@@ -34,23 +36,22 @@ int LibQuorvelBin_GetDiskTemperature(int, const char* device) {
     if (stat(device != nullptr ? device : "", &status) != 0) {
         int reason = errno;
         puts("smartctl is not exist on this platform!");
-        return reason;
+        return fail(reason, reason);
     }
     if ((status.st_mode & (S_IXUSR | S_IXGRP)) == 0) {
         puts("smartctl doesn't have a executable flag!");
-        return kNotExecutable;
+        return fail(EACCES, kNotExecutable);
     }
     Text<kCommandSize> command;
     if (LibQuorvelBin_IsTargetUseMarvelLHBA(device) == 1) {
         command.append("%s -d marvell -A %s", files::kSmartctlTool, ShellWord(device).c_str());
     }
-    char row[1024];
-    CommandOutput table(command, sizeof row - 1);
+    CommandOutput table(command, kPiece);
     if (!table) return errno;
-    while (next_line(table.lines, row, sizeof row)) {
+    for (const char* row : table) {
         if (starts_with(row, kTemperatureRow)) return report_temperature(row);
     }
-    return -1;
+    return fail(could_not_execute(table.finish()) ? ENOPKG : ENODATA);
 }
 
 int LibQuorvelBin_IsTargetUseMarvelLHBA(const char*) {

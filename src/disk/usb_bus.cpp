@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/numbers.h"
@@ -17,7 +18,7 @@ using namespace quorvel;
 namespace {
 
 constexpr char kFunction[] = "get_bus_number_from_udevid";
-constexpr size_t kLine = 1024;
+constexpr size_t kPiece = 1023;
 constexpr size_t kLongestSerial = 31;
 constexpr int kNoBus = -1;
 
@@ -66,14 +67,12 @@ bool is_serial_in(const char* identity, const char* serial) {
 }  // namespace
 
 int get_bus_number_from_udevid(const char* udev_id) {
-    if (udev_id == nullptr) return kNoBus;
-    Descriptor list = open_for_reading(files::kUsbDevices);
+    if (udev_id == nullptr) return fail(EINVAL);
+    LineFile list(open_for_reading(files::kUsbDevices), kPiece);
     if (!list) return kNoBus;
     int bus = kNoBus;
-    LineReader reader(list.number, kLine - 1);
-    char line[kLine];
     char serial[kLongestSerial + 1];
-    while (next_line(reader, line, sizeof line)) {
+    for (const char* line : list) {
         trace(kTrace, "[%s]>line [%s][%d] \n", kFunction, line, bus);
         if (starts_with(line, "T:")) bus = bus_of_device(line);
         if (!starts_with(line, "S:") || !serial_of(line, serial)) continue;
@@ -81,5 +80,5 @@ int get_bus_number_from_udevid(const char* udev_id) {
         bus = kNoBus;
     }
     trace(kTrace, "[%s]>bus [%d]\n", kFunction, bus);
-    return bus;
+    return bus != kNoBus ? bus : fail(ENODEV);
 }

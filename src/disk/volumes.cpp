@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/text.h"
@@ -30,26 +31,24 @@ bool has_group(const char* line) {
 }  // namespace
 
 int LibQuorvelBin_IsLvmVolume(const char* devname) {
-    if (devname == nullptr) return 0;
-    Descriptor list = open_for_reading(files::kPhysicalVolumes);
-    if (!list) return 0;
-    char line[127];
-    LineReader reader(list.number, sizeof line - 1);
-    while (next_line(reader, line, sizeof line)) {
+    constexpr size_t kPiece = 126;
+    if (devname == nullptr) return fail(EINVAL, 0);
+    LineFile list(open_trusted(files::kPhysicalVolumes), kPiece);
+    for (const char* line : list) {
         if (contains(line, devname) && has_group(line)) return 1;
     }
     return 0;
 }
 
 int IsLVMDisk(const char* name) {
-    if (name == nullptr) return 0;
-    char line[1024], group[1024];
+    constexpr size_t kPiece = 1023;
+    if (name == nullptr) return fail(EINVAL, 0);
     bool found = false;
-    Descriptor list = open_for_reading(files::kPhysicalVolumes);
-    LineReader reader(list.number, sizeof line - 1);
-    reader.at_end = !list;
-    while (!found && next_line(reader, line, sizeof line)) {
+    LineFile list(open_trusted(files::kPhysicalVolumes), kPiece);
+    for (const char* line : list) {
+        char group[kPiece + 1];
         found = LibQuorvelBin_GetSpecifiedKey(group, sizeof group, line, kSeparator, 3) == 0 && contains(group, name);
+        if (found) break;
     }
     trace(kTrace, "[%s]>disk [%s] = %s\n", __func__, name, found ? "LVM" : "normal");
     return found ? 1 : 0;

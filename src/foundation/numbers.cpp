@@ -22,6 +22,13 @@ int leading_int(const char* text) {
     return static_cast<int>(std::clamp<int64_t>(leading_number(text), INT_MIN, INT_MAX));
 }
 
+std::optional<int32_t> scanned_int(const char* text) {
+    char* end;
+    int64_t number = strtoll(text, &end, 10);
+    if (end == text) return {};
+    return static_cast<int32_t>(static_cast<uint64_t>(number));
+}
+
 std::optional<int> number_after(const char* text, const char* word) {
     const char* found = strstr(text, word);
     if (found == nullptr) return {};

@@ -18,8 +18,16 @@ int32_t low_int(const char* text);
 /// long it is.
 int leading_int(const char* text);
 
+/// The number as scanf's "%d" reads it: blanks and a sign are taken, only the low 32 bits count; none without a digit.
+[[nodiscard]] std::optional<int32_t> scanned_int(const char* text);
+
 /// The number behind the first occurrence of `word`, as leading_int; none when the word does not occur.
 [[nodiscard]] std::optional<int> number_after(const char* text, const char* word);
+
+/// One number up or down, for counts that begin at 0 on one side and at 1 on the other; wraps.
+constexpr int number_moved(int number, int by) {
+    return static_cast<int>(static_cast<unsigned>(number) + static_cast<unsigned>(by));
+}
 
 /// Whether a text is not empty and every character is a decimal digit.
 bool is_all_digits(const char* text);

@@ -2,18 +2,14 @@
 
 #include <string.h>
 
-#include <string_view>
-
-#include "foundation/appliance_files.h"
 #include "foundation/failure.h"
-#include "foundation/files.h"
 #include "quorvel/platform.h"
 
 namespace quorvel {
 
 namespace {
 
-constexpr size_t kPciPiece = 1023;
+constexpr size_t kPiece = 1023;
 constexpr size_t kIdLength = sizeof PciDevice::id - 1;
 
 // The characters that an id begins with: only where one stands in the list are all ids compared.
@@ -37,15 +33,12 @@ void find_in_piece(std::string_view piece, const FirstCharacters& first, std::sp
 
 }  // namespace
 
-LineFile open_pci_list(size_t piece_limit) {
-    return LineFile(open_for_reading(files::kPciDevices), piece_limit);
-}
-
 void find_pci_devices(std::span<PciDevice> devices) {
     const FirstCharacters first(devices);
-    LineFile list = open_pci_list(kPciPiece);
-    for (std::string_view piece; !(piece = next_piece(list.reader)).empty();)
+    walk_pci_list(kPiece, [devices, &first](std::string_view piece) {
         find_in_piece(piece, first, devices);
+        return false;
+    });
 }
 
 }  // namespace quorvel
@@ -54,11 +47,12 @@ using namespace quorvel;
 
 int LibQuorvelbin_HasSomeExtentionChip(const char* id) {
     if (id == nullptr) return fail(EINVAL, 0);
-    LineFile list = open_pci_list(kPciPiece);
-    for (std::string_view piece; !(piece = next_piece(list.reader)).empty();) {
-        if (piece.find(id) != std::string_view::npos) return 1;
-    }
-    return 0;
+    bool present = false;
+    walk_pci_list(kPiece, [&present, id](std::string_view piece) {
+        present = piece.find(id) != std::string_view::npos;
+        return present;
+    });
+    return present ? 1 : 0;
 }
 
 int LibQuorvelbin_Has7042ExtentionChip(void) {

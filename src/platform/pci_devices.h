@@ -2,19 +2,28 @@
 #pragma once
 
 #include <span>
+#include <string_view>
 
+#include "foundation/appliance_files.h"
+#include "foundation/files.h"
 #include "foundation/line_reader.h"
 
 namespace quorvel {
+
+/// Shows the list in pieces of at most so many characters until `is_enough` says so or it ends.
+template <typename IsEnough>
+void walk_pci_list(size_t longest_piece, IsEnough&& is_enough) {
+    LineFile list(open_for_reading(files::kPciDevices), longest_piece);
+    for (std::string_view piece; !(piece = next_piece(list.reader)).empty();) {
+        if (is_enough(piece)) return;
+    }
+}
 
 /// A device: vendor and device number as the list's second column shows them, and whether some line contains them.
 struct PciDevice {
     char id[9];
     bool present = false;
 };
-
-/// The PCI list, in pieces of at most `piece_limit` characters; false when it cannot be opened.
-LineFile open_pci_list(size_t piece_limit);
 
 /// Sets `present` of each device that the list names.
 void find_pci_devices(std::span<PciDevice> devices);

@@ -1,6 +1,7 @@
 // Names by wiring rules, where the platform has no slot table.
 #include "disk/naming_rules.h"
 
+#include "disk/device_rules.h"
 #include "disk/naming_machine.h"
 
 namespace {
@@ -41,6 +42,13 @@ TEST_F(NamingRules, NamesArmadaDisksByTheirRecord) {
     record_disk(2, "01");
     EXPECT_EQ(diskname("sda"), "usbdisk2");
     EXPECT_EQ(diskname("sdb"), "none") << "a link too short for a number";
+    debug = 10;
+    EXPECT_NE(printed_by([] { devname("usbdisk02x"); }).find(">p = /dev/usbdisk[02x] \n"), std::string::npos);
+    debug = 0;
+    rename("/var/tmp/devlink", "/var/tmp/others");
+    make_link("/var/tmp/devlink", "others");
+    EXPECT_EQ(diskname("sda"), "none") << "a link that anybody can set";
+    remove_tree("/var/tmp/devlink");
     record_disk(2, "10");
     EXPECT_EQ(diskname("sda"), "none") << "not attached";
     write_file("/etc/tevra/diskinfo", "usb_disk2=\n");
@@ -74,26 +82,26 @@ TEST_F(NamingRules, FindsInternalDisksAndUsbDisks) {
 TEST_F(NamingRules, ExtensionChipOfABorelBoard) {
     set_platform("borel");
     set_machine("internal", "multi-host", "chip", kOld);
-    const char* word = nullptr;
-    int number = 0;
-    std::string path = "/sys/block/../devices/pci0/02.0/03.0/host4/target4:0:0";
-    ASSERT_TRUE(quorvel::name_by_rules("sda", {path, path}, true, word, number));
-    EXPECT_EQ(number, 3) << "the chip's ports count downwards";
-    path = "/sys/block/../devices/pci0/02.0/host4/target4:0:0";
-    ASSERT_TRUE(quorvel::name_by_rules("sda", {path, path}, true, word, number));
-    EXPECT_EQ(number, 5);
+    const auto slot = [](const std::string& place) {
+        const std::string path = "/sys/block/../devices/pci0/02.0/" + place;
+        const auto named = quorvel::name_by_rules(quorvel::read_wiring(), "sda", {path, path}, true);
+        return named ? named->number : -1;
+    };
+    EXPECT_EQ(slot("03.0/host4/target4:0:0"), 3) << "the chip's ports count downwards";
+    EXPECT_EQ(slot("host4/target4:0:0"), 5);
 
     make_link("/sys/bus/scsi/devices/6:0:0:0", "../../../devices/six");
     make_link("/sys/bus/scsi/devices/3:0:0:0", "../../../devices/three");
     make_link("/sys/devices/six/block:sdf", "../../block/sdf");
     make_link("/sys/devices/three/block:sdc", "../../block/sdc");
-    char device[256] = "";
-    EXPECT_TRUE(quorvel::device_by_rules("disk5", device));
-    EXPECT_STREQ(device, "sdf") << "from the fifth slot on, two hosts are skipped";
-    EXPECT_TRUE(quorvel::device_by_rules("disk4", device));
-    EXPECT_STREQ(device, "sdc");
+    const auto device = [](const char* disk) {
+        const auto found = quorvel::device_by_rules(disk);
+        return std::string(found ? found->c_str() : "none");
+    };
+    EXPECT_EQ(device("disk5"), "sdf") << "from the fifth slot on, two hosts are skipped";
+    EXPECT_EQ(device("disk4"), "sdc");
     remove_tree("/sys/devices/three/block:sdc");
-    EXPECT_FALSE(quorvel::device_by_rules("disk4", device)) << "a host without a disk";
+    EXPECT_EQ(device("disk4"), "none") << "a host without a disk";
 }
 
 TEST_F(NamingRules, BusOfASerialNumber) {

@@ -19,8 +19,26 @@ std::string dumped(struct disk_path* set) {
     return text;
 }
 
+// A disk or bay; the context is how many are wanted.
+int show(const struct disk_entry* disk, void* wanted) {
+    printf("%s,%s,%s,%d,%d ", disk->device, disk->name, disk->address, disk->kind, disk->slot);
+    return --*static_cast<int*>(wanted) == 0 ? 7 : 0;
+}
+
+// A failure, by its reason.
+int reasoned(int result) {
+    return result == -1 ? -errno : result;
+}
+
+Answer walk(int wanted) {
+    int result = 0;
+    std::string printed = printed_by([&] { result = reasoned(LibQuorvelBin_WalkDisks(show, &wanted)); });
+    return {result, printed};
+}
+
 Answer ask(const Words& words) {
     const std::string what = words[0], name = words.size() > 1 ? words[1] : "";
+    if (what == "walk") return walk(std::stoi(name));
     if (what == "connected") return {LibQuorvelBin_IsConnectedDisk(std::stoi(name)), ""};
     if (what == "powered") return {LibQuorvelBin_IsPowerSupplyedDisk(std::stoi(name)), ""};
     if (what == "volume") return {LibQuorvelBin_IsLvmVolume(name.c_str()), ""};
@@ -29,15 +47,15 @@ Answer ask(const Words& words) {
     if (what == "load_extension") return {0, printed_by([] { disk_path_free(get_ExtSlotConfig()); })};
     char text[160] = "before";
     const size_t size = words.size() > 2 ? std::stoul(words[2]) : 64;
-    int result = 0;
+    int result = errno = 0;
     const std::string printed = printed_by([&] {
         if (what == "available")
             result = LibQuorvelBin_GetAvailableDiskInfo(static_cast<char*>(memset(text, 0, sizeof text)));
-        if (what == "scsiname") result = LibQuorvelBin_GetScsinameFromDisknumber(std::stoi(name), text, size);
-        if (what == "spool") result = LibQuorvelBin_GetSpoolDir(text, size) == text ? 0 : -1;
-        if (what == "diskname") result = LibQuorvelBin_GetDisknameFromDevname(name.c_str(), text, size);
-        if (what == "devname") result = LibQuorvelBin_GetDevnameFromDiskname(name.c_str(), text, size);
-        if (what == "scsiid") result = LibQuorvelBin_GetScsiIDFromDiskname(name.c_str(), text, size);
+        if (what == "scsiname") result = reasoned(LibQuorvelBin_GetScsinameFromDisknumber(std::stoi(name), text, size));
+        if (what == "spool") result = LibQuorvelBin_GetSpoolDir(text, size) == text ? 0 : -errno;
+        if (what == "diskname") result = reasoned(LibQuorvelBin_GetDisknameFromDevname(name.c_str(), text, size));
+        if (what == "devname") result = reasoned(LibQuorvelBin_GetDevnameFromDiskname(name.c_str(), text, size));
+        if (what == "scsiid") result = reasoned(LibQuorvelBin_GetScsiIDFromDiskname(name.c_str(), text, size));
     });
     if (what == "scsiid") quorvel::DiskSet left_allocated(quorvel::last_loaded_disk_set);
     return {result, printed + text};
@@ -53,9 +71,9 @@ TEST_F(Naming, AnswersAsTheMachineIs) {
         { "{5000}",  std::string(5000,      's')},
     };
     for (const std::string scenario :
-         {"naming-old-layout", "naming-unknown", "naming-unreadable", "naming-answers", "naming-words",
-          "naming-extension", "extension-cards", "extension-dumps", "presence", "scsi-names", "volume-groups",
-          "available-disks", "spool-directory"}) {
+         {"naming-old-layout", "naming-unknown", "naming-unreadable", "naming-answers", "naming-words", "naming-nvme",
+          "naming-extension", "extension-cards", "extension-dumps", "disk-walk", "presence", "scsi-names",
+          "volume-groups", "available-disks", "spool-directory"}) {
         SetUp();
         play("disk/expected/" + scenario, ask, marks);
     }
@@ -86,6 +104,7 @@ TEST_F(Naming, SetInForceComesFromTheFileFirst) {
     set_platform("borel");
     write_file("/etc/diskpath.conf", "HDD_DISKNAME=bay\n");
     EXPECT_EQ(LibQuorvelBin_GetPlatformDiskSet(), &borel_disk_set[0]);
+    disk_path_free(borel_disk_set);
     write_file("/etc/diskpath.conf", "HDD_BOOT=1,boot\nHDD_INTERNAL=1,one,0:0:0:0\n");
     const struct disk_path* set = LibQuorvelBin_GetPlatformDiskSet();
     ASSERT_NE(set, nullptr);
@@ -96,6 +115,12 @@ TEST_F(Naming, SetInForceComesFromTheFileFirst) {
     EXPECT_EQ(set[2].usb_port2, -1);
     disk_path_free(set);
     disk_path_free(nullptr);
+    for (const std::string row : {"HDD_BOOT=0,boot\n", "HDD_BOOT=1,boot", "#\n"}) {
+        write_file("/etc/diskpath.conf", row);
+        errno = 0;
+        disk_path_free(get_DiskOrderConfig());
+        EXPECT_EQ(errno, row[0] == '#' ? ENODATA : row.back() == '\n' ? EBADMSG : 0) << row;
+    }
     disk_path_dump(nullptr);
 }
 

@@ -84,6 +84,20 @@ TEST_F(PartitionCreation, UsbLayout) {
     EXPECT_EQ(done, read_file("/source/tests/disk/expected/usb-layouts.txt"));
 }
 
+TEST_F(PartitionCreation, WhatWasBegunIsFinished) {
+    tools("dd*) kill -TERM $(cat /run/pid);;");
+    const pid_t child = fork();
+    if (child == 0) {
+        write_file("/run/pid", std::to_string(getpid()));
+        (void)transcript(8388608, [] { return create_usb_partition("/dev/sdc", "xfs", "gpt"); });
+        _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(child, waitpid(child, &status, 0));
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    EXPECT_NE(read_file("/run/commands").find("mkpart primary xfs"), std::string::npos);
+}
+
 // The real tools on a disk image. dd keeps the image's size as it keeps a device's, and a shell whose echo knows
 // -e takes the place of this disposable root's.
 TEST_F(PartitionCreation, RealToolsMakeTheTable) {

@@ -1,4 +1,6 @@
+#include <signal.h>
 #include <sys/mount.h>
+#include <unistd.h>
 
 #include "quorvel/disk.h"
 #include "support/appliance.h"
@@ -44,14 +46,14 @@ TEST_F(Partitions, TypesAreThoseOfTheExactMountPoint) {
     char type[9] = "";
     EXPECT_TRUE(LibQuorvelBin_GetFsType(type, sizeof type, "/mnt/disk1") == -1 && IsMounted("sdd") == 0);
     write_file("/proc/mounts", "rootfs / rootfs rw 0 0\n/dev/sdb10 /mnt/disk10 xfs rw 0 0\n/dev/sdd /mnt/disk1 ext4 rw 0 0\n"
-               "/dev/sde /mnt/disk1 xfs rw 0 0\n/dev/sdf /mnt/usbdisk2 vfat rw,codepage=437 0 0");
+               "/dev/sde /mnt/disk1 xfs rw 0 0\n/dev/sdf /mnt/usbdisk2 vfat rw,codepage=437 0 0" + std::string(8190, ' ') + "/dev/far");
     from_cmdline = 1;
     for (const auto& [mount_point, size, result, expected, printed] : cases) {
         strcpy(type, "???");
         EXPECT_EQ(printed, printed_by([&] { EXPECT_EQ(result, LibQuorvelBin_GetFsType(type, size, mount_point)); }));
         EXPECT_STREQ(expected, type) << mount_point;
     }
-    EXPECT_TRUE(IsMounted("/dev/sdb1") && IsMounted("/mnt/disk1 ") && IsMounted("437 0 0") && !IsMounted("/dev/sdc"));
+    EXPECT_TRUE(IsMounted("/dev/sdb1") && IsMounted("/mnt/disk1 ") && IsMounted("437 0 0") && IsMounted(std::string(9, ' ').append("/dev/far").c_str()) && !IsMounted("/dev/sdc"));
 }
 
 TEST_F(Partitions, TrialMountRemovesOnlyItsOwnEmptyDirectory) {
@@ -67,6 +69,26 @@ TEST_F(Partitions, TrialMountRemovesOnlyItsOwnEmptyDirectory) {
         EXPECT_EQ(left, exists("/tmp/mount_test")) << body;
     }
     EXPECT_EQ("", printed_by([] { LibQuorvelBin_MountTest(std::string(1024, 'x').c_str()); }));
+    // Directories that a stranger can put there, or lead away.
+    remove_tree("/tmp/mount_test");
+    make_link("/tmp/mount_test", "/mnt");
+    EXPECT_EQ("", printed_by([] { LibQuorvelBin_MountTest("/dev/sdb1"); }));
+    remove_tree("/tmp/mount_test");
+    make_directory("/tmp/mount_test");
+    if (chown("/tmp/mount_test", 1, 1) != 0) return;  // where there is only one account
+    EXPECT_EQ("", printed_by([] { LibQuorvelBin_MountTest("/dev/sdb1"); }));
+}
+
+// What stays mounted is seen by nobody, and its place can be removed.
+TEST_F(Partitions, TrialMountIsHidden) {
+    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        GTEST_SKIP() << "mounting is refused";
+    stand_in("/usr/local/sbin/mount", "/usr/bin/mount -t tmpfs none $2 && touch $2/seen && ls $2");
+    stand_in("/usr/local/sbin/umount", "");
+    signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ("seen\n", printed_by([] { LibQuorvelBin_MountTest("/dev/sdb1"); }));
+    signal(SIGCHLD, SIG_DFL);
+    EXPECT_FALSE(exists("/tmp/mount_test"));
 }
 // clang-format on
 

@@ -75,6 +75,14 @@ bool is_usb_place(const char* kernel) {
     return read_link(SysPath("%s/%s", kBlockDevices, kernel).c_str(), place, sizeof place) && contains(place, "/usb");
 }
 
+int take_name(const struct disk_entry* entry, void* wanted) {
+    Disk& disk = *static_cast<Disk*>(wanted);
+    if (strcmp(entry->device, disk.kernel) != 0) return 0;
+    disk.kind = entry->kind;
+    if (entry->name[0] != '\0') copy_text(disk.name, sizeof disk.name, entry->name);
+    return 1;
+}
+
 }  // namespace
 
 bool find_disk(const char* path, Disk& disk, Reason& reason) {
@@ -91,7 +99,7 @@ bool find_disk(const char* path, Disk& disk, Reason& reason) {
     dev_t own;
     if (!block_number(disk.node, own) || own != number)
         return !because(reason, {disk.node, " is not the disk behind ", path});
-    disk.kind = name_disk(disk.kernel, disk.name, sizeof disk.name);
+    (void)LibQuorvelBin_WalkDisks(take_name, &disk);  // a disk that is not listed has no name
     disk.usb = is_usb_place(disk.kernel);
     return true;
 }

@@ -5,16 +5,17 @@
 #include <sys/types.h>
 
 #include "foundation/text.h"
+#include "quorvel/naming.h"
 
 using Reason = quorvel::Text<512>;
 
 /// A whole disk.
 struct Disk {
-    char kernel[64] = "";  // as in /sys/block
-    char node[80] = "";    // "/dev/" and that name
-    char name[64] = "-";   // logical, "-" for none
-    int32_t kind = 0;      // that of the name: DISK_PATH_INTERNAL ..., DISK_PATH_END without a name
-    bool usb = false;      // by its place, also without a name
+    char kernel[64] = "";          // as in /sys/block
+    char node[80] = "";            // "/dev/" and that name
+    char name[64] = "-";           // logical, "-" for none
+    int32_t kind = DISK_PATH_END;  // that of the name: DISK_PATH_INTERNAL ..., DISK_PATH_END without a name
+    bool usb = false;              // by its place, also without a name
 };
 
 /// The whole disk that a path leads to; false, with the reason, when it leads to something else.

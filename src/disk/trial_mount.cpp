@@ -1,0 +1,99 @@
+// The trial mount. What a strange disk holds is mounted where nobody else can run it or keep it mounted: in a mount
+// namespace that ends with the call.
+#include <errno.h>
+#include <fcntl.h>
+#include <sched.h>
+#include <signal.h>
+#include <stdio.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "foundation/appliance_files.h"
+#include "foundation/failure.h"
+#include "foundation/files.h"
+#include "foundation/shell.h"
+#include "quorvel/disk.h"
+
+using namespace quorvel;
+
+namespace {
+
+using Command = Text<kCommandSize>;
+
+// ---- The process that has the namespace ----
+
+// Nothing that is mounted from here on is seen outside, or the other way round.
+bool is_hidden() {
+    return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+void run(const Command& command) {
+    Child child = start_shell(command.c_str(), Output::kOfCaller);
+    (void)wait_for(child);  // a failed mount has probed the device as well
+}
+
+// Tells through the pipe whether the commands ran.
+[[noreturn]] void run_hidden(const Command& mount_it, const Command& unmount_it, int answer) {
+    (void)signal(SIGCHLD, SIG_DFL);
+    char hidden = is_hidden() ? 1 : 0;
+    if (hidden == 1) {
+        run(mount_it);
+        run(unmount_it);
+    }
+    (void)write_fully(answer, &hidden, sizeof hidden);
+    _exit(0);
+}
+
+// No handler of the caller's runs in the process, and no signal ends it before the commands.
+pid_t fork_undisturbed(sigset_t& before) {
+    sigset_t every;
+    sigfillset(&every);
+    (void)pthread_sigmask(SIG_SETMASK, &every, &before);
+    pid_t process = fork();
+    if (process != 0) (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return process;
+}
+
+bool ran_hidden(const Command& mount_it, const Command& unmount_it) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) return false;
+    Descriptor reading = above_standard(ends[0]);
+    Descriptor writing = above_standard(ends[1]);
+    (void)fflush(stdout);
+    sigset_t before;
+    pid_t process = reading && writing ? fork_undisturbed(before) : -1;
+    if (process == 0) run_hidden(mount_it, unmount_it, writing.number);
+    writing = Descriptor();
+    char hidden = 0;
+    if (process > 0 && read_fully(reading.number, &hidden, sizeof hidden) != sizeof hidden) hidden = 0;
+    while (process > 0 && waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
+    }
+    return hidden == 1;
+}
+
+// ---- The place ----
+
+bool is_own_directory(const char* path) {
+    struct stat status;
+    return lstat(path, &status) == 0 && S_ISDIR(status.st_mode) && (status.st_uid == geteuid() || status.st_uid == 0);
+}
+
+}  // namespace
+
+int LibQuorvelBin_MountTest(const char* device) {
+    if (device == nullptr) return 0;
+    Command mount_it("mount %s %s", ShellWord(device).c_str(), files::kTrialMountPoint);
+    Command unmount_it("umount -f %s", files::kTrialMountPoint);
+    if (mount_it.cut) return 0;
+    bool made = mkdir(files::kTrialMountPoint, S_IRWXU) == 0;
+    if (!made && !is_own_directory(files::kTrialMountPoint)) return 0;
+    if (!ran_hidden(mount_it, unmount_it)) {
+        (void)run_command(mount_it);  // a failed mount has probed the device as well
+        (void)run_command(unmount_it);
+    }
+    // Only the empty directory: if the device is still mounted there, what is on it must stay.
+    if (made) (void)rmdir(files::kTrialMountPoint);
+    return 0;
+}

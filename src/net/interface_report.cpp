@@ -2,14 +2,14 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "net/mac_address.h"
+#include "foundation/mac_text.h"
 #include "quorvel/net.h"
 
 using namespace quorvel;
 
 namespace {
 
-using Value = Text<18>;
+using Value = MacText;  // the longest of them
 
 void print_line(const char* key, const char* ifname, const Value& value) {
     printf("%s_%s=%s\n", key, ifname, value.c_str());
@@ -23,7 +23,7 @@ Value hardware_address(const char* ifname) {
     uint8_t mac[6];
     if (Netdev_GetHwAddr(ifname, mac) != 0) return error();
     Value text;
-    add_mac_text(text, mac);
+    add_mac_text(text, mac, Letters::capital);
     return text;
 }
 

@@ -4,9 +4,9 @@
 
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
+#include "foundation/mac_text.h"
 #include "foundation/replacement.h"
 #include "foundation/shell.h"
-#include "net/mac_address.h"
 #include "quorvel/net.h"
 
 using namespace quorvel;
@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kExitedWithOne = 256;  // a wait status
 
-using PassPhrase = Text<18>;
+using PassPhrase = MacText;
 using Command = Text<256>;
 
 // Wipes a secret at the end of its scope, whichever way that is left.
@@ -34,7 +34,7 @@ int read_pass_phrase(const char* ifname, PassPhrase& phrase) {
     uint8_t mac[6];
     Wipe wipe(mac);
     int result = Netdev_GetHwAddr(ifname, mac);
-    if (result != -1) add_mac_text(phrase, mac);
+    if (result != -1) add_mac_text(phrase, mac, Letters::capital);
     return result;
 }
 

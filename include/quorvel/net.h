@@ -18,12 +18,12 @@
 
 QUORVEL_BEGIN_DECLS
 
-/* ---- Interfaces, as the kernel answers -----------------------------------------------------------------------
+/* ---- Interfaces, as the kernel answers ----
  *
  * Each call opens an AF_INET datagram socket (close-on-exec), issues the named ioctl, closes the socket, and writes
  * nothing to standard output. Failures give -1, outputs untouched, the kernel's errno (ENODEV: no such interface;
- * EADDRNOTAVAIL: it has no address), and one line on standard error: "FUNCTION:REASON" when there is no socket, "IOCTL
- * :REASON" when the ioctl fails. */
+ * EADDRNOTAVAIL: it has no address), and one line on standard error: "FUNCTION:REASON" when there is no socket,
+ * "IOCTL :REASON" when the ioctl fails. */
 
 /** The hardware address of an interface, through SIOCGIFHWADDR.
  * @param address  receives the first 6 bytes
@@ -83,7 +83,7 @@ QUORVEL_API int getmac(void);
  * @return 0 (also for null, which prints nothing). */
 QUORVEL_API int getifinfo(const char* ifname);
 
-/* ---- Interface settings --------------------------------------------------------------------------------------
+/* ---- Interface settings ----
  *
  * Existence comes from /sys/class/net, settings from the key=value file /etc/tevra/info; a missing file or key counts
  * as an empty value, so no answer here is a failure but that to a null pointer. Ports and trunk groups are numbered
@@ -117,7 +117,7 @@ QUORVEL_API int LibQuorvelBin_IsNetIfEnabled(const char* ifname);
  * @return 1 when the value begins with "dhcp", else 0. */
 QUORVEL_API int LibQuorvelBin_IsNetIfDhcp(const char* ifname);
 
-/* ---- Address arithmetic and the net helper --------------------------------------------------------------------- */
+/* ---- Address arithmetic and the net helper ---- */
 
 /** One IPv4 quantity. */
 struct ip_record {
@@ -192,7 +192,7 @@ QUORVEL_API int LibQuorvelBin_FillInfo(struct host_info* info, const char* ifnam
  *         has fewer than four numbers. Shares getopt's state with all that use getopt. */
 QUORVEL_API int LibQuorvelBin_NetHelper(int argc, char** argv);
 
-/* ---- Name servers --------------------------------------------------------------------------------------------
+/* ---- Name servers ----
  *
  * From /etc/resolv.conf, whose lines are taken in pieces of at most 1023 characters; fields are separated by blanks and
  * tabs and are at most 127 characters long. When it is no regular file that can be read: "resover setting
@@ -220,7 +220,7 @@ QUORVEL_API int LibQuorvelBin_IsDNSReachable(int argc, char** argv);
  * @return 0, or -1 with dst untouched (ENODATA: nobody names it). */
 QUORVEL_API int LibQuorvelBin_GetDNS(unsigned int n, const void* use_resolver, char* dst);
 
-/* ---- Renaming, and the Ethernet report ------------------------------------------------------------------------- */
+/* ---- Renaming, and the Ethernet report ---- */
 
 /** Renames an interface, through SIOCSIFNAME: `WORD OLD NEW`. Older kernels refuse while it is up. A name of more than
  * 15 characters, old or new, is refused (ENODEV). Prints "Argument is wrong!" (no line end) for another number of
@@ -239,12 +239,12 @@ QUORVEL_API int LibQuorvelBin_Nameif(int argc, char** argv);
  * to open PATH", "Failed to open socket", "Failed to ioctl", "Failed to get eth information (NAME)". Any other number
  * of arguments prints a usage.
  * @param argv  argv[0] is the command word
- * @return 0 (also when there is no interface to report), or -1 for a wrong number of arguments, or when an
- *         interface does not exist (ENODEV) or its address or mtu file is empty (ENODATA): the report ends there. Sets
- *         from_cmdline to 0 for a moment when it is called without an interface. */
+ * @return 0 (also when there is no interface to report), or -1 for a wrong number of arguments, or when an interface
+ * does not exist (ENODEV) or its address or mtu file is empty (ENODATA): the report ends there. Sets from_cmdline to 0
+ * for a moment when it is called without an interface. */
 QUORVEL_API int LibQuorvelBin_EthInfo(int argc, char** argv);
 
-/* ---- Files bound to a hardware address ------------------------------------------------------------------------
+/* ---- Files bound to a hardware address ----
  *
  * Both run /usr/local/ssl/bin/openssl through the shell (AES-256-CBC) with a pass phrase made of the interface's
  * hardware address (Netdev_GetHwAddr); pass phrase and command are wiped from memory before they return. The path is

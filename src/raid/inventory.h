@@ -35,26 +35,26 @@ namespace quorvel {
 inline constexpr int kStatusUnknown = 0xffff;
 
 /// The level of mdadm's name for it, -1 for all but the four that str_md_level knows.
-int md_level_of(const char* name);
+[[nodiscard]] int md_level_of(const char* name);
 
 /// get_md_superblock of a disk whose member partition number is known.
 int get_disk_superblock(const char* path, int member_partition, sb_info& sb);
 
 /// The listed array "arrayN" or disk "diskN", or null.
-arrayinfo* find_array(int number);
-diskinfo* find_disk(int number);
+[[nodiscard]] arrayinfo* find_array(int number);
+[[nodiscard]] diskinfo* find_disk(int number);
 
 /// The listed array behind the device mdN, or null.
-arrayinfo* find_array_of_minor(int minor);
+[[nodiscard]] arrayinfo* find_array_of_minor(int minor);
 
 /// Where an array or disk is mounted.
 using MountPath = Text<256>;
-MountPath mount_path(const char* name);
+[[nodiscard]] MountPath mount_path(const char* name);
 
 /// The three sizes of the file system that is mounted there; none when nothing is.
 [[nodiscard]] std::optional<partition_info> mounted_sizes(const MountPath& path);
 
 /// The share used in per cent, cut; 0 of nothing.
-uint64_t used_percent(const partition_info& sizes);
+[[nodiscard]] uint64_t used_percent(const partition_info& sizes);
 
 }  // namespace quorvel

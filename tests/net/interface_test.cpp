@@ -114,6 +114,7 @@ TEST_F(NetTest, Reasons) {
     write_file("/sys/class/net/eth4/mtu", "");
     write_file("/sys/class/net/address", "");
     stand_in("/usr/local/ssl/bin/openssl", "exit 3");
+    stand_in("/usr/local/bin/nslookup", "exit 127");
     struct eth_info eth = {};
     struct host_info host;
     const Words many(258, "-v");
@@ -139,6 +140,8 @@ TEST_F(NetTest, Reasons) {
         {__LINE__, -1, ENODEV, [] { return call(LibQuorvelBin_EthInfo, {"x", "eth9"}).result; }},
         {__LINE__,  0, EINVAL, [&] { return call(LibQuorvelBin_IsDNSReachable, many).result; }},
         {__LINE__,  0, ENOENT, [] { return call(LibQuorvelBin_IsDNSReachable, {"x"}).result; }},
+        {__LINE__,  0, 0,      [] { return write_file("/etc/resolv.conf", "search x\n"), errno = 0, call(LibQuorvelBin_IsDNSReachable, {"x"}).result; }},
+        {__LINE__,  0, ENOPKG, [] { return write_file("/etc/resolv.conf", "nameserver 1\n"), call(LibQuorvelBin_IsDNSReachable, {"x"}).result; }},
         {__LINE__,  1, E2BIG,  [] { return LibQuorvelBin_SetEncryptionMacAddressNicFile("eth0", std::string(39, 'a').c_str()); }},
         {__LINE__,  0, EIO,    [] { return LibQuorvelBin_RecoveryEncryptionMacAddressNicFile("eth0", "x"); }},
         {__LINE__,  0, ENOPKG, [] { return remove_tree("/usr/local/ssl"), LibQuorvelBin_SetEncryptionMacAddressNicFile("eth0", "x"); }},

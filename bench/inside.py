@@ -101,7 +101,7 @@ def instructions(command, children=True, function=None):
         old.unlink()
     wanted = ["--trace-children=yes"] if children else ["--child-silent-after-fork=yes"]
     wanted += [f"--toggle-collect={function}"] if function else []
-    subprocess.run(["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null", f"--log-file={SCRATCH}/callgrind.%p",
+    subprocess.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={SCRATCH}/out.callgrind", f"--log-file={SCRATCH}/callgrind.%p",
                     *wanted, *argument_list(command)], **PIPE, check=False)
     logs = "".join(log.read_text() for log in SCRATCH.glob("callgrind.*"))
     return sum(int(count) for count in re.findall(r"Collected : (\d+)", logs)) / 1e6

@@ -5,7 +5,15 @@ set(QUORVEL_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/libquorvel_bin)
 
 install(TARGETS libquorvel_bin libquorvel_bin_static EXPORT libquorvel_bin-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(PROGRAMS tools/quorvel_record/quorvel_record DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(CODE "set(CMAKE_INSTALL_FULL_BINDIR \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")
+configure_file(\"${CMAKE_SOURCE_DIR}/packaging/udev/62-quorvel-by-bay.rules.in\" \"${CMAKE_BINARY_DIR}/62-quorvel-by-bay.rules\" @ONLY)")
+install(FILES ${CMAKE_BINARY_DIR}/62-quorvel-by-bay.rules DESTINATION lib/udev/rules.d)
 install(FILES packaging/completion/libquorvel_bin DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+install(FILES packaging/share/report.schema.json packaging/share/alerts.yml
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/libquorvel_bin)
+install(FILES packaging/systemd/libquorvel_bin-report.service packaging/systemd/libquorvel_bin-report.timer
+    DESTINATION ${CMAKE_INSTALL_PREFIX}/lib/systemd/system)
 # Commands that scripts call by their own names; each link has its completion, and its manual page where pages are made.
 if(disk IN_LIST QUORVEL_ROOMS)
     set(QUORVEL_LINKED_WORDS disk_signature disk_readerrorcnt)

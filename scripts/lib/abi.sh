@@ -7,7 +7,7 @@
 write_abi() {
     abidw --headers-dir include --exported-interfaces-only --drop-private-types --no-parameter-names \
         --no-corpus-path --no-show-locs --no-comp-dir-path --no-elf-needed --no-write-default-sizes \
-        --type-id-style hash "$1" | sed "s,path='$project_dir/,path=',"
+        --type-id-style hash "$1" | sed "s,path='[^']*/\(src\|include\)/,path='\1/,"
 }
 
 # Prints "NAME VALUE" for every enumerator and every number among the macros.

@@ -4,24 +4,29 @@
 
 packages_of() {
     local groups=$1
-    sed -nE "s/^($groups) +//p" "$project_dir/scripts/lib/packages.txt"
+    sed -nE "s/^($groups) +//p" "$project_dir/scripts/lib/packages.txt" | sort -u
 }
 
-# Prints the packages of the given groups that are not installed.
-missing_packages() {
+# Prints those of the given packages that are not installed.
+missing_among() {
     local name
-    for name in $(packages_of "$1"); do
+    for name in "$@"; do
         [[ $(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null) == installed ]] || printf '%s\n' "$name"
     done
 }
 
-# install_missing_packages GROUP...: asks the network only when something is missing;
-# fails only when what is still missing then is needed to build.
-install_missing_packages() {
-    local missing groups as_root=()
-    groups=$(IFS="|" && echo "$*")
+# Prints the packages of the given groups that are not installed.
+missing_packages() {
+    local names
+    mapfile -t names < <(packages_of "$1")
+    missing_among "${names[@]}"
+}
+
+# Asks the network only when something is missing, and goes on without what is not to be had.
+install_packages() {
+    local missing as_root=()
     have dpkg-query || { say "not a Debian system: packages are not looked at" && return; }
-    mapfile -t missing < <(missing_packages "$groups")
+    mapfile -t missing < <(missing_among "$@")
     ((${#missing[@]})) || return 0
     say "installing: ${missing[*]}"
     ((EUID == 0)) || ! have sudo || as_root=(sudo -n)
@@ -29,6 +34,14 @@ install_missing_packages() {
         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
             apt-get install -qy --no-install-recommends "${missing[@]}"; } >&2 ||
         say "could not install: ${missing[*]} (no network, or not root)"
-    mapfile -t missing < <(missing_packages build)
+}
+
+# install_missing_packages GROUP...: fails only when what is still missing then is needed to build.
+install_missing_packages() {
+    local missing=() names groups
+    groups=$(IFS="|" && echo "$*")
+    mapfile -t names < <(packages_of "$groups")
+    install_packages "${names[@]}"
+    ! have dpkg-query || mapfile -t missing < <(missing_packages build)
     ((${#missing[@]} == 0)) || die "cannot build without: ${missing[*]}"
 }

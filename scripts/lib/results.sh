@@ -1,13 +1,16 @@
 # shellcheck shell=bash
 # Counts results and closes with them. Source after common.sh.
 
-passed=0 failed=0 skipped=0 failures=() gaps=()
+start_counting() { passed=0 failed=0 skipped=0 failures=() gaps=(); }
+start_counting
 
 pass() { ((passed += ${1:-1})) || true; }
 
+add_failure() { failures+=("$1") && ((++failed)); }
+add_gap() { gaps+=("$1") && ((++skipped)); }
+
 fail() {
-    ((++failed))
-    failures+=("$1")
+    add_failure "$1"
     say "FAILED: $1"
 }
 
@@ -17,8 +20,7 @@ skip() {
         fail "$1 (not available here, and CI=true)"
         return
     fi
-    ((++skipped))
-    gaps+=("$1")
+    add_gap "$1"
     say "skipped: $1"
 }
 

@@ -9,7 +9,7 @@ readonly chroot_programs=(
     stat readlink realpath basename dirname echo printf head tail cut sort uniq tr wc tee
     seq sleep date expr test dd df od sync truncate id uname timeout kill mktemp cmp diff iconv
     grep sed awk find xargs strace ip iptables mount umount mdadm parted fdisk smartctl
-    openssl nslookup)
+    openssl nslookup jq fallocate)
 
 # A place for the copies where device nodes work.
 make_chroot_dir() {
@@ -18,7 +18,8 @@ make_chroot_dir() {
         root=$(mktemp -d "$place/disposable-root.XXXXXX") || continue
         mkdir "$root/dev"
         cp -a /dev/{null,zero,full,random,urandom} "$root/dev" 2>/dev/null || true
-        if : 2>/dev/null >"$root/dev/null"; then return 0; fi
+        # Not a file that this very test would make.
+        if [[ -c $root/dev/null ]] && : 2>/dev/null >"$root/dev/null"; then return 0; fi
         rm -rf -- "$root"
     done
     die "no place where device nodes can be made"
@@ -64,8 +65,9 @@ fill_chroot() {
     if [[ $program == /* ]]; then own=("$program"); fi
     for name in "$build"/libquorvel_bin*; do [[ -f $name ]] && own+=("$name"); done
     mapfile -t files < <({ list_chroot_programs "${own[@]}"; list_chroot_modules; } | sort -u)
-    # What an emulated program needs; elsewhere it is found in place.
-    read -ra more <<<"${QUORVEL_ROOT_FILES:-}"
+    # What an emulated program needs, a line each; elsewhere it is found in place.
+    more=()
+    [[ -z ${QUORVEL_ROOT_FILES:-} ]] || mapfile -t more <<<"$QUORVEL_ROOT_FILES"
     cp -L --parents -t "$root" -- "${files[@]}" "${more[@]}"
     mkdir -p "$root$project_dir"
     cp -a -t "$root$project_dir" -- "$project_dir"/{scripts,models,tests,fuzz}

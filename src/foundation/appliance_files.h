@@ -60,6 +60,7 @@ inline constexpr char kIscsiSessions[] = "/proc/net/iet/session";
 inline constexpr char kIscsiDisks[] = "/etc/tevra/iscsi_disks%d";  // configuration number
 inline constexpr char kServicePorts[] = "/etc/tevra/service_ports";
 inline constexpr char kBackupTask[] = "/etc/tevra/backup%d";  // task number
+inline constexpr char kFilterTool[] = "iptables";             // found on PATH, as the next two
 
 // Hardware
 inline constexpr char kTextLoopbackPort[] = "/dev/ttyS0";
@@ -68,5 +69,7 @@ inline constexpr char kModemLineMode[] = "/proc/quorvel/gpio/mctrl/mctrl_mode";
 inline constexpr char kForcedTx[] = "/proc/quorvel/gpio/mctrl/force_tx";
 inline constexpr char kMtdList[] = "/proc/mtd";
 inline constexpr char kMtdCharacterDevice[] = "/dev/mtdchar%d";  // number of the MTD device
+inline constexpr char kBootSettingsTool[] = "nvram";
+inline constexpr char kFlashEraseTool[] = "flash_eraseall";
 
 }  // namespace quorvel::files

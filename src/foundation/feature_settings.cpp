@@ -1,5 +1,8 @@
 // The model's feature settings in /etc/nas_feature: typed getters, and changing one through the
 // firmware's tools.
+#include "foundation/feature_settings.h"
+
+#include "foundation/answer.h"
 #include "foundation/appliance_files.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
@@ -24,6 +27,11 @@ int is_series(const char* quoted_name, int when_missing) {
 }
 
 }  // namespace
+
+int quorvel::network_port_count() {
+    QuietScope quiet;
+    return LibQuorvelBin_GetConfValByKey(kNetworkPortCount);
+}
 
 int LibQuorvelBin_GetConfValInStringByKey(char* dst, size_t size, const char* key) {
     return get_StringbyKey(files::kFeature, key, dst, size) != nullptr ? 0 : -1;

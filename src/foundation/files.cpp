@@ -13,12 +13,12 @@ namespace {
 
 constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
-Descriptor open_path(WholeText path, int flags) {
+Descriptor open_path(WholeText path, int flags, mode_t mode = 0) {
     if (path.text == nullptr) {
         errno = ENAMETOOLONG;
         return Descriptor();
     }
-    return above_standard(open(path.text, flags));
+    return above_standard(open(path.text, flags, mode));
 }
 
 mode_t type_of(const struct stat& status) {
@@ -39,6 +39,7 @@ Descriptor open_for_reading(WholeText path) {
 
 Descriptor open_for_reading(WholeText path, mode_t& type) {
     struct stat status;
+    if (path.text == nullptr) errno = ENAMETOOLONG;
     type = path.text != nullptr && stat(path.text, &status) == 0 ? type_of(status) : 0;
     if (type != S_IFREG && type != S_IFDIR) return Descriptor();
     Descriptor file = open_path(path, kReadFlags);
@@ -57,6 +58,13 @@ Descriptor open_trusted(WholeText path) {
 
 Descriptor open_for_update(WholeText path) {
     return open_path(path, O_RDWR | O_CLOEXEC | O_NOCTTY);
+}
+
+Descriptor create_anew(WholeText path, mode_t mode) {
+    constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+    Descriptor file = open_path(path, kFlags, mode);
+    if (file || errno != EEXIST || unlink(path.text) != 0) return file;
+    return open_path(path, kFlags, mode);
 }
 
 Directory open_directory(WholeText path) {

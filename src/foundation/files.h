@@ -23,6 +23,9 @@ namespace quorvel {
 /// Opens an existing file or device for reading and writing, close-on-exec; never creates or truncates.
 [[nodiscard]] Descriptor open_for_update(WholeText path);
 
+/// Makes a file and opens it for writing, close-on-exec. Whatever has this name is removed first and never written to.
+[[nodiscard]] Descriptor create_anew(WholeText path, mode_t mode);
+
 /// A directory to walk with readdir, or null.
 [[nodiscard]] Directory open_directory(WholeText path);
 

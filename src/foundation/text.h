@@ -38,9 +38,28 @@ struct Text {
         length = format_at(chars, Size, length, cut, format, arguments);
         va_end(arguments);
     }
-    void add(std::string_view text) { length = add_at(chars, Size, length, cut, text); }
+    // A report of thousands of lines is put together of short parts: those that fit cost no call, a third of all.
+    void add(std::string_view text) {
+        if (text.size() >= Size - length) {
+            length = add_at(chars, Size, length, cut, text);
+            return;
+        }
+        memcpy(chars + length, text.data(), text.size());
+        length += text.size();
+        chars[length] = '\0';
+    }
+    void clear() {
+        length = 0;
+        cut = false;
+        chars[0] = '\0';
+    }
     const char* c_str() const { return chars; }
 };
+
+template <size_t Size>
+std::string_view view(const Text<Size>& text) {
+    return {text.chars, text.length};
+}
 
 /// A text that is all there: what opens, looks at or runs something takes one, since a part of a path or of a command
 /// line would be another one. Null for a text that had to be cut.

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 
 namespace quorvel {
@@ -32,11 +33,12 @@ bool has_forced_tx() {
 }
 
 int set_forced_tx(int level) {
-    if (level != 0 && level != 1) return -1;
+    if (level != 0 && level != 1) return fail(EINVAL);
     return write_setting(files::kForcedTx, level == 1 ? "1" : "0") ? 0 : -1;
 }
 
 void drive_forced_tx(bool high) {
+    // What cannot be written does not read back either.
     (void)write_setting(files::kModemLineMode, kGpio);
     (void)set_forced_tx(high ? 1 : 0);
 }

@@ -4,13 +4,13 @@
 namespace quorvel {
 
 /// Whether this board has such a line.
-bool has_forced_tx();
+[[nodiscard]] bool has_forced_tx();
 
 /// Switches the line to the GPIO and forces its level.
 void drive_forced_tx(bool high);
 
 /// Whether the line is on the GPIO and forced high.
-bool is_forced_tx_high();
+[[nodiscard]] bool is_forced_tx_high();
 
 /// Forces the level of the line: 0 or 1. -1 for any other level, or when it cannot be written.
 int set_forced_tx(int level);

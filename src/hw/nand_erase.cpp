@@ -2,9 +2,12 @@
 
 #include <stdio.h>
 
+#include <optional>
 #include <string_view>
 
 #include "foundation/appliance_files.h"
+#include "foundation/child.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/numbers.h"
@@ -21,6 +24,7 @@ constexpr size_t kLine = 1024;
 
 using Line = Text<kLine + 1>;
 using Device = Text<32>;
+using Command = Text<kCommandSize>;
 
 // What the shell could not find or execute was not started, and neither was what nobody can tell of: this is about a
 // board that still has to boot afterwards.
@@ -31,40 +35,35 @@ bool was_started(CommandOutput& command) {
 
 // The text in front of the first colon of the first line that shows the partition's name; empty when there is none.
 //   mtd2: 00040000 00010000 "nboot"
-void find_mtd(const char* name, Line& mtd) {
-    Descriptor list = open_for_reading(files::kMtdList);
-    if (!list) {
-        puts("Can't open /proc/mtd (don't mount procfs?)");
-        return;
-    }
+Line find_mtd(const char* name) {
+    LineFile list(open_for_reading(files::kMtdList), kLine);
+    if (!list) puts("Can't open /proc/mtd (don't mount procfs?)");
     Line quoted("\"%s\"", name);
-    LineReader lines(list.number, kLine);
-    for (std::string_view piece; !quoted.cut && !(piece = next_piece(lines)).empty();) {
-        if (piece.find(quoted.c_str()) == std::string_view::npos) continue;
+    Line mtd;
+    for (std::string_view piece; !quoted.cut && !(piece = next_piece(list.reader)).empty();) {
+        if (piece.find(view(quoted)) == piece.npos) continue;
         const size_t length = piece.find(':');
-        if (length != std::string_view::npos) {
-            mtd.append("%.*s", static_cast<int>(length), piece.data());
-        } else if (piece.size() == kLine) {
-            puts("Not enough area!");
-        }
-        return;
+        if (length != piece.npos) mtd.add(piece.substr(0, length));
+        if (length == piece.npos && piece.size() == kLine) puts("Not enough area!");
+        break;
     }
+    return mtd;
 }
 
 // The character device of one of the first eight MTD devices, otherwise empty.
-Device device_of(const char* name) {
+Device device_of(const Line& mtd) {
     constexpr int kDevices = 8;
-    const int number = number_after(name, "mtd").value_or(-1);
     Device device;
-    if (number < 0 || number >= kDevices) return device;
-    if (std::string_view(Device("mtd%d", number).c_str()) == name) device.append(files::kMtdCharacterDevice, number);
+    for (int number = 0; number < kDevices && device.length == 0; number++) {
+        if (view(Device("mtd%d", number)) == view(mtd)) device.append(files::kMtdCharacterDevice, number);
+    }
     return device;
 }
 
 }  // namespace
 
 int get_nand_boot(void) {
-    CommandOutput command(Text<kCommandSize>("nvram -c get %s", kNandBoot), kLine);
+    CommandOutput command(Command("%s -c get %s", files::kBootSettingsTool, kNandBoot), kLine);
     std::optional<int> setting;
     for (char* line : command) {
         setting = number_after(line, "=");
@@ -74,33 +73,32 @@ int get_nand_boot(void) {
 }
 
 int clear_nand_boot(void) {
-    CommandOutput command(Text<kCommandSize>("nvram -c set %s %d", kNandBoot, 0), kLine);
+    CommandOutput command(Command("%s -c set %s %d", files::kBootSettingsTool, kNandBoot, 0), kLine);
     bool line_ended = true;
     for (std::string_view piece; !(piece = next_piece(command.lines)).empty(); line_ended = piece.ends_with('\n'))
-        (void)fwrite(piece.data(), 1, piece.size(), stdout);
+        (void)fwrite(piece.data(), 1, piece.size(), stdout);  // what nobody can see changes nothing
     if (!line_ended) putchar('\n');
     return was_started(command) ? 0 : -1;
 }
 
 int erase_mtd_by_name(const char* name) {
-    if (name == nullptr) return -1;
-    Line mtd;
-    find_mtd(name, mtd);
-    Device device = device_of(mtd.c_str());
+    if (name == nullptr) return fail(EINVAL);
+    Device device = device_of(find_mtd(name));
     printf("Erasing %s ...\n", device.c_str());
-    (void)fflush(stdout);
+    (void)fflush(stdout);  // as above
 
-    Text<kCommandSize> text("flash_eraseall %s", ShellWord(device.c_str()).c_str());
+    Command text("%s %s", files::kFlashEraseTool, device.c_str());
     CommandOutput command(text, kLine);
     while (!next_piece(command.lines).empty()) {
     }
     if (was_started(command)) return 0;
     printf("Command execute failed(cmd=%s)\n", text.c_str());
-    return -1;
+    return fail(ENOPKG);
 }
 
 int LibQuorvelBin_NandErase(void) {
-    HeldSignals held;
+    // Between the setting and the second partition the appliance has nothing whole to boot from.
+    HeldSignals until_erased;
     if (get_nand_boot() != 0 && clear_nand_boot() != 0) {
         puts("Warning! Disabling NandBoot failed!");
         return 3;

@@ -10,6 +10,7 @@
 #include <span>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "hw/forced_tx.h"
 #include "hw/modem_lines.h"
@@ -56,33 +57,52 @@ constexpr Pattern kLinePortPatterns[] = {
 };
 // clang-format on
 
-struct LineTest {
+struct PortTest {
+    const char* port;
     std::span<const Pattern> patterns;
     int reads;          // of the lines after each step, until they match
     bool carries_text;  // flush what came before each step, and name each failed one
     bool may_force_tx;  // the Tx line may be a GPIO
 };
 
-constexpr LineTest kTextPortTest = {kTextPortPatterns, 3, true, false};
-constexpr LineTest kLinePortTest = {kLinePortPatterns, 1, false, true};
+constexpr PortTest kTextPortTest = {files::kTextLoopbackPort, kTextPortPatterns, 3, true, false};
+constexpr PortTest kLinePortTest = {files::kLineLoopbackPort, kLinePortPatterns, 1, false, true};
+
+// The platforms with another port than kLinePortTest's.
+struct PlatformPort {
+    int platform;
+    const PortTest* test;
+};
+constexpr PlatformPort kPlatformPorts[] = {
+    {PLATFORM_BOREL,      &kTextPortTest},
+    {PLATFORM_NISK_12BAY, &kTextPortTest},
+};
+
+const PortTest& test_of(int platform) {
+    for (const PlatformPort& row : kPlatformPorts) {
+        if (row.platform == platform) return *row.test;
+    }
+    return kLinePortTest;
+}
 
 void report(const char* text) {
     if (from_cmdline != 0) puts(text);
 }
 
-void drive(int port, int lines, const LineTest& test) {
+// Results of the ioctls are not looked at: a line that cannot be driven or read shows as a failed step.
+void drive(int port, int lines, const PortTest& test) {
     (void)ioctl(port, TIOCMSET, &lines);
     if (test.may_force_tx && has_forced_tx()) drive_forced_tx((lines & kTx) != 0);
 }
 
-int read_once(int port, const LineTest& test) {
+int read_once(int port, const PortTest& test) {
     int lines = 0;
     (void)ioctl(port, TIOCMGET, &lines);
     if (test.may_force_tx && is_forced_tx_high()) lines |= kTx;
     return lines;
 }
 
-int read_until(int port, int wanted, const LineTest& test) {
+int read_until(int port, int wanted, const PortTest& test) {
     constexpr useconds_t kPause = 100;
     int lines = 0;
     for (int i = 0; i < test.reads; i++) {
@@ -93,7 +113,7 @@ int read_until(int port, int wanted, const LineTest& test) {
     return lines;
 }
 
-bool passes(int port, const Pattern& pattern, const LineTest& test) {
+bool passes(int port, const Pattern& pattern, const PortTest& test) {
     const int wanted = pattern.driven | pattern.answering;
     if (test.carries_text) (void)ioctl(port, TCFLSH, TCIOFLUSH);
     drive(port, pattern.driven, test);
@@ -104,7 +124,7 @@ bool passes(int port, const Pattern& pattern, const LineTest& test) {
 }
 
 // A bit for every step that failed.
-int failed_steps(int port, const LineTest& test) {
+int failed_steps(int port, const PortTest& test) {
     int mask = 0;
     for (size_t i = 0; i < test.patterns.size(); i++) {
         if (!passes(port, test.patterns[i], test)) mask |= 1 << i;
@@ -147,34 +167,31 @@ bool returns_text(int port) {
     return count == static_cast<ssize_t>(kLength) && memcmp(answer, kText, kLength) == 0;
 }
 
-int test_text_port() {
+int test_text_port(const PortTest& test) {
     // Never closed: closing would drop the lines that the plug is being watched on.
-    const int port = open_for_update(files::kTextLoopbackPort).release();
+    const int port = open_for_update(test.port).release();
     if (port < 0) return -1;
     set_up_text_port(port);
     const bool returned = returns_text(port);
     report(returned ? "Loop back test success." : "Loop back test failed.");
-    if (!returned) return -1;
-    const int mask = failed_steps(port, kTextPortTest);
+    if (!returned) return fail(EIO);
+    const int mask = failed_steps(port, test);
     if (mask == 0) report("OK");
     if (mask != 0 && from_cmdline != 0) printf("NG retval = %d\n", mask);
     return mask;
 }
 
-int test_line_port() {
-    Descriptor port = open_for_update(files::kLineLoopbackPort);
+int test_line_port(const PortTest& test) {
+    Descriptor port = open_for_update(test.port);
     if (!port) return -1;
-    const int mask = failed_steps(port.number, kLinePortTest);
+    const int mask = failed_steps(port.number, test);
     report(mask == 0 ? "OK" : "NG");
     return mask;
-}
-
-bool has_text_port() {
-    return LibQuorvelBin_IsBorelPlatform() == 1 || LibQuorvelBin_IsNiskPlatform12Bay() == 1;
 }
 
 }  // namespace
 
 int LibQuorvelBin_UpsTest(void) {
-    return has_text_port() ? test_text_port() : test_line_port();
+    const PortTest& test = test_of(LibQuorvelBin_GetPlatform());
+    return test.carries_text ? test_text_port(test) : test_line_port(test);
 }

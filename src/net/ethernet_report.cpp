@@ -8,9 +8,9 @@
 
 #include <span>
 
-#include "foundation/answer.h"
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
+#include "foundation/feature_settings.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/numbers.h"
@@ -87,13 +87,8 @@ void print_record(const struct eth_info& info) {
     printf("mtu=%d\n", info.mtu);
 }
 
-int port_count() {
-    QuietScope quiet;
-    return LibQuorvelBin_GetConfValByKey("DEVICE_NETWORK_NUM");
-}
-
 int report_every_port() {
-    int count = port_count();
+    int count = network_port_count();
     for (int i = 0; i < count; i++) {
         struct eth_info info = {};
         Text<32> name("eth%d", i);

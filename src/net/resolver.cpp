@@ -39,7 +39,7 @@ Descriptor open_resolver_settings() {
     printf(there ? "can't open resover setting file(%s)\n" : "resover setting file(%s) is not exist!\n",
            files::kResolverSettings);
     errno = reason;
-    return file;
+    return Descriptor();
 }
 
 // The first two fields of a line that has two.

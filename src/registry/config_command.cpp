@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "foundation/failure.h"
 #include "foundation/options.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
@@ -45,8 +46,7 @@ void clear_buffers() {
         memset(buffer, '\0', kRegistryText);
 }
 
-bool asks_for_usage(int argc, char** argv) {
-    OptionVector vector(argc, argv);
+bool asks_for_usage(OptionVector& vector) {
     // Only in front of the operation: a key or a value may begin with "-".
     for (int option; (option = getopt(vector.count, vector.arguments, "+h")) != -1;) {
         if (option == 'h') return true;
@@ -56,7 +56,11 @@ bool asks_for_usage(int argc, char** argv) {
 
 bool take_key_and_value(const char* key, const char* value) {
     // Half a value must not be stored as if it were the whole.
-    if (strlen(value) >= sizeof scKeyRegVal || LibQuorvelBin_SeparateRegKeyAndPath(key) != 0) return false;
+    if (strlen(value) >= sizeof scKeyRegVal) {
+        errno = ENAMETOOLONG;
+        return false;
+    }
+    if (LibQuorvelBin_SeparateRegKeyAndPath(key) != 0) return false;
     copy_text(scKeyRegVal, sizeof scKeyRegVal, value);
     trace(kTrace, "%s : scKeyName=%s\n", kFunction, scKeyName);
     trace(kTrace, "%s : scKeyPath=%s\n", kFunction, scKeyPath);
@@ -74,16 +78,20 @@ int LibQuorvelBin_ConfigHelperShowUsage(void) {
 int LibQuorvelBin_ConfigHelper(int argc, char** argv) {
     clear_buffers();
     int count = std::max(argument_count(argc, argv) - 1, 0);
-    if (count > 0 && asks_for_usage(count, argv + 1)) return LibQuorvelBin_ConfigHelperShowUsage();
+    {
+        OptionVector vector(count, count > 0 ? argv + 1 : nullptr);
+        if (!vector) return fail(EINVAL);
+        if (asks_for_usage(vector)) return LibQuorvelBin_ConfigHelperShowUsage();
+    }
     trace(kTrace, "argc=%d\n", std::max(count - 1, 0));
-    if (count < 3) return -1;
+    if (count < 3) return fail(EINVAL);
 
     const char* word = argv[2];
     trace(kTrace, "argv[0]=%s\nstrlen(argv[0])=%lu\n", word, static_cast<unsigned long>(strlen(word)));
     const OperationWord* operation = find_operation(word);
     if (operation == nullptr) return LibQuorvelBin_ConfigHelperShowUsage();
     trace(kTrace, "%s\n", operation->trace);
-    if (count != operation->arguments) return -1;
+    if (count != operation->arguments) return fail(EINVAL);
 
     if (!take_key_and_value(argv[3], operation->code == kConfigWrite ? argv[4] : "")) return -1;
     if (LibQuorvelBin_ConfigOperation(operation->code) != 0) return -1;

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "foundation/failure.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
 #include "quorvel/foundation.h"
@@ -69,6 +70,7 @@ bool quorvel::append_path(char* path, size_t size, const char* components) {
 
 void quorvel::append_dotted(char* dotted, size_t size, const char* path) {
     PathItems items;
+    // A path of the registry has no more components, and its dotted form is for people.
     (void)push_components(items, without_root(path), "/");
     (void)append_items(dotted, size, '.', items);
 }
@@ -83,20 +85,21 @@ void quorvel::append_dotted_in_place(char* path, size_t size) {
 
 int LibQuorvelBin_SeparateRegKeyAndPath(const char* key) {
     // A cut key would name another entry.
-    if (strlen(key) >= sizeof pscSrc) return -1;
+    if (strlen(key) >= sizeof pscSrc) return fail(ENAMETOOLONG);
     copy_text(pscSrc, sizeof pscSrc, key);
     trace(kTrace, "%s: pscSrc=%s\n", __func__, pscSrc);
     bool slash_form = contains(pscSrc, "/");
-    if (!slash_form && !contains(pscSrc, ".")) return -1;
+    if (!slash_form && !contains(pscSrc, ".")) return fail(EINVAL);
 
     char* p = pscSrc + strcspn(pscSrc, ".");
     if (*p != '\0') *p++ = '\0';
     trace(kTrace, "pscKey=%s\n", pscSrc);
     trace(kTrace, "p=%s\n", p);
     if (slash_form) {
+        // No word is an empty name, and an empty file one that does not exist.
         (void)LibQuorvelBin_GetLastWord(scKeyName, pscSrc, "/", sizeof scKeyName - 1);
         return LibQuorvelBin_AvoidLastWord(scKeyPath, pscSrc, "/");
     }
     copy_text(scKeyName, sizeof scKeyName, pscSrc);
-    return append_path(scKeyPath, sizeof scKeyPath, p) ? 0 : -1;
+    return append_path(scKeyPath, sizeof scKeyPath, p) ? 0 : fail(ENAMETOOLONG);
 }

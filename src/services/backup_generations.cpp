@@ -2,11 +2,8 @@
 
 #include <stdint.h>
 #include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
 #include <time.h>
-
-#include <algorithm>
 
 #include "foundation/files.h"
 #include "foundation/numbers.h"
@@ -17,36 +14,34 @@ using namespace quorvel;
 
 namespace {
 
-// Names longer than a time stamp are held to the largest number.
-uint64_t generation_number(const char* name) {
-    return strtoull(name, nullptr, 10);
+// Names are digits only; those longer than a time stamp are held to the largest number.
+int64_t generation_number(const char* name) {
+    return leading_number(name);
 }
 
 // The greatest name in a task's directory but `own`: a run that is under way may have made that
 // already for an earlier pair, and nothing can be linked from a destination to itself.
-bool find_last(const char* task_directory, std::string_view own, Text<256>& last) {
+// Empty when there is none.
+Text<256> find_last(WholeText task_directory, std::string_view own) {
     Directory directory = open_directory(task_directory);
-    if (!directory) return false;
-    bool found = false;
-    while (const struct dirent* entry = readdir(directory.get())) {
-        if (is_dot_entry(entry->d_name) || !is_all_digits(entry->d_name) || own == entry->d_name) continue;
-        if (found && generation_number(entry->d_name) <= generation_number(last.c_str())) continue;
+    Text<256> last;
+    while (const struct dirent* entry = directory ? readdir(directory.get()) : nullptr) {
+        if (!is_all_digits(entry->d_name) || own == entry->d_name) continue;
+        if (last.length != 0 && generation_number(entry->d_name) <= generation_number(last.c_str())) continue;
         last = Text<256>("%s", entry->d_name);
-        found = true;
     }
-    return found;
+    return last;
 }
 
-// How many levels a path leads down.
+// How many levels a path leads down. It has no component "..".
 int depth(const char* path) {
     int levels = 0;
     for (path += strspn(path, "/"); *path != '\0'; path += strspn(path, "/")) {
         std::string_view component(path, strcspn(path, "/"));
-        if (component == "..") levels--;
-        if (component != ".." && component != ".") levels++;
+        if (component != ".") levels++;
         path += component.size();
     }
-    return std::max(levels, 0);
+    return levels;
 }
 
 }  // namespace
@@ -64,8 +59,8 @@ int LibQuorvelBin_GetLastDestTarget(char* dst, size_t size, const char* destinat
     const char* own = destination + generation;
     const char* behind = own + strcspn(own, "/");
     Text<kAddressText> task_directory("%.*s", static_cast<int>(generation), destination);
-    Text<256> last;
-    if (!find_last(task_directory.c_str(), {own, behind}, last)) return -1;
+    Text<256> last = find_last(task_directory, {own, behind});
+    if (last.length == 0) return -1;
 
     Text<kLinkTarget> target;
     for (int level = depth(own); level > 0; level--)

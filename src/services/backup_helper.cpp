@@ -2,6 +2,7 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "foundation/failure.h"
 #include "foundation/numbers.h"
 #include "foundation/options.h"
 #include "foundation/text.h"
@@ -17,7 +18,7 @@ namespace {
 constexpr int kMajorVersion = 0;
 constexpr int kMinorVersion = 1;
 
-void show_usage() {
+void print_usage() {
     printf("Usage of backup helper - Version %d.%02d.\n\n", kMajorVersion, kMinorVersion);
     printf("%20s: Get the location of backup destination of specifed backup task\n", "GetDestination");
     printf("%20s  GetDestination taskno pareno\n", "");
@@ -45,14 +46,12 @@ void print_generation(const BackupTask& task, const BackupLocation& source, cons
 
 // Prints what rsync needs for a pair; false when there is no such pair.
 bool print_pair(const BackupTask& task, int number, const char* generation) {
-    char source_entry[kTaskLine];
-    char destination_entry[kTaskLine];
-    if (!find_pair(task, number, source_entry, destination_entry)) return false;
-    BackupLocation source;
-    BackupLocation destination;
-    locate(source_entry, source);
-    locate(destination_entry, destination);
+    std::optional<BackupPair> pair = find_pair(task, number);
+    if (!pair) return false;
+    BackupLocation source = locate(pair->source);
+    BackupLocation destination = locate(pair->destination);
     if (task.hardlink == kOn && !contains(destination.address.c_str(), "rsync://")) {
+        if (!is_safe_for_rsync(text_or_empty(task.name))) return false;
         print_generation(task, source, destination, generation);
     } else {
         printf("%s %s\n", source.address.c_str(), destination.address.c_str());
@@ -66,7 +65,7 @@ bool get_destination(int argc, char** argv) {
     if (argc != 4 || LibQuorvelBin_LoadTaskInfo(argv[2], &task) != 0) return false;
     char generation[kGenerationName] = "";
     if (task.hardlink == kOn) name_generation(generation);
-    (void)print_pair(task, leading_int(argv[3]), generation);
+    (void)print_pair(task, leading_int(argv[3]), generation);  // a missing pair is no failure
     return true;
 }
 
@@ -126,6 +125,6 @@ bool run_operation(int argc, char** argv) {
 int LibQuorvelBin_BackupHelperEntry(int argc, char** argv) {
     int count = argument_count(argc, argv);
     if (count >= 2 && run_operation(count, argv)) return 0;
-    show_usage();
-    return count < 2 ? -1 : 0;
+    print_usage();
+    return count < 2 ? fail(EINVAL) : 0;
 }

@@ -17,7 +17,8 @@ bool is_other_machine(const char* host) {
 
 }  // namespace
 
-void locate(const char* entry, BackupLocation& location) {
+BackupLocation locate(const char* entry) {
+    BackupLocation location;
     char host[kTaskLine] = "";
     char place[kTaskLine] = "";
     if (contains(entry, "@")) {
@@ -31,7 +32,7 @@ void locate(const char* entry, BackupLocation& location) {
     char sub[kTaskLine] = "";
     if (LibQuorvelBin_GetSpecifiedKey(directory, sizeof directory, place, "/", 2) != 0) {
         location.address.append("%s", entry);
-        return;
+        return location;
     }
     (void)LibQuorvelBin_GetSpecifiedKey(sub, sizeof sub, place, "/", 3);
 
@@ -44,6 +45,7 @@ void locate(const char* entry, BackupLocation& location) {
     } else {
         location.address.append("%s/", place);
     }
+    return location;
 }
 
 }  // namespace quorvel

@@ -17,8 +17,7 @@ struct BackupLocation {
     Text<kAddressText> origin;   // "HOST/SUB", the place of a source in a generation; may be empty
 };
 
-/// Fills `location`, which is empty before. An entry without a share and a directory is its own
-/// address and has no origin.
-void locate(const char* entry, BackupLocation& location);
+/// An entry without a share and a directory is its own address and has no origin.
+[[nodiscard]] BackupLocation locate(const char* entry);
 
 }  // namespace quorvel

@@ -4,10 +4,12 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <algorithm>
 #include <span>
 
 #include "foundation/appliance_files.h"
 #include "foundation/code_table.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/numbers.h"
@@ -49,6 +51,8 @@ constexpr CodeName on_off_list[] = {
 // How a setting is read and printed. Each kind uses the columns of its own.
 enum class Kind { kCode, kText, kStartTime, kGeneration };
 
+constexpr char kFolder[] = "folder";
+
 // The keys of a task file, in the order in which the settings are printed.
 struct Setting {
     const char* key;
@@ -67,7 +71,7 @@ constexpr Setting conf_list[] = {
     {"overwrite",  Kind::kCode,       on_off_list, &BackupTask::overwrite},
     {"crypt",      Kind::kCode,       on_off_list, &BackupTask::crypt},
     {"compress",   Kind::kCode,       on_off_list, &BackupTask::compress},
-    {"folder",     Kind::kText,       {},          nullptr, &BackupTask::folder},
+    {kFolder,      Kind::kText,       {},          nullptr, &BackupTask::folder},
     {"trashbox",   Kind::kCode,       on_off_list, &BackupTask::trashbox},
     {"mirror",     Kind::kCode,       on_off_list, &BackupTask::mirror},
     {"logfile",    Kind::kCode,       on_off_list, &BackupTask::logfile},
@@ -118,13 +122,33 @@ void take_setting(BackupTask& task, const Setting& setting, const char* value) {
     }
 }
 
-void take_line(BackupTask& task, const char* line) {
+// The last entry of a list that was cut is another one than the list's.
+void drop_last_entry(char* list) {
+    size_t separator = std::string_view(list).rfind("<>");
+    list[separator != std::string_view::npos ? separator : 0] = '\0';
+}
+
+void take_line(BackupTask& task, const char* line, bool cut) {
     char key[kTaskLine] = "";
     char value[kTaskLine] = "";
     (void)LibQuorvelBin_GetSpecifiedKey(key, sizeof key, line, "=", 1);
     (void)LibQuorvelBin_GetSpecifiedKey(value, sizeof value, line, "=", 2);
+    if (cut && strcmp(key, kFolder) == 0) drop_last_entry(value);
     for (const Setting& setting : conf_list) {
         if (strcmp(key, setting.key) == 0) return take_setting(task, setting, value);
+    }
+}
+
+// Every line up to kTaskLine - 1 characters; the rest of a longer one is no line of its own.
+void take_lines(BackupTask& task, LineFile& file) {
+    bool inside = false;
+    for (char* line : file) {
+        bool begins = !inside;
+        inside = strlen(line) == kTaskLine && line[kTaskLine - 1] != '\n';
+        if (!begins) continue;
+        if (inside) fprintf(stderr, "backup: task %d has a line above %zu characters\n", task.number, kTaskLine - 1);
+        line[inside ? kTaskLine - 1 : strcspn(line, "\n")] = '\0';
+        take_line(task, line, inside);
     }
 }
 
@@ -137,7 +161,9 @@ void quorvel::print_task(const BackupTask& task) {
                 printf("%s=%s\n", setting.key, name_of(setting.list, task.*setting.code, "Unknown"));
                 break;
             case Kind::kText:
-                printf("%s=%s\n", setting.key, text_or_empty(task.*setting.text));
+                printf("%s=", setting.key);
+                print_foreign(text_or_empty(task.*setting.text));
+                putchar('\n');
                 break;
             case Kind::kStartTime:
                 printf("%s=%d:%02d\n", setting.key, task.hour, task.minute);
@@ -149,26 +175,43 @@ void quorvel::print_task(const BackupTask& task) {
     }
 }
 
-bool quorvel::find_pair(const BackupTask& task, int number, char* source, char* destination) {
-    if (number < 1 || number > INT_MAX / 2) return false;
+bool quorvel::is_safe_for_rsync(const char* text) {
+    bool control = false;
+    bool climbs = false;
+    bool option = false;
+    // "@" ends a host, in front of what may become an address of its own.
+    constexpr char kEnds[] = "/@ ";
+    for (const char* part = text;; part++) {
+        std::string_view component(part, strcspn(part, kEnds));
+        control = control || std::any_of(component.begin(), component.end(), is_control_byte);
+        climbs = climbs || component == "..";
+        option = option || (component.starts_with('-') && (part == text || part[-1] != '/'));
+        part += component.size();
+        if (*part == '\0') break;
+    }
+    if (!control && !climbs && !option) return true;
+    fputs("backup: a folder entry or name with a control byte, a \"..\" or a word that begins with \"-\" is left out\n",
+          stderr);
+    return false;
+}
+
+std::optional<BackupPair> quorvel::find_pair(const BackupTask& task, int number) {
+    if (number < 1 || number > INT_MAX / 2) return {};
     const char* list = text_or_empty(task.folder);
-    return LibQuorvelBin_GetSpecifiedKey(source, kTaskLine, list, "<>", 2 * number - 1) == 0 &&
-           LibQuorvelBin_GetSpecifiedKey(destination, kTaskLine, list, "<>", 2 * number) == 0;
+    BackupPair pair;
+    if (LibQuorvelBin_GetSpecifiedKey(pair.source, kTaskLine, list, "<>", 2 * number - 1) != 0) return {};
+    if (LibQuorvelBin_GetSpecifiedKey(pair.destination, kTaskLine, list, "<>", 2 * number) != 0) return {};
+    if (!is_safe_for_rsync(pair.source) || !is_safe_for_rsync(pair.destination)) return {};
+    return pair;
 }
 
 int LibQuorvelBin_LoadTaskInfo(const char* number, BackupTask* task) {
     if (!is_all_digits(number)) {
         printf("%s : -1\n", __func__);
-        return -1;
+        return fail(EINVAL);
     }
     task->number = leading_int(number);
-    Descriptor file = open_for_reading(Text<64>(files::kBackupTask, task->number).c_str());
-    if (!file) return 0;
-    LineReader reader(file.number, kTaskLine - 1);
-    char line[kTaskLine];
-    while (next_line(reader, line, sizeof line)) {
-        cut_at_line_feed(line);
-        take_line(*task, line);
-    }
+    LineFile file(open_for_reading(Text<64>(files::kBackupTask, task->number)), kTaskLine);
+    take_lines(*task, file);
     return 0;
 }

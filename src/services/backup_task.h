@@ -3,6 +3,8 @@
 
 #include <stddef.h>
 
+#include <optional>
+
 #include "foundation/handles.h"
 
 namespace quorvel {
@@ -41,9 +43,19 @@ inline const char* text_or_empty(const Heap<char>& text) {
     return text ? text.get() : "";
 }
 
-/// Source and destination entry of a task's n-th pair, counted from 1, each in a buffer of
-/// kTaskLine bytes. False when the pair is not complete.
-bool find_pair(const BackupTask& task, int number, char* source, char* destination);
+/// The two entries of a pair.
+struct BackupPair {
+    char source[kTaskLine] = "";
+    char destination[kTaskLine] = "";
+};
+
+/// A task's n-th pair, counted from 1; none when it is not complete, or when an entry is one that rsync could take for
+/// something else (which is told on standard error).
+[[nodiscard]] std::optional<BackupPair> find_pair(const BackupTask& task, int number);
+
+/// Whether a text can be part of an rsync command line that a script splits at blanks: no control byte, no component
+/// "..", no word that begins with "-". One that cannot is told on standard error.
+[[nodiscard]] bool is_safe_for_rsync(const char* text);
 
 }  // namespace quorvel
 

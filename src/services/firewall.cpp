@@ -1,15 +1,15 @@
-// The firewall command: its options, its texts, and which ports file it uses.
+// The firewall command: its options and its texts.
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
-#include "foundation/appliance_files.h"
+#include "foundation/failure.h"
+#include "foundation/feature_settings.h"
 #include "foundation/files.h"
-#include "foundation/handles.h"
 #include "foundation/options.h"
-#include "quorvel/foundation.h"
 #include "quorvel/services.h"
 #include "services/firewall_rules.h"
+#include "services/ports_file.h"
 
 using namespace quorvel;
 
@@ -17,9 +17,8 @@ namespace {
 
 constexpr int kMajorVersion = 0;
 constexpr int kMinorVersion = 11;
-constexpr size_t kLongestPath = 1024;
 
-int show_usage() {
+int print_usage() {
     printf("\nQUORVEL INC. NAS firewall utility Ver.%d.%02d\n\n", kMajorVersion, kMinorVersion);
     puts("Usage   : firewall [ope]\n");
     puts("Bellows are acceptable operation([ope])");
@@ -32,10 +31,10 @@ int show_usage() {
     puts("  --version    : Show version.");
     puts("  --help       : Show this message.");
     puts("");
-    return -1;
+    return fail(EINVAL);
 }
 
-int show_version() {
+int print_version() {
     printf("Ver.%d.%02d\n", kMajorVersion, kMinorVersion);
     return 0;
 }
@@ -49,32 +48,6 @@ int list_ports() {
         putchar('\n');
     }
     return 0;
-}
-
-// "1<>" for every port, or null.
-Heap<char> allowing_flags(int ports) {
-    constexpr char kAllow[] = "1<>";
-    constexpr size_t kLength = sizeof kAllow - 1;
-    size_t count = ports > 0 ? static_cast<size_t>(ports) : 0;
-    Heap<char> flags(count < SIZE_MAX / kLength ? static_cast<char*>(malloc(kLength * count + 1)) : nullptr);
-    if (!flags) return flags;
-    for (size_t i = 0; i < count; i++)
-        memcpy(flags.get() + i * kLength, kAllow, kLength);
-    flags.get()[count * kLength] = '\0';
-    return flags;
-}
-
-int write_default_file() {
-    Heap<char> flags = allowing_flags(network_port_count());
-    if (!flags) return -1;
-    File file(fopen(files::kServicePorts, "we"));
-    if (!file) {
-        printf("Can't open config file(%s)\n", files::kServicePorts);
-        return -1;
-    }
-    for (const firewall_service& service : set_firewall_tab)
-        fprintf(file.get(), "%s<>%s;\n", service.name, flags.get());
-    return fflush(file.get()) == 0 && ferror(file.get()) == 0 ? 0 : -1;
 }
 
 // The length of the conversion that printf would see at a "%", up to its letter; 0 when it would
@@ -109,29 +82,25 @@ Heap<char> expand_path(const char* argument) {
     return path;
 }
 
-// The ports file to use, or null. `requested` is null without --config.
-const char* choose_ports_file(const char* requested) {
-    if (requested != nullptr && strlen(requested) >= 2) {
-        if (IsFileExist(requested) != 0) return strlen(requested) <= kLongestPath ? requested : nullptr;
-        puts("Requested config file is not exist! Using default config ... ");
-    }
-    if (IsFileExist(files::kServicePorts) != 0) return files::kServicePorts;
-    puts("Default config file is not exist!");
-    return nullptr;
-}
+// What is to be read is read before anything is changed, and nothing is printed before the last rule is in.
+int start(const char* requested) {
+    PortsFile choice = choose_ports_file(requested);
+    Descriptor file;
+    if (choice.path != nullptr) file = open_for_reading(choice.path);
+    bool opened = static_cast<bool>(file);
+    RulePlan plan;
+    if (opened && !read_ports(static_cast<Descriptor&&>(file), plan)) return -1;
+    apply_rules(plan);
 
-void start(const char* requested) {
-    const char* path = choose_ports_file(requested);
-    if (path == nullptr) {
-        puts("Can't find valid config file!");
-        return;
+    print_choice(choice);
+    if (choice.path == nullptr) return 0;
+    if (!opened) {
+        printf("Can't open file(%s)\n", choice.path);
+        return 0;
     }
-    Descriptor file = open_for_reading(path);
-    if (!file) {
-        printf("Can't open file(%s)\n", path);
-        return;
-    }
-    apply_ports_file(file.number);
+    if (plan.asks_port_count) (void)network_port_count();  // for what it says of a missing feature
+    (void)fwrite(plan.table.bytes, 1, plan.table.size, stdout);
+    return 0;
 }
 
 // The short options keep their letters; -c has no meaning.
@@ -154,23 +123,23 @@ constexpr struct option kLongOptions[] = {
 }  // namespace
 
 int LibQuorvelBin_FirewallEntry(int argc, char** argv) {
-    if (argument_count(argc, argv) < 2) return show_usage();
+    if (argument_count(argc, argv) < 2) return print_usage();
     OptionVector vector(argc, argv);
+    if (!vector) return fail(EINVAL);
     int operation = kNone;
     Heap<char> requested;
     for (int option;
          (option = getopt_long(vector.count, vector.arguments, kShortOptions, kLongOptions, nullptr)) != -1;) {
-        if (option == kDefaultConfig) return write_default_file();
+        if (option == kDefaultConfig) return write_default_ports_file();
         if (option == kPortsList) return list_ports();
-        if (option == kVersion) return show_version();
-        if (option == kHelp) return show_usage();
+        if (option == kVersion) return print_version();
+        if (option == kHelp) return print_usage();
         if (option == kStart || option == kStop) operation = option;
         if (option != kConfig) continue;
         requested = expand_path(optarg);
         if (!requested) return -1;
     }
-    if (operation == kNone) return 0;
-    flush_rules();
-    if (operation == kStart) start(requested.get());
+    if (operation == kStart) return start(requested.get());
+    if (operation == kStop) apply_rules(RulePlan());
     return 0;
 }

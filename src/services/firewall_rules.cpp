@@ -1,15 +1,17 @@
 #include "services/firewall_rules.h"
 
-#include <stdio.h>
 #include <string.h>
 
-#include "foundation/answer.h"
+#include <span>
+
+#include "foundation/appliance_files.h"
+#include "foundation/child.h"
+#include "foundation/feature_settings.h"
 #include "foundation/line_reader.h"
 #include "foundation/shell.h"
 #include "foundation/text.h"
 #include "quorvel/foundation.h"
 #include "quorvel/net.h"
-#include "quorvel/services.h"
 
 namespace quorvel {
 
@@ -20,6 +22,24 @@ constexpr size_t kLineSize = 1024;
 
 using Command = Text<kCommandSize>;
 
+// A service that is kept off an interface.
+struct Denial {
+    const firewall_service* service;
+    int interface;
+};
+
+// The rules of one port, in the order in which they are added. Packets that leave are matched by the port they go to.
+struct DropRule {
+    const char* packets;
+    char interface_option;
+};
+constexpr DropRule kDropRules[] = {
+    {"INPUT -p tcp",  'i'},
+    {"INPUT -p udp",  'i'},
+    {"OUTPUT -p tcp", 'o'},
+    {"OUTPUT -p udp", 'o'},
+};
+
 const firewall_service* find_service(const char* name) {
     for (const firewall_service& service : set_firewall_tab) {
         if (strcmp(service.name, name) == 0) return &service;
@@ -27,87 +47,86 @@ const firewall_service* find_service(const char* name) {
     return nullptr;
 }
 
-// The interfaces that the flags of a line are for, in order.
-struct Interfaces {
-    const char* kind;
-    int count;
-};
-
-// Bonded ports are one interface, whose flag is that of port 0.
-Interfaces current_interfaces() {
-    if (LibQuorvelBin_IsBondingMode() == 1) return {"bond", 1};
-    return {"eth", network_port_count()};
-}
-
 // A missing flag allows, and so does everything but "0". No line has as many fields as characters.
-bool is_denied(const char* line, int port) {
-    if (port >= static_cast<int>(kLineSize)) return false;
+bool is_denied(const char* line, int interface) {
     char flag[kLineSize] = "";
-    (void)LibQuorvelBin_GetSpecifiedKey(flag, sizeof flag, line, kFieldSeparator, port + 2);
-    return strcmp(flag, "0") == 0;
+    return interface < static_cast<int>(kLineSize) &&
+           LibQuorvelBin_GetSpecifiedKey(flag, sizeof flag, line, kFieldSeparator, interface + 2) == 0 &&
+           strcmp(flag, "0") == 0;
 }
 
-// The beginning of a rule, and the option in front of its interface.
-struct DropRule {
-    std::string_view begin;
-    std::string_view direction;
-};
-
-constexpr DropRule kDropRules[] = {
-    {"iptables -A INPUT -p tcp --dport ",  " -i "},
-    {"iptables -A INPUT -p udp --dport ",  " -i "},
-    {"iptables -A OUTPUT -p tcp --dport ", " -o "},
-    {"iptables -A OUTPUT -p udp --dport ", " -o "},
-};
-
-// Packets that leave are matched by the port they go to.
-void deny_port(int port, std::string_view interface) {
-    Text<32> target("%d -j DROP", port);
-    for (const DropRule& rule : kDropRules) {
-        Command command;
-        for (std::string_view part : {rule.begin, std::string_view(target.c_str()), rule.direction, interface})
-            command.add(part);
-        (void)run_command(command);
-    }
-}
-
-void deny_service(const firewall_service& service, std::string_view interface) {
-    for (int i = 0; i < service.port_count; i++)
-        deny_port(service.ports[i], interface);
-}
-
-void apply_line(const char* line, const Interfaces& interfaces) {
+void plan_line(const char* line, RulePlan& plan) {
     char name[kLineSize] = "";
-    (void)LibQuorvelBin_GetSpecifiedKey(name, sizeof name, line, kFieldSeparator, 1);
-    printf("%20s | ", name);
-    const firewall_service* service = find_service(name);
+    (void)LibQuorvelBin_GetSpecifiedKey(name, sizeof name, line, kFieldSeparator, 1);  // none is an unknown service
+    FILE* table = plan.table.stream.get();
+    fprintf(table, "%20s | ", name);
+    Denial denial = {find_service(name), 0};
     // Whatever comes next continues on the same screen line.
-    if (service == nullptr) return;
-    for (int port = 0; port < interfaces.count; port++) {
-        bool denied = is_denied(line, port);
-        fputs(denied ? "  D  | " : "     | ", stdout);
-        if (denied) deny_service(*service, Text<32>("%s%d", interfaces.kind, port).c_str());
+    if (denial.service == nullptr) return;
+    for (; denial.interface < plan.interfaces; denial.interface++) {
+        bool denied = is_denied(line, denial.interface);
+        fputs(denied ? "  D  | " : "     | ", table);
+        if (denied) (void)fwrite(&denial, sizeof denial, 1, plan.denials.stream.get());
     }
-    putchar('\n');
+    fputc('\n', table);
+}
+
+bool is_whole(const Collected& collected) {
+    return fflush(collected.stream.get()) == 0 && ferror(collected.stream.get()) == 0;
+}
+
+// How many commands failed, and the first that did.
+struct Failures {
+    int count = 0;
+    Command first;
+};
+
+void run(const Command& command, Failures& failures) {
+    if (run_command(command) == 0) return;
+    if (failures.count++ == 0) failures.first = command;
+}
+
+void add_rules(const Denial& denial, const char* kind, Failures& failures) {
+    for (int port : std::span(denial.service->ports, static_cast<size_t>(denial.service->port_count))) {
+        for (const DropRule& rule : kDropRules) {
+            run(Command("%s -A %s --dport %d -j DROP -%c %s%d", files::kFilterTool, rule.packets, port,
+                        rule.interface_option, kind, denial.interface),
+                failures);
+        }
+    }
 }
 
 }  // namespace
 
-int network_port_count() {
-    QuietScope quiet;
-    return LibQuorvelBin_GetConfValByKey(kNetworkPortCount);
+bool read_ports(Descriptor file, RulePlan& plan) {
+    if (!plan.denials.stream || !plan.table.stream) return false;
+    // Bonded ports are one interface, whose flag is that of port 0.
+    plan.asks_port_count = LibQuorvelBin_IsBondingMode() != 1;
+    if (plan.asks_port_count) {
+        plan.interfaces = LibQuorvelBin_GetConfOnOffValInIntByKey(kNetworkPortCount);
+    } else {
+        plan.kind = "bond";
+        plan.interfaces = 1;
+    }
+    LineFile lines(static_cast<Descriptor&&>(file), kLineSize - 1);
+    for (const char* line : lines)
+        plan_line(line, plan);
+    return !lines.reader.failed && is_whole(plan.denials) && is_whole(plan.table);
 }
 
-void flush_rules() {
-    (void)run_command(Command("iptables --table filter --flush"));
-}
-
-void apply_ports_file(int descriptor) {
-    Interfaces interfaces = current_interfaces();
-    LineReader reader(descriptor, kLineSize - 1);
-    char line[kLineSize];
-    while (next_line(reader, line, sizeof line))
-        apply_line(line, interfaces);
+void apply_rules(const RulePlan& plan) {
+    Failures failures;
+    // A reader that does not read stops the command here, where nothing is begun.
+    (void)fflush(stdout);
+    {
+        HeldSignals until_complete;
+        run(Command("%s --table filter --flush", files::kFilterTool), failures);
+        const auto* denials = reinterpret_cast<const Denial*>(plan.denials.bytes);
+        for (const Denial& denial : std::span(denials, plan.denials.size / sizeof *denials))
+            add_rules(denial, plan.kind, failures);
+    }
+    if (failures.count > 0)
+        fprintf(stderr, "firewall: commands that failed: %d, first \"%s\"\n", failures.count, failures.first.c_str());
 }
 
 }  // namespace quorvel

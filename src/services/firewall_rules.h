@@ -1,23 +1,45 @@
-// The ports file and the rules of the kernel's filter table that it stands for: one iptables
-// command each, whose result nobody looks at.
+// The rules of the kernel's filter table that a ports file stands for: understood whole before anything is changed,
+// then one iptables command each.
 #pragma once
 
 #include <stddef.h>
+#include <stdio.h>
+
+#include "foundation/handles.h"
+#include "quorvel/services.h"
 
 namespace quorvel {
 
-/// The feature that tells how many Ethernet ports the model has.
-inline constexpr char kNetworkPortCount[] = "DEVICE_NETWORK_NUM";
+/// Bytes that are written as to a file and stay in memory.
+struct Collected {
+    Collected() : stream(open_memstream(&bytes, &size)) {}
+    ~Collected() {
+        stream.reset();
+        free(bytes);
+    }
+    Collected(const Collected&) = delete;
+    Collected& operator=(const Collected&) = delete;
 
-/// How many Ethernet ports the model has, below 1 when that is not known. Prints nothing but "wrong
-/// feature name", for a missing feature.
-int network_port_count();
+    char* bytes = nullptr;  // valid behind is_whole
+    size_t size = 0;
+    File stream;
+};
 
-/// Removes every rule of the filter table, whoever made it.
-void flush_rules();
+/// What a ports file asks for.
+struct RulePlan {
+    const char* kind = "eth";  // of the interfaces: eth0, eth1 ... or bond0
+    int interfaces = 0;
+    bool asks_port_count = false;  // the number of interfaces is the model's number of Ethernet ports
+    Collected denials;             // one behind the other
+    Collected table;               // what is to be printed
+};
 
-/// Walks through a ports file: prints its table, and adds the rules for what it denies.
-/// `descriptor` is borrowed.
-void apply_ports_file(int descriptor);
+/// Fills a plan from a ports file; the descriptor may be none. False, with errno, when the file could not be read to
+/// its end or memory ran out.
+[[nodiscard]] bool read_ports(Descriptor file, RulePlan& plan);
+
+/// Removes every rule of the filter table, whoever made it, then adds those of the plan. What fails is told on standard
+/// error behind the last command; nothing else is printed.
+void apply_rules(const RulePlan& plan);
 
 }  // namespace quorvel

@@ -3,11 +3,11 @@
 #include <string.h>
 
 #include <algorithm>
+#include <span>
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/numbers.h"
-#include "foundation/text.h"
 
 namespace quorvel {
 
@@ -15,9 +15,31 @@ namespace {
 
 constexpr size_t kSessionPiece = 1023;
 
-std::string_view up_to(char end, std::string_view text) {
-    const void* found = memchr(text.data(), end, text.size());
-    return {text.data(), found != nullptr ? static_cast<const char*>(found) : text.end()};
+// In the order in which a line is searched for them, with how many of its fields are of use.
+struct KindWord {
+    std::string_view word;
+    SessionKind kind;
+    size_t fields;
+};
+constexpr KindWord kKindWords[] = {
+    {"tid:", SessionKind::kTarget,     5},
+    {"sid:", SessionKind::kSession,    4},
+    {"cid:", SessionKind::kConnection, 3},
+};
+
+constexpr KindWord kNoKind = {"", SessionKind::kNone, 0};
+
+const KindWord& kind_of(std::string_view line) {
+    while (line.starts_with(' ') || line.starts_with('\t'))
+        line.remove_prefix(1);
+    bool begins_with_one = line.size() >= 4 && line.substr(1, 3) == "id:";
+    for (const KindWord& row : kKindWords) {
+        if (begins_with_one && line[0] == row.word[0]) return row;
+    }
+    for (const KindWord& row : kKindWords) {
+        if (line.find(row.word) != line.npos) return row;
+    }
+    return kNoKind;
 }
 
 void skip_all(char c, std::string_view& rest) {
@@ -25,86 +47,73 @@ void skip_all(char c, std::string_view& rest) {
         rest.remove_prefix(1);
 }
 
-// Fields that follow each other, joined; empty when one is missing or the name does not fit. They
-// stand joined in the line already, unless a separator is repeated there.
-std::string_view join_name(std::span<const std::string_view> fields, std::span<char> buffer) {
-    size_t length = fields.size() - 1;
-    for (std::string_view field : fields) {
-        if (field.empty()) return "";
-        length += field.size();
-    }
-    if (length >= buffer.size()) return "";
-    if (fields.front().data() + length == fields.back().data() + fields.back().size())
-        return {fields.front().data(), length};
-    char* end = buffer.data();
-    for (std::string_view field : fields) {
-        if (end != buffer.data()) *end++ = ':';
-        end = std::copy(field.begin(), field.end(), end);
-    }
-    return {buffer.data(), length};
+std::string_view up_to(char end, std::string_view text) {
+    const void* found = memchr(text.data(), end, text.size());
+    return {text.data(), found != nullptr ? static_cast<const char*>(found) : text.end()};
 }
 
-// "tid:" anywhere makes a target line, whatever else is there; "sid:" goes before "cid:".
-SessionKind kind_at_colon(SessionKind kind, const char* begin, const char* colon) {
-    if (colon - begin < 3 || colon[-1] != 'd' || colon[-2] != 'i') return kind;
-    if (colon[-3] == 't' || kind == SessionKind::kTarget) return SessionKind::kTarget;
-    if (colon[-3] == 's' || kind == SessionKind::kSession) return SessionKind::kSession;
-    return colon[-3] == 'c' ? SessionKind::kConnection : kind;
+void split_line(SessionLine& line, size_t fields) {
+    std::string_view rest = line.text;
+    for (std::string_view& field : std::span(line.fields).first(fields)) {
+        skip_all(':', rest);
+        field = up_to(':', rest);
+        rest.remove_prefix(field.size());
+    }
 }
 
-void split_line(std::string_view text, SessionLine& line) {
-    line.kind = SessionKind::kNone;
-    line.text = text;
-    auto field = line.fields.begin();
-    for (const char* start = text.begin();;) {
-        const void* found = memchr(start, ':', static_cast<size_t>(text.end() - start));
-        const char* colon = found != nullptr ? static_cast<const char*>(found) : text.end();
-        if (colon != start && field != line.fields.end()) *field++ = {start, colon};
-        if (found == nullptr) break;
-        line.kind = kind_at_colon(line.kind, text.begin(), colon);
-        start = colon + 1;
+// Fields that follow each other, joined; empty when one is missing or the name does not fit.
+template <typename Name>
+Name joined(std::span<const std::string_view> fields) {
+    Name name;
+    bool missing = false;
+    for (std::string_view field : fields) {
+        missing = missing || field.empty();
+        if (name.length != 0) name.add(":");
+        name.add(field);
     }
-    std::fill(field, line.fields.end(), std::string_view(""));
+    if (missing || name.cut) name.clear();
+    return name;
 }
 
 }  // namespace
 
-SessionFile::SessionFile() : file(open_for_reading(files::kIscsiSessions)), lines(file.number, kSessionPiece) {}
+LineFile open_session_file() {
+    return LineFile(open_for_reading(files::kIscsiSessions), kSessionPiece);
+}
 
-bool next_session_line(SessionFile& sessions, SessionLine& line) {
-    do {
-        std::string_view text = next_piece(sessions.lines);
-        if (text.empty()) return false;
+bool next_session_line(LineFile& sessions, SessionLine& line) {
+    for (std::string_view text; !(text = next_piece(sessions.reader)).empty();) {
         if (text.ends_with('\n')) text.remove_suffix(1);
-        split_line(text, line);
-    } while (line.kind == SessionKind::kNone);
-    return true;
+        const KindWord& kind = kind_of(text);
+        if (kind.kind == SessionKind::kNone) continue;
+        line.kind = kind.kind;
+        line.text = text;
+        split_line(line, kind.fields);
+        return true;
+    }
+    return false;
 }
 
 std::string_view number_text(const SessionLine& line) {
     std::string_view word = line.text;
     skip_all(' ', word);
-    word = up_to(' ', word);
-    skip_all(':', word);
-    word.remove_prefix(std::min(word.find(':'), word.size()));
-    skip_all(':', word);
-    return up_to(':', word);
+    const char* end = up_to(' ', word).end();
+    std::string_view field = line.fields[1];
+    return field.begin() < end ? std::string_view(field.begin(), std::min(field.end(), end)) : "";
 }
 
 int target_number(const SessionLine& line) {
-    std::string_view text = number_text(line);
-    if (text.empty() || !is_digit(text[0])) return -1;
-    char digits[24];
-    copy_text(digits, sizeof digits, text);
-    return leading_int(digits);
+    Text<kSessionPiece + 1> digits;
+    digits.add(number_text(line));
+    return is_digit(digits.chars[0]) ? leading_int(digits.c_str()) : -1;
 }
 
-std::string_view target_name(const SessionLine& line, std::span<char, kTargetName> buffer) {
-    return join_name(std::span(line.fields).last(3), buffer);
+TargetName target_name(const SessionLine& line) {
+    return joined<TargetName>(std::span(line.fields).last(3));
 }
 
-std::string_view initiator_name(const SessionLine& line, std::span<char, kInitiatorName> buffer) {
-    return join_name(std::span(line.fields).subspan(2, 2), buffer);
+InitiatorName initiator_name(const SessionLine& line) {
+    return joined<InitiatorName>(std::span(line.fields).subspan(2, 2));
 }
 
 std::string_view short_target_name(const SessionLine& line) {

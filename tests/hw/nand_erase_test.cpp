@@ -1,4 +1,8 @@
 // Wiping the NAND partitions, with stand-in tools.
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "quorvel/hw.h"
 #include "support/appliance.h"
 
@@ -21,6 +25,24 @@ TEST_F(NandErase, ErasesOnlyWhenBootingFromNandIsOff) {
         EXPECT_EQ(read_file("/run/stand-in/nvram"), nvram_calls) << nvram;
         EXPECT_EQ(read_file("/run/stand-in/flash_eraseall"), eraser_calls) << nvram;
     }
+}
+
+TEST_F(NandErase, FinishesWhatItBegan) {
+    stand_in("/usr/local/sbin/nvram", "echo EnableNandBoot=1; kill -TERM $(cat /run/caller)");
+    stand_in("/usr/local/sbin/flash_eraseall", "kill -HUP $(cat /run/caller)");
+    write_file("/proc/mtd", "mtd2: 1 1 \"nboot\"\nmtd7: 1 1 \"nroot\"\n");
+    const pid_t caller = fork();
+    if (caller == 0) {
+        write_file("/run/caller", std::to_string(getpid()));
+        int ends[2];
+        if (pipe(ends) == 0) dup2(ends[1], STDOUT_FILENO);
+        close(ends[0]);  // nobody reads
+        exit(LibQuorvelBin_NandErase());
+    }
+    int status = 0;
+    waitpid(caller, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(calls("flash_eraseall"), (std::vector<std::string>{"/dev/mtdchar2", "/dev/mtdchar7"}));
 }
 
 }  // namespace

@@ -22,6 +22,7 @@ TEST_F(ConfigTest, ReadsWritesAndDeletes) {
              {"{value}",           " a=\"b\" "                                    }
     });
     EXPECT_FALSE(exists("/etc/none"));
+    EXPECT_EQ(config(Words(256, "-h")), (Answer{-1, ""}));
 }
 
 TEST_F(ConfigTest, TracesItsStepsInOrder) {

@@ -26,11 +26,19 @@ TEST_F(BackupTest, ShowsTheSettingsOfATask) {
 TEST_F(BackupTest, TellsSourceAndDestinationOfPairs) {
     char own[256] = "";
     gethostname(own, sizeof own - 1);
+    Capture told(2);
     play("services/expected/backup-answers", backup,
          {
-             {"{me}",    own                  },
-             {"{usage}", backup({"help"}).text}
+             {"{me}",                 own},
+             {       "{usage}", backup({"help"}).text   },
+             { "{990}",                  std::string(990,                     'x')}
     });
+    std::string left_out;
+    for (int i = 0; i < 6; i++)
+        left_out +=
+            "backup: a folder entry or name with a control byte, a \"..\" or a word that begins with \"-\" is left "
+            "out\n";
+    EXPECT_EQ(told.text(), left_out + "backup: task 1 has a line above 1023 characters\n");
     const std::string all = backup({"Destinfo", "1"}).text;
     EXPECT_TRUE(all.starts_with("a/b/ c/d//task-t/20") && all.ends_with("/localhost//\ne/f/ rsync://h/g_i/\n")) << all;
 }

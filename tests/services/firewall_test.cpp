@@ -1,5 +1,13 @@
+#include <fcntl.h>
 #include <net/if.h>
 #include <sched.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <tuple>
 
 #include "foundation/shell.h"
 #include "quorvel/foundation.h"
@@ -37,20 +45,58 @@ TEST_F(FirewallTest, TurnsThePortsFileIntoRules) {
         write_file("/etc/nas_feature", features);
         write_file("/etc/tevra/info", info);
         write_file(ports_file, ports);
+        Capture told(2);
         EXPECT_EQ(firewall({"--restart"}), (Answer{0, screen}));
-        EXPECT_EQ(calls("iptables"), deny(denied)) << ports;
+        const Words commands = deny(denied);
+        EXPECT_EQ(calls("iptables"), commands) << ports;
+        EXPECT_EQ(told.text(), "firewall: commands that failed: " + std::to_string(commands.size()) +
+                                   ", first \"iptables --table filter --flush\"\n");
     }
+}
+
+// What happens to a caller, and how its process ends: a signal, or 0.
+const std::tuple<const char*, int> attacks[] = {
+    {"",                     0      },
+    {"nobody listens",       SIGPIPE},
+    {"the pipe is full",     SIGKILL},
+    {"ended in between",     SIGTERM},
+    {"children are ignored", 0      },
+};
+
+[[noreturn]] void start_under(const std::string& attack) {
+    int ends[2];
+    if (pipe(ends) != 0 || dup2(ends[1], STDOUT_FILENO) < 0) _exit(2);
+    if (attack == "nobody listens") close(ends[0]);
+    if (attack == "the pipe is full" && fcntl(ends[1], F_SETFL, O_NONBLOCK) == 0) {
+        while (write(ends[1], "x", 1) == 1) {
+        }
+        fcntl(ends[1], F_SETFL, 0);
+    }
+    if (attack == "ended in between")
+        stand_in("/usr/local/sbin/iptables",
+                 "kill -TERM " + std::to_string(getpid()) + "; exec /usr/sbin/iptables \"$@\"");
+    if (attack == "children are ignored") signal(SIGCHLD, SIG_IGN);
+    char command[] = "firewall", start[] = "--start", config[] = "--config", file[] = "/tmp/ports";
+    char* words[] = {command, start, config, file};
+    const int result = LibQuorvelBin_FirewallEntry(4, words);
+    exit(result + fflush(stdout));
+}
+
+// The signal that ended a process, which gets three seconds.
+int end_of(pid_t process) {
+    int status = 0;
+    for (int i = 0; i < 300 && waitpid(process, &status, WNOHANG) == 0; i++)
+        usleep(10'000);
+    if (kill(process, SIGKILL) == 0) waitpid(process, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 0);
+    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
 }
 
 TEST_F(FirewallTest, LoadsRulesThatTheKernelTellsBack) {
     // Only in a network of this test's own, or at least in one that has no interface but the loopback.
     char name[IF_NAMESIZE];
     if (unshare(CLONE_NEWNET) != 0 && if_indextoname(2, name) != nullptr) GTEST_SKIP() << "no network namespace here";
-    if (quorvel::capture_command("iptables -I FORWARD -p tcp -j ACCEPT 2>&1").status != 0)
-        GTEST_SKIP() << "iptables does not work here";
-    write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=2\n");
-    write_file("/tmp/ports", "webui<>1<>0<>;\nftp<>0<>1<>;\n");
-    EXPECT_EQ(firewall({"--start", "--config", "/tmp/ports"}).result, 0);
+    if (quorvel::capture_command("iptables -L 2>&1").status != 0) GTEST_SKIP() << "iptables does not work here";
     const std::string policies = "-P INPUT ACCEPT\n-P FORWARD ACCEPT\n-P OUTPUT ACCEPT\n";
     std::string rules = policies;
     for (const char* end : {"INPUT -i eth", "OUTPUT -o eth"}) {
@@ -58,7 +104,18 @@ TEST_F(FirewallTest, LoadsRulesThatTheKernelTellsBack) {
                                  "0 -p tcp -m tcp --dport 21", "0 -p udp -m udp --dport 21"})
             rules += std::string("-A ") + end + port + " -j DROP\n";
     }
-    EXPECT_EQ(quorvel::capture_command("iptables -S").output.get(), rules);
+    for (const auto& [attack, signal_number] : attacks) {
+        SetUp();
+        write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=2\n");
+        write_file("/tmp/ports", "webui<>1<>0<>;\nftp<>0<>1<>;\n");
+        EXPECT_EQ(quorvel::run_command("iptables -I FORWARD -p tcp -j ACCEPT"), 0);
+        Capture told(2);
+        const pid_t caller = fork();
+        if (caller == 0) start_under(attack);
+        EXPECT_EQ(end_of(caller), signal_number) << attack;
+        EXPECT_EQ(quorvel::capture_command("/usr/sbin/iptables -S").output.get(), rules) << attack;
+        EXPECT_EQ(told.text(), "") << attack;
+    }
     EXPECT_EQ(firewall({"--stop"}), (Answer{0, ""}));
     EXPECT_EQ(quorvel::capture_command("iptables -S").output.get(), policies);
 }
@@ -78,6 +135,7 @@ TEST_F(FirewallTest, ChoosesItsPortsFile) {
 TEST_F(FirewallTest, ReadsItsOptionsInOrder) {
     Capture complaints(2);
     play("services/expected/firewall-options", firewall);
+    EXPECT_EQ(firewall(Words(256, "--version")), (Answer{-1, ""}));
 }
 
 TEST_F(FirewallTest, WritesTheDefaultFile) {
@@ -85,6 +143,39 @@ TEST_F(FirewallTest, WritesTheDefaultFile) {
          {
              {"{1000}", std::string(1000, 'x')}
     });
+}
+
+TEST_F(FirewallTest, ReplacesItsFileWhenTheNewOneIsWhole) {
+    write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=2\n");
+    // The mode of the old file, if there is one; the caller's mask; the mode of the new file.
+    const std::tuple<mode_t, mode_t, mode_t> rows[] = {
+        {0,    0,   0644},
+        {0,    077, 0600},
+        {0640, 0,   0640},
+    };
+    for (const auto& [old, mask, mode] : rows) {
+        remove_tree("/etc/tevra");
+        make_link(ports_file, "file");
+        if (old != 0) write_file("/etc/tevra/file", "old");
+        EXPECT_EQ(chmod("/etc/tevra/file", old), old != 0 ? 0 : -1);
+        const mode_t before = umask(mask);
+        EXPECT_EQ(firewall({"--def_config"}), (Answer{0, ""}));
+        umask(before);
+        struct stat status = {};
+        EXPECT_EQ(stat(ports_file.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, mode);
+    }
+    // There is no room: nothing is lost and nothing is left over.
+    signal(SIGXFSZ, SIG_IGN);
+    const std::string before = read_file(ports_file);
+    const struct rlimit small = {100, RLIM_INFINITY}, none = {RLIM_INFINITY, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &small);
+    const int result = LibQuorvelBin_FirewallEntry(
+        2, std::array{const_cast<char*>("firewall"), const_cast<char*>("--def_config")}.data());
+    setrlimit(RLIMIT_FSIZE, &none);
+    EXPECT_EQ(std::pair(result, errno), std::pair(-1, EFBIG));
+    EXPECT_EQ(read_file("/etc/tevra/file"), before);
+    EXPECT_EQ(quorvel::capture_command("ls /etc/tevra").output.get(), std::string("file\nservice_ports\n"));
 }
 
 }  // namespace

@@ -36,6 +36,23 @@ Entries writable_entries() {
 
 Entries first_entries;
 
+// What a test case opens it closes, and so does the library in it.
+class DescriptorCount : public testing::EmptyTestEventListener {
+    static int open_descriptors() {
+        int count = 0;
+        for (int descriptor = 0; descriptor < 256; descriptor++)
+            count += fcntl(descriptor, F_GETFD) != -1;
+        return count;
+    }
+    void OnTestStart(const testing::TestInfo&) override { before_ = open_descriptors(); }
+    void OnTestEnd(const testing::TestInfo& info) override {
+        if (const int after = open_descriptors(); after != before_)
+            ADD_FAILURE_AT(info.file(), info.line())
+                << after << " descriptors open after the case, " << before_ << " before";
+    }
+    int before_ = 0;
+};
+
 }  // namespace
 
 void remove_tree(const std::string& path) {
@@ -72,12 +89,19 @@ std::string read_file(const std::string& path) {
     return text.str();
 }
 
-std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t fields) {
+std::string table_file(const std::string& name) {
+    return "tests/" + name + ".txt";
+}
+
+std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t fields, std::vector<int>* lines) {
     constexpr std::string_view letters = "ntrv_", meanings = "\n\t\r\v ";
-    std::ifstream file("/source/tests/" + name + ".txt");
+    std::ifstream file("/source/" + table_file(name));
     std::vector<std::vector<std::string>> rows;
+    int number = 0;
     for (std::string line; std::getline(file, line);) {
+        ++number;
         if (line.empty() || line[0] == '#') continue;
+        if (lines != nullptr) lines->push_back(number);
         auto* field = &rows.emplace_back(1).back();
         size_t end = 0;  // of the field without the blanks behind it
         for (size_t i = 0; i < line.size(); i++) {
@@ -100,7 +124,8 @@ std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t
             }
         }
         field->resize(end);
-        EXPECT_EQ(rows.back().size(), fields) << name << ": " << line;
+        if (rows.back().size() != fields)
+            ADD_FAILURE_AT(table_file(name).c_str(), number) << rows.back().size() << " fields instead of " << fields;
         rows.back().resize(fields);
     }
     EXPECT_FALSE(rows.empty()) << name;
@@ -165,6 +190,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     testing::InitGoogleTest(&argc, argv);
+    testing::UnitTest::GetInstance()->listeners().Append(new DescriptorCount);
     first_entries = writable_entries();
     return RUN_ALL_TESTS();
 }

@@ -55,7 +55,10 @@ std::string printed_by(Action&& action) {
 // The cases of a text file beside the tests, a line each: fields between "|", blanks around them left out. In a field
 // "\n", "\t", "\r", "\v" and "\x" with two digits are as in C, "\_" is a blank that stays; a line with "#" in front is
 // a comment.
-std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t fields);
+// Of each row, lines tells where it stands.
+std::string table_file(const std::string& name);
+std::vector<std::vector<std::string>> table_rows(const std::string& name, size_t fields,
+                                                 std::vector<int>* lines = nullptr);
 template <size_t N>
 std::vector<std::array<std::string, N>> table(const std::string& name) {
     std::vector<std::array<std::string, N>> rows;

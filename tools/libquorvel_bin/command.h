@@ -38,9 +38,11 @@ inline int print_predicate(int answer) {
 extern const std::span<const Command> kFoundationCommands;
 extern const std::span<const Command> kPlatformCommands;
 extern const std::span<const Command> kNamingCommands;
+extern const std::span<const Command> kBoardCommands;
 extern const std::span<const Command> kDiskCommands;
 extern const std::span<const Command> kRaidCommands;
 extern const std::span<const Command> kNetCommands;
 extern const std::span<const Command> kRegistryCommands;
 extern const std::span<const Command> kServicesCommands;
 extern const std::span<const Command> kHwCommands;
+extern const std::span<const Command> kReportCommands;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "command.h"
+#include "json_commands.h"
 #include "libquorvel_bin.h"
 #include "surroundings.h"
 #include "telling.h"
@@ -15,8 +16,8 @@ namespace {
 constexpr char kName[] = "libquorvel_bin";
 
 const std::span<const Command>* const kTables[] = {
-    &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kDiskCommands, &kRaidCommands,
-    &kNetCommands,        &kRegistryCommands, &kServicesCommands, &kHwCommands,
+    &kFoundationCommands, &kPlatformCommands, &kNamingCommands,   &kBoardCommands, &kDiskCommands,   &kRaidCommands,
+    &kNetCommands,        &kRegistryCommands, &kServicesCommands, &kHwCommands,    &kReportCommands,
 };
 
 const Command* find_command(const char* word) {
@@ -43,8 +44,11 @@ int print_help() {
 }
 
 int print_command_help(const Command& command) {
-    printf("Usage: %s %s %s\n%s\nExit status: %s; %d for a missing or surplus argument.\n", kName, command.word,
-           command.arguments, command.summary, command.statuses, kExitUsage);
+    printf("Usage: %s %s %s\n%s\nExit status: %s", kName, command.word, command.arguments, command.summary,
+           command.statuses);
+    // Commands that take any number of arguments count them themselves.
+    if (command.least > 0 || command.most >= 0) printf("; %d for a missing or surplus argument", kExitUsage);
+    puts(".");
     return kExitOk;
 }
 
@@ -90,6 +94,7 @@ bool only_looks(char** argv) {
 }
 
 int run_command(const Command& command, int argc, char** argv) {
+    if (int status = kExitOk; run_as_json(argc, argv, status)) return status;
     int given = argc - 2;
     if (given < command.least || (command.most >= 0 && given > command.most)) {
         fprintf(stderr, "%s: %s: %s argument\nUsage: %s %s %s\n", kName, command.word,

@@ -83,10 +83,14 @@ void tell(int argc, char** argv, const char* fault) {
 
 // These entry points show a usage and do nothing. The one of the settings would take other words of six letters for
 // "delete".
-void show_usage(int argc, char** argv, bool is_known) {
+void show_usage([[maybe_unused]] int argc, [[maybe_unused]] char** argv, [[maybe_unused]] bool is_known) {
+#ifndef QUORVEL_WITHOUT_services
     if (strcmp(argv[1], "iscsi") == 0) (void)LibQuorvelBin_iSCSIHelper(argc - 1, argv + 1);
     if (strcmp(argv[1], "backup") == 0) (void)LibQuorvelBin_BackupHelperEntry(argc - 1, argv + 1);
+#endif
+#ifndef QUORVEL_WITHOUT_registry
     if (strcmp(argv[1], "config") == 0 && argc > 3 && !is_known) (void)LibQuorvelBin_ConfigHelperShowUsage();
+#endif
 }
 
 }  // namespace

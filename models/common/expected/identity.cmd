@@ -1,3 +1,3 @@
-for question in platform series kernel; do
-    echo "$question $(libquorvel_bin "$question" 2>/dev/null || echo none)"
-done
+echo "platform $(libquorvel_bin platform 2>/dev/null || echo none)"
+echo "series $(libquorvel_bin series 2>/dev/null || echo none)"
+echo "kernel $(libquorvel_bin kernel 2>/dev/null || echo none)"

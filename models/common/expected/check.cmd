@@ -1,0 +1,2 @@
+# What is wrong with the configuration.
+libquorvel_bin check || echo "status $?"

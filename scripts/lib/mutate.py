@@ -1,0 +1,262 @@
+"""The driver of scripts/mutate, which says what it does."""
+import argparse
+import hashlib
+import os
+import random
+import re
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+from collections import Counter
+from pathlib import Path
+
+from faults import faults_of
+
+PROJECT = Path(__file__).resolve().parents[2]
+EQUAL = PROJECT / "tests/mutants-equal.txt"
+ROOMS = sorted({test.parent.name for test in PROJECT.glob("tests/*/*_test.cpp")})
+# Seconds of processor time for a process, and of the clock for a test program: what goes on for longer was noticed.
+LONGEST_AT_WORK, LONGEST = 40, 240
+
+
+def room_of(path):
+    return path.split("/")[1] if path.startswith("src/") else path.split("/")[0]
+
+
+class Fault:
+    def __init__(self, path, text, begin, end, new):
+        self.path, self.begin, self.end, self.new = path, begin, end, new
+        start, stop = text.rfind("\n", 0, begin) + 1, text.find("\n", end)
+        self.line = text.count("\n", 0, begin) + 1
+        self.before = text[start:stop].strip()
+        self.after = (text[start:begin] + new + text[end:stop]).strip()
+
+    def key(self):
+        return self.path, self.before, self.after
+
+    def __str__(self):
+        return "%s:%d\n    - %s\n    + %s" % (self.path, self.line, self.before, self.after)
+
+
+def listed_as_equal():
+    """(path, before, after) and the reason, out of blocks of four lines."""
+    listed = {}
+    for block in re.findall(r"^(\S+)\n- (.*)\n\+ (.*)\n= (.+)$", EQUAL.read_text() if EQUAL.exists() else "", re.M):
+        listed[block[:3]] = block[3]
+    return listed
+
+
+def in_turn(what, seed):
+    """Faults of the files in question: one of each file, then the next of each, and so on."""
+    files = sorted(str(path.relative_to(PROJECT)) for path in PROJECT.glob("src/**/*") if path.suffix in (".cpp", ".h"))
+    if what.startswith("tools"):
+        files = sorted(str(path.relative_to(PROJECT)) for path in PROJECT.glob("tools/**/*.cpp"))
+    if what in ROOMS and what != "tools":
+        files = [path for path in files if room_of(path) == what]
+    elif what not in ("all", "tools"):
+        files = [str((Path.cwd() / what).resolve().relative_to(PROJECT))]
+    queues = []
+    for path in files:
+        text, chance = (PROJECT / path).read_text(), random.Random("%s %s" % (seed, path))
+        faults = [Fault(path, text, *fault) for fault in faults_of(text, chance)]
+        chance.shuffle(faults)
+        queues.append(faults)
+    random.Random(seed).shuffle(queues)
+    while any(queues):
+        for queue in queues:
+            if queue:
+                yield queue.pop()
+
+
+def limited():
+    """What a planted fault may take of the machine."""
+    resource.setrlimit(resource.RLIMIT_FSIZE, (1 << 30, 1 << 30))
+    resource.setrlimit(resource.RLIMIT_CPU, (LONGEST_AT_WORK, LONGEST_AT_WORK))
+
+
+class Copy:
+    """A copy of the tree with a build of its own, in which a test tells of what it noticed."""
+
+    def __init__(self, place):
+        self.tree = place
+        top, skipped = str(PROJECT), shutil.ignore_patterns("build*", ".git", "out")
+        shutil.copytree(PROJECT, place, symlinks=True, ignore=lambda at, names: skipped(at, names) if at == top else ())
+        self.environment = dict(os.environ, QUORVEL_JOBS=str(max(1, os.cpu_count() // 2)))
+        self.configured = set()
+
+    def run(self, command, longest=None):
+        """Whether it ended well within its time; no part of it goes on afterwards."""
+        process = subprocess.Popen(command, cwd=self.tree, env=self.environment, stdin=subprocess.DEVNULL, text=True,
+                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, errors="replace",
+                                   start_new_session=True, preexec_fn=limited)
+        try:
+            self.said = process.communicate(timeout=longest)[0]
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, signal.SIGKILL)
+            self.said = process.communicate()[0]
+            return False
+        return process.returncode == 0
+
+    def build(self, directory, *targets):
+        """Without debug information, so that an object tells whether a fault changed the code; a warning is none."""
+        if directory not in self.configured:
+            options = "-DCMAKE_COMPILE_WARNING_AS_ERROR=OFF -DCMAKE_CXX_FLAGS_RELWITHDEBINFO='-O1 -DNDEBUG'"
+            if directory == "build-asan":
+                options += " -DQUORVEL_SANITIZE=ON"
+            script = ". scripts/lib/common.sh && . scripts/lib/build.sh && build_in %s %s" % (directory, options)
+            if not self.run(["bash", "-c", script]):
+                sys.exit("mutate: the tree does not build as it is\n" + self.said)
+            self.configured.add(directory)
+            # The first build comes out of ccache; of faults nothing is kept.
+            self.environment["CCACHE_DISABLE"] = "1"
+        return self.run(["ninja", "-C", directory, *targets])
+
+    def objects(self, path):
+        """What the compiler made of the source, or of everything that a header is part of."""
+        stem = Path(path).name + ".o" if path.endswith(".cpp") else "*.o"
+        digest = hashlib.sha256()
+        for found in sorted((self.tree / "build").glob("**/CMakeFiles/quorvel_objects.dir/**/" + stem)):
+            digest.update(found.read_bytes())
+        for found in sorted((self.tree / "build/tools").glob("**/" + stem)):
+            digest.update(found.read_bytes())
+        return digest.hexdigest()
+
+    def room_passes(self, room, directory="build"):
+        network = "--net" if room == "net" else "--net-if-possible"
+        return self.run(["tests/run-in-root", network, "--", "%s/tests/%s_test" % (directory, room),
+                         "--gtest_brief=1", "--gtest_fail_fast"], LONGEST)
+
+    def models_pass(self):
+        return self.run(["scripts/checks/models"], LONGEST)
+
+    def notices(self, fault, sanitized):
+        """Who noticed the fault: one of "room", "others", "models", "sanitizers", or "nobody"; "equal" and "no code"
+        for what is no fault."""
+        path, room = self.tree / fault.path, room_of(fault.path)
+        text = (PROJECT / fault.path).read_text()
+        own = ["%s_test" % room] if room in ROOMS else []
+        before = self.objects(fault.path)
+        path.write_text(text[:fault.begin] + fault.new + text[fault.end:])
+        try:
+            if not self.build("build", *(own or ["libquorvel_bin_command"])):
+                return "no code"
+            if self.objects(fault.path) == before:
+                return "equal"
+            if own and not self.room_passes(room):
+                return "room"
+            if not self.build("build"):
+                return "no code"
+            for other in ROOMS:
+                if other != room and not self.room_passes(other):
+                    return "others"
+            if not self.models_pass():
+                return "models"
+            if sanitized and own:
+                # Built only now: most faults do not come this far.
+                if self.build("build-asan", *own) and not self.room_passes(room, "build-asan"):
+                    return "sanitizers"
+            return "nobody"
+        finally:
+            path.write_text(text)
+            self.build("build", *(own or ["libquorvel_bin_command"]))
+
+    def check_unharmed(self, what, sanitized):
+        """Without a fault everything passes; otherwise nothing could be told."""
+        rooms = [what] if what in ROOMS else ROOMS
+        good = self.build("build") and all(self.room_passes(room) for room in rooms) and self.models_pass()
+        if good and sanitized:
+            good = self.build("build-asan") and all(self.room_passes(room, "build-asan") for room in rooms)
+        if not good:
+            sys.exit("mutate: the tests do not pass as they are\n" + self.said[-4000:])
+
+
+class Hunt:
+    """Faults taken in turn by several copies, until enough of them were told."""
+
+    def __init__(self, options):
+        self.options, self.equal = options, listed_as_equal()
+        self.faults, self.guard = in_turn(options.what, options.seed), threading.Lock()
+        self.told, self.underway = [], 0
+
+    def next(self):
+        with self.guard:
+            if len(self.told) + self.underway >= self.options.count:
+                return None
+            for fault in self.faults:
+                if fault.key() not in self.equal:
+                    self.underway += 1
+                    return fault
+                self.told.append((fault, "listed"))
+                if len(self.told) + self.underway >= self.options.count:
+                    return None
+            return None
+
+    def work(self, copy):
+        while (fault := self.next()) is not None:
+            began = time.monotonic()
+            verdict = copy.notices(fault, self.options.sanitized)
+            with self.guard:
+                self.underway -= 1
+                if verdict not in ("no code", "equal"):
+                    self.told.append((fault, verdict))
+                print("%4d  %-10s %4.0f s  %s" % (len(self.told), verdict, time.monotonic() - began,
+                                                  str(fault).replace("\n   ", "")), flush=True)
+
+    def report(self):
+        kinds = ["room", "others", "models", "sanitizers", "nobody", "listed"]
+        table = {}
+        for fault, verdict in self.told:
+            table.setdefault(room_of(fault.path), Counter())[verdict] += 1
+        table["together"] = sum(table.values(), Counter())
+        print("\n| room | planted | room's own test | others | models | sanitizers | unnoticed | change nothing |")
+        print("|---|---|---|---|---|---|---|---|")
+        for room, counts in table.items():
+            print("| %s | %d | %s |" % (room, sum(counts.values()), " | ".join(str(counts[kind]) for kind in kinds)))
+        missed = [fault for fault, verdict in self.told if verdict == "nobody"]
+        counted = len(self.told) - table["together"]["listed"]
+        print("\n%d of %d noticed%s" % (counted - len(missed), counted, "; unnoticed:" if missed else ""))
+        for fault in sorted(missed, key=lambda fault: (fault.path, fault.line)):
+            print(fault)
+        return 1 if missed or not counted else 0
+
+
+def stale_entries():
+    return [key for key in listed_as_equal()
+            if not (PROJECT / key[0]).exists() or key[1] not in (PROJECT / key[0]).read_text()]
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="mutate")
+    parser.add_argument("what", nargs="?", default="all")
+    parser.add_argument("count", nargs="?", type=int, default=100)
+    parser.add_argument("--sanitized", action="store_true")
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("--list", action="store_true")
+    options = parser.parse_args()
+    for path, before, _ in stale_entries():
+        print("mutate: tests/mutants-equal.txt names what is no longer in %s: %s" % (path, before), file=sys.stderr)
+    if options.list:
+        for _, fault in zip(range(options.count), in_turn(options.what, options.seed)):
+            print(fault)
+        return 0
+    hunt = Hunt(options)
+    with tempfile.TemporaryDirectory(prefix="mutate.") as place:
+        copies = [Copy(Path(place) / str(n)) for n in range(max(1, min(options.jobs, options.count)))]
+        copies[0].check_unharmed(options.what, options.sanitized)
+        for copy in copies[1:]:
+            copy.build("build")
+        workers = [threading.Thread(target=hunt.work, args=(copy,)) for copy in copies]
+        for worker in workers:
+            worker.start()
+        for worker in workers:
+            worker.join()
+    return hunt.report()
+
+
+sys.exit(main())

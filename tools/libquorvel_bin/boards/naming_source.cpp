@@ -1,0 +1,167 @@
+#include "boards/naming_source.h"
+
+#include <stdlib.h>
+
+#include "disk/slot_match.h"
+#include "foundation/files.h"
+#include "foundation/line_reader.h"
+#include "libquorvel_bin.h"
+
+using namespace quorvel;
+
+namespace {
+
+// How each platform is told from the others.
+struct Recognition {
+    int platform;
+    const char* name;
+    const char* sign;
+};
+
+constexpr Recognition kRecognitions[] = {
+    {PLATFORM_BOREL,         "borel",          "/sys/class/borel is there"                                         },
+    {PLATFORM_NISK_12BAY,    "nisk 12-bay",    "/proc/bus/pci/devices has its pair of controllers"                 },
+    {PLATFORM_PELLMAR_12BAY, "pellmar 12-bay", "/proc/bus/pci/devices has 11ab6440"                                },
+    {PLATFORM_ARMADA370,     "armada370",      "PRODUCT_SERIES in /etc/nas_feature is \"KT720\""                   },
+    {PLATFORM_UNKNOWN,       "unknown",        "neither /sys/class/borel nor a known controller or series is there"},
+};
+
+const Recognition& recognise() {
+    int platform = LibQuorvelBin_GetPlatform();
+    const Recognition* row = kRecognitions;
+    while (row->platform != PLATFORM_UNKNOWN && row->platform != platform)
+        row++;
+    return *row;
+}
+
+const char* setting_or(const char* key, char (&value)[128]) {
+    value[0] = '\0';
+    (void)LibQuorvelBin_GetConfValInStringByKey(value, sizeof value, key);
+    return value[0] != '\0' ? value : "(not set)";
+}
+
+// The file is in force, or why it is not; then what holds instead.
+void describe_origin(NamingSource& source, bool configured) {
+    if (configured) return source.origin.add(kDiskOrderFile.path);
+    const Recognition& platform = recognise();
+    char internal[128], usb[128];
+    if (source.table.rows != nullptr) {
+        source.origin.append("built into the library for platform %s (%s)", platform.name, platform.sign);
+    } else {
+        source.origin.append("none: rules INTERNAL_SCSI_TYPE=%s, USB_TREE_TYPE=%s; platform %s (%s)",
+                             setting_or("INTERNAL_SCSI_TYPE", internal), setting_or("USB_TREE_TYPE", usb),
+                             platform.name, platform.sign);
+    }
+    SlotFault fault = SlotFault::kNone;
+    int line = first_bad_line(kDiskOrderFile, fault);
+    if (line != 0) source.origin.append("; %s:%d: %s", kDiskOrderFile.path, line, text_of_fault(fault));
+}
+
+struct LineNumbers {
+    int* lines;
+    int room;
+};
+
+void note_line(void* context, const SlotLine& line, const struct disk_path*) {
+    LineNumbers& numbers = *static_cast<LineNumbers*>(context);
+    if (line.rows > 0 && line.rows <= numbers.room && numbers.lines[line.rows - 1] == 0)
+        numbers.lines[line.rows - 1] = line.number;
+}
+
+void ignore_line(void*, const SlotLine&, const struct disk_path*) {}
+
+// Reads a file, and which line each row stands on; null when the library takes no table from it.
+struct disk_path* load(NamedTable& table, const SlotFile& file) {
+    struct disk_path* rows = nullptr;
+    if (!walk_slot_file(file, ignore_line, nullptr, &rows) || rows == nullptr) return nullptr;
+    int count = index_of_end(rows);
+    table.rows = rows;
+    table.file = &file;
+    table.lines.reset(static_cast<int*>(calloc(static_cast<size_t>(count) + 1, sizeof(int))));
+    LineNumbers numbers = {table.lines.get(), table.lines ? count : 0};
+    (void)walk_slot_file(file, note_line, &numbers);
+    return rows;
+}
+
+struct BadLine {
+    int number;
+    SlotFault fault;
+};
+
+void keep_first_bad(void* context, const SlotLine& line, const struct disk_path*) {
+    BadLine& bad = *static_cast<BadLine*>(context);
+    if (bad.number == 0 && line.fault != SlotFault::kNone) bad = {line.number, line.fault};
+}
+
+}  // namespace
+
+bool walk_slot_file(const SlotFile& file, SlotLineVisitor visit, void* context, struct disk_path** table) {
+    Descriptor opened = open_for_reading(file.path);
+    if (!opened) return false;
+    DiskOrder order;
+    ExtensionFile extension;
+    if (file.extension) extension.card = find_card();
+    LineReader reader(opened.number, kSlotFilePiece);
+    char line[kSlotFilePiece + 1];
+    bool line_ended = true, good = true;
+    for (int number = 0; next_line(reader, line, sizeof line);) {
+        if (line_ended) number++;
+        line_ended = line[0] != '\0' && line[strlen(line) - 1] == '\n';
+        bool section = file.extension && take_section(extension, line);
+        char *key = nullptr, *value = nullptr;
+        bool setting = !section && split_setting(line, key, value);
+        if (!setting && !section && (key[strspn(key, "\r\n")] == '\0' || key[0] == ';' || key[0] == '#')) continue;
+        SlotFault fault = SlotFault::kNone;
+        if (setting) {
+            fault = file.extension ? take_extension_setting(extension, key, value)
+                                   : take_disk_order_setting(order, key, value);
+        }
+        const SlotTableBuilder& read = file.extension ? extension.table : order.table;
+        visit(context, {number, setting ? key : nullptr, value, section, fault, read.count}, read.rows);
+        good = good && fault == SlotFault::kNone;
+    }
+    if (table != nullptr && good) *table = (file.extension ? extension.table : order.table).release();
+    return true;
+}
+
+int first_bad_line(const SlotFile& file, SlotFault& fault) {
+    BadLine bad = {0, SlotFault::kNone};
+    (void)walk_slot_file(file, keep_first_bad, &bad);
+    fault = bad.fault;
+    return bad.number;
+}
+
+const char* text_of_fault(SlotFault fault) {
+    switch (fault) {
+        case SlotFault::kSlot:
+            return "the slot is no number from 1 on";
+        case SlotFault::kPath:
+            return "the path is missing or longer than 127 characters";
+        case SlotFault::kAddress:
+            return "the SCSI address is missing or longer than 127 characters";
+        case SlotFault::kPort:
+            return "the first USB port is no number from 1 on";
+        case SlotFault::kExtensionSlot:
+            return "the key is not extslot1 to extslot4";
+        default:
+            return "memory is short";
+    }
+}
+
+NamingSource::NamingSource() {
+    struct os_version running = {};
+    (void)LibQuorvelBin_GetOsVer(&running);
+    for (int shift : {48, 32, 16, 0})
+        kernel.append("%s%u", shift < 48 ? "." : "", static_cast<unsigned>(running.version >> shift & 0xffff));
+    new_sysfs = LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1;
+    owned[0] = load(table, kDiskOrderFile);
+    // Without a configured set what the library gives is built in, and nobody's to release.
+    if (owned[0] == nullptr) table.rows = LibQuorvelBin_GetPlatformDiskSet();
+    if (table.rows != nullptr) owned[1] = load(extension, kExtensionFile);
+    describe_origin(*this, owned[0] != nullptr);
+}
+
+NamingSource::~NamingSource() {
+    for (struct disk_path* set : owned)
+        disk_path_free(set);
+}

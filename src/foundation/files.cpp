@@ -27,6 +27,11 @@ mode_t type_of(const struct stat& status) {
 
 }  // namespace
 
+// close() is not repeated on EINTR: on Linux the descriptor is gone either way.
+void Descriptor::close_now() {
+    if (number >= 0) close(number);
+}
+
 Descriptor above_standard(int descriptor) {
     if (descriptor < 0 || descriptor > STDERR_FILENO) return Descriptor(descriptor);
     Descriptor standard(descriptor);

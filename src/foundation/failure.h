@@ -1,4 +1,4 @@
-// How a function of the interface fails: its result, with the reason in errno. include/quorvel/foundation.h lists the
+// How a function of the interface fails: its result, with the reason in errno. include/quorvel/api.h lists the
 // reasons.
 #pragma once
 

@@ -12,7 +12,8 @@
  * threads).
  *
  * Commands. Every function of the library that runs a command uses sh, with the caller's environment and every signal
- * at its default, waits for its end, and learns its status whatever the caller does with SIGCHLD. */
+ * at its default (but for those that a function holds back: api.h), waits for its end, and learns its status whatever
+ * the caller does with SIGCHLD. */
 #ifndef QUORVEL_FOUNDATION_H
 #define QUORVEL_FOUNDATION_H
 
@@ -106,7 +107,8 @@ QUORVEL_API int LibQuorvelBin_GetSpecifiedKey(char* dst, uint64_t dst_size, cons
  * @return 0, or -1 for a null argument. Traces dst above debug level 9. */
 QUORVEL_API int LibQuorvelBin_GetLastWord(char* dst, const char* text, const char* separator, size_t length);
 
-/** The text before the last separator; the empty text (not the whole) when it holds none.
+/** The text before the last separator; the empty text (not the whole) when it holds none, the whole text when the
+ * separator is empty.
  * @param dst  has room for the text; may be the text itself
  * @return 0, or -1 when the working copy cannot be allocated. Traces above debug levels 9 and 100. */
 QUORVEL_API int LibQuorvelBin_AvoidLastWord(char* dst, const char* text, const char* separator);
@@ -149,7 +151,7 @@ QUORVEL_API int dump(const char* title, const void* data, int length);
 /** Runs a shell command and collects its standard output.
  * @param buffer  receives a terminated text to be released with free(), in every case in which it is not null; after a
  * failure to grow it holds what came so far, unterminated
- * @return the command's wait status, or -1 when memory or the pipe could not be had. */
+ * @return the command's wait status, or -1 when memory, the pipe or the shell could not be had. */
 QUORVEL_API int ExecPipe(const char* command, char** buffer);
 
 /** 1 when the path is a regular file that the caller can open for reading, else 0. Devices are not opened for that. */
@@ -168,7 +170,7 @@ QUORVEL_API void LibQuorvelBin_Sync(void);
 QUORVEL_API int LibQuorvelBin_GetConfValInStringByKey(char* dst, size_t size, const char* key);
 
 /** A feature's value as a number: 1 when it begins with "on", 0 with "off", the low 32 bits of its leading decimal
- * number when it begins with a digit, otherwise (quoted, negative, empty, missing) -1. */
+ * number when it begins with a digit, otherwise (quoted, negative, empty: EBADMSG; missing) -1. */
 QUORVEL_API int LibQuorvelBin_GetConfOnOffValInIntByKey(const char* key);
 
 /** A feature's value for a script: as LibQuorvelBin_GetConfOnOffValInIntByKey when that is not -1; else 0 when the key

@@ -115,7 +115,7 @@ QUORVEL_API int LibQuorvelBin_AvoidLastWord(char* dst, const char* text, const c
 
 /** Whether item is an element of a list joined with a separator text. The last element also matches when it only begins
  * with the item; an empty list or a trailing separator has an empty last element. An element in front is never empty.
- * @return 1 or 0; -1 when list is null. */
+ * @return 1 or 0; -1 when list is null, 0 (EINVAL) when item or separator is. */
 QUORVEL_API int LibQuorvelBin_IsContainedInStringList(const char* list, const char* item, const char* separator);
 
 /** The part of a path behind its last "/", or the whole path: at most size - 1 bytes and no terminator are written, so
@@ -205,8 +205,8 @@ QUORVEL_API int LibQuorvelBin_IsVeldmark(void);
  * /usr/local/sbin/nvram, which also appends the line to /etc/nas_feature (readers keep the first, old line until the
  * file is made anew), behind a line end where the last line has none. Prints which tools are missing and what to
  * expect. Results of the tools are not looked at, but what the feature file held is put back when dumpnf failed or gave
- * no setting. The file is never made wider than 0644. Signals that end a process are held back from the first tool to
- * the last.
+ * no setting. The file is never made wider than 0644; where it is made, the caller's mask is a strict one for a moment.
+ * Signals that end a process are held back from the first tool to the last.
  *
  * Key and value reach the shell unquoted: they must hold no character that is special to a shell.
  * @return 0; -1 when there is no tool ("LibQuorvelBin_SetConfValInString : set feature failed!" and two lines above it)

@@ -4,6 +4,7 @@
 
 #include "foundation/answer.h"
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "quorvel/foundation.h"
@@ -39,8 +40,9 @@ int LibQuorvelBin_GetConfValInStringByKey(char* dst, size_t size, const char* ke
 
 int LibQuorvelBin_GetConfOnOffValInIntByKey(const char* key) {
     char value[kValueSize] = "";
-    (void)LibQuorvelBin_GetConfValInStringByKey(value, sizeof value, key);
-    return number_of_value(value);
+    if (LibQuorvelBin_GetConfValInStringByKey(value, sizeof value, key) != 0) return -1;
+    int number = number_of_value(value);
+    return number != -1 ? number : fail(EBADMSG);
 }
 
 int LibQuorvelBin_GetConfValByKey(const char* key) {

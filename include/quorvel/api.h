@@ -16,13 +16,14 @@
  *     ENOPKG        a program that the answer needs is not installed
  *     EIO           a program that the answer needs failed, or a device did
  *     EBADMSG       what was read has not the form it must have
- *     EBUSY         something is in use; ETIMEDOUT: somebody else held it for too long
+ *     EISDIR        a directory stands where a file must be
+ *     ETIMEDOUT     somebody else held a file for too long
  *     EPERM         a file that an unprivileged account could have put there is not used
  *
  * Threads. A function may be called from several threads at once unless its comment names what it shares with others.
  * All of them read the globals debug and from_cmdline, and what they print goes to one standard output. Where a function
- * holds back signals, commands that other threads start meanwhile ignore those too (HUP, INT, QUIT, PIPE, ALRM, TERM,
- * USR1, USR2). */
+ * holds signals back, it does so for its own thread and its children: the other threads still take them, but commands
+ * that they start meanwhile ignore those too (HUP, INT, QUIT, PIPE, ALRM, TERM, USR1, USR2). */
 #ifndef QUORVEL_API_H
 #define QUORVEL_API_H
 

@@ -27,11 +27,11 @@ QUORVEL_BEGIN_DECLS
  *                        is missing or does not begin with a digit. N is its leading decimal number, however long; 33
  *                        and above are -1, and 0 is a configuration too
  *
- * Names are as the session file has them in ":"-separated fields, which must be three parts for a target (under 128
- * characters) and two for an initiator (at most 126); any other name is empty. A target whose name is empty does not
- * take its tid. An address is cut at its first ":". A configuration finds the first target with its short name, and
- * with that tid the name of the first target that has it. Lines of the session file are read in pieces of at most 1023
- * characters.
+ * Names are as the session file has them in ":"-separated parts: the first three of a target's (under 128 characters
+ * together), the first two of an initiator's (at most 126). A name of fewer parts, or of more characters, is empty. The
+ * short name is the third part. A target whose name is empty does not take its tid. An address is cut at its first ":".
+ * A configuration finds the first target with its short name, and with that tid the name of the first target that has
+ * it. Lines of the session file are read in pieces of at most 1023 characters.
  *
  * Initiators choose their own names: a line whose first word begins with "tid:", "sid:" or "cid:" is that of a target,
  * a session or a connection, whatever stands behind; only another line is searched for these words, in this order.
@@ -74,7 +74,8 @@ extern QUORVEL_API const struct firewall_service set_firewall_tab[QUORVEL_FIREWA
  *
  * The ports file is read to its end before the filter table is touched, and nothing is printed before the last rule is
  * in. Between the flush and the last rule the signals that end a process are held back (SIGKILL cannot be). How many of
- * the commands failed, and which was the first, is told on standard error; the result is 0 all the same.
+ * the commands failed, and which was the first, is told on standard error; the result is 0 all the same, and errno,
+ * cleared before the call, is EIO.
  *
  * The default file is written beside the old one, which it replaces when it is whole and on the disk (a link stays one
  * and its target is replaced; what is no regular file is not). It keeps the mode and, where the caller may give it
@@ -89,7 +90,8 @@ extern QUORVEL_API const struct firewall_service set_firewall_tab[QUORVEL_FIREWA
  *
  * The number of Ethernet ports is feature DEVICE_NETWORK_NUM; below 1 no flag is read or written, and a missing feature
  * prints "wrong feature name". Bonded ports (LibQuorvelBin_IsBondingMode) have the first flag of a line only, and are
- * interface bond0; otherwise flags are for eth0, eth1, ... getopt and the filter table are shared with other threads.
+ * interface bond0; otherwise flags are for eth0, eth1, ... getopt and the filter table are shared with other threads,
+ * and from_cmdline, which is 0 for the moment in which the ports are counted.
  * @param argc  entries of argv
  * @param argv  0 the command word, then the options
  * @return 0 for all that ran, also without an operation, and when no ports file could be found or opened (which it

@@ -82,6 +82,16 @@ Heap<char> expand_path(const char* argument) {
     return path;
 }
 
+// Commands that failed change errno only.
+int result_of(bool applied) {
+    return applied ? 0 : fail(EIO, 0);
+}
+
+void print_table(const RulePlan& plan) {
+    if (plan.asks_port_count) (void)network_port_count();  // for what it says of a missing feature
+    (void)fwrite(plan.table.bytes, 1, plan.table.size, stdout);
+}
+
 // What is to be read is read before anything is changed, and nothing is printed before the last rule is in.
 int start(const char* requested) {
     PortsFile choice = choose_ports_file(requested);
@@ -90,17 +100,15 @@ int start(const char* requested) {
     bool opened = static_cast<bool>(file);
     RulePlan plan;
     if (opened && !read_ports(static_cast<Descriptor&&>(file), plan)) return -1;
-    apply_rules(plan);
+    const bool applied = apply_rules(plan);
 
     print_choice(choice);
-    if (choice.path == nullptr) return 0;
-    if (!opened) {
+    if (opened) {
+        print_table(plan);
+    } else if (choice.path != nullptr) {
         printf("Can't open file(%s)\n", choice.path);
-        return 0;
     }
-    if (plan.asks_port_count) (void)network_port_count();  // for what it says of a missing feature
-    (void)fwrite(plan.table.bytes, 1, plan.table.size, stdout);
-    return 0;
+    return result_of(applied);
 }
 
 // The short options keep their letters; -c has no meaning.
@@ -140,6 +148,5 @@ int LibQuorvelBin_FirewallEntry(int argc, char** argv) {
         if (!requested) return -1;
     }
     if (operation == kStart) return start(requested.get());
-    if (operation == kStop) apply_rules(RulePlan());
-    return 0;
+    return operation == kStop ? result_of(apply_rules(RulePlan())) : 0;
 }

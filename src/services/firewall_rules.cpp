@@ -114,7 +114,7 @@ bool read_ports(Descriptor file, RulePlan& plan) {
     return !lines.reader.failed && is_whole(plan.denials) && is_whole(plan.table);
 }
 
-void apply_rules(const RulePlan& plan) {
+bool apply_rules(const RulePlan& plan) {
     Failures failures;
     // A reader that does not read stops the command here, where nothing is begun.
     (void)fflush(stdout);
@@ -127,6 +127,7 @@ void apply_rules(const RulePlan& plan) {
     }
     if (failures.count > 0)
         fprintf(stderr, "firewall: commands that failed: %d, first \"%s\"\n", failures.count, failures.first.c_str());
+    return failures.count == 0;
 }
 
 }  // namespace quorvel

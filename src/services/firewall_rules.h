@@ -39,7 +39,7 @@ struct RulePlan {
 [[nodiscard]] bool read_ports(Descriptor file, RulePlan& plan);
 
 /// Removes every rule of the filter table, whoever made it, then adds those of the plan. What fails is told on standard
-/// error behind the last command; nothing else is printed.
-void apply_rules(const RulePlan& plan);
+/// error behind the last command, and false then; nothing else is printed.
+[[nodiscard]] bool apply_rules(const RulePlan& plan);
 
 }  // namespace quorvel

@@ -1,4 +1,4 @@
-// config write: one setting, from the command line or from standard input.
+// config write: one setting, from the command line or from standard input. config delete: one setting.
 #include <errno.h>
 #include <stdio.h>
 #include <string.h>
@@ -62,4 +62,14 @@ int run_config_write(char** argv) {
     int status = write_from_input(argv, place, value);
     explicit_bzero(value, sizeof value);
     return status;
+}
+
+int run_config_delete(char** argv) {
+    hold_signals();
+    if (LibQuorvelBin_ConfigHelper(4, argv) != 0) return kExitNo;
+    Place place;
+    // What no reader finds is not there.
+    if (find_place(argv[3], place) != nullptr || holds(place, nullptr)) return kExitOk;
+    fprintf(stderr, "config delete: %s: not removed; %s is as it was\n", argv[3], place.file);
+    return kExitNo;
 }

@@ -22,7 +22,7 @@ int run_nand_erase(int, char**) {
 constexpr Command kCommands[] = {
     {"ups_test",   "", "test the UPS port with a loopback plug in it",       "0 passed, 1 failed", 0, 0, run_ups_test},
     {"nand_erase", "", "switch NAND boot off and wipe its two partitions",
-     "0 erased, 1 nboot not erased, 3 NAND boot not switched off and nothing erased, 4 nroot not erased", 0, 0, run_nand_erase},
+     "0 both given to flash_eraseall, 1 nboot not erased, 3 NAND boot not switched off and nothing erased, 4 nroot not erased", 0, 0, run_nand_erase},
 };
 // clang-format on
 

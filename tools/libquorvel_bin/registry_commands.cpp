@@ -9,7 +9,8 @@ namespace {
 int run_config(int argc, char** argv) {
     const char* operation = argc > 2 ? argv[2] : "";
     if (strcmp(operation, "apply") == 0) return run_config_apply(argc, argv);
-    if (strcmp(operation, "write") == 0 && argc == 5) return run_config_write(argv);
+    if (strcmp(operation, "write") == 0) return run_config_write(argv);
+    if (strcmp(operation, "delete") == 0) return run_config_delete(argv);
     return exit_status_of_result(LibQuorvelBin_ConfigHelper(argc, argv));
 }
 

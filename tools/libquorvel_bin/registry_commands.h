@@ -7,5 +7,8 @@
 /// written.
 int run_config_write(char** argv);
 
+/// config delete KEY: looks whether it was removed.
+int run_config_delete(char** argv);
+
 /// config apply [--dry-run] [--add] FILE: several settings at once, all of them or none.
 int run_config_apply(int argc, char** argv);

@@ -94,7 +94,9 @@ int run_firewall(int argc, char** argv) {
     if (call.operation == 0 && argc > 2) return wrong_firewall_call(argv, nullptr, "no option that says what to do");
     bool filters = call.operation == 's' || call.operation == 'p';
     int able = !filters || can_filter(call, argv) ? kExitOk : kExitNo;
+    errno = 0;
     int result = LibQuorvelBin_FirewallEntry(argc - 1, argv + 1);
+    if (filters && errno == EIO) able = kExitNo;
     return call.operation == 'h' ? kExitOk : std::max(able, exit_status_of_result(result));
 }
 
@@ -115,7 +117,7 @@ int run_url_encode(int, char** argv) {
 // clang-format off
 constexpr Command kCommands[] = {
     {"iscsi",      "SUBCOMMAND [NUMBER]",     "iSCSI sessions, volumes and target ids",             "0 answered, 1 no such target id, 2 wrong sub-command", 0, -1, run_iscsi},
-    {"firewall",   "OPTION...",               "keep services off network ports",                    "0 done, 1 no option, no iptables, no ports file, or default file not written, 2 wrong option", 0, -1, run_firewall},
+    {"firewall",   "OPTION...",               "keep services off network ports",                    "0 done, 1 no option, iptables missing or failed, no ports file, or default file not written, 2 wrong option", 0, -1, run_firewall},
     {"backup",     "SUBCOMMAND [TASK [PAIR]]", "settings and rsync addresses of a backup task",     "0 done or usage asked for, 2 wrong sub-command",   0, -1, run_backup},
     {"url_encode", "TEXT",                    "print a text percent-encoded",                       "0 done, 1 no memory",                             1,  1, run_url_encode},
 };

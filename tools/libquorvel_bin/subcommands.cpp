@@ -2,6 +2,9 @@
 // that had been asked for.
 #include <string.h>
 
+#include <string_view>
+
+#include "foundation/numbers.h"
 #include "libquorvel_bin.h"
 #include "telling.h"
 
@@ -24,7 +27,7 @@ constexpr Subcommand kSubcommands[] = {
     {"md",     "diskcap",              "",                          0, kAnyNumber},
     {"md",     "GetEmptyMdNameForTmp", "",                          0, kAnyNumber},
     {"config", "read",                 " KEY",                      1, 1         },
-    {"config", "write",                " KEY VALUE",                1, kAnyNumber},
+    {"config", "write",                " KEY VALUE",                2, 2         },
     {"config", "delete",               " KEY",                      1, 1         },
     {"config", "apply",                " [--dry-run] [--add] FILE", 1, kAnyNumber},
     {"config", "-h",                   nullptr,                     0, kAnyNumber},
@@ -58,10 +61,12 @@ bool has_subcommands(const char* command) {
     return false;
 }
 
-const char* fault_of(const Subcommand* row, int arguments) {
+const char* fault_of(const Subcommand* row, int arguments, char** argv) {
     if (row == nullptr) return "unknown word";
     if (arguments < row->least) return "missing argument";
-    return row->most != kAnyNumber && arguments > row->most ? "surplus argument" : nullptr;
+    if (row->most != kAnyNumber && arguments > row->most) return "surplus argument";
+    const bool names_task = row->least > 0 && std::string_view(row->arguments).starts_with(" TASK");
+    return names_task && !quorvel::is_all_digits(argv[3]) ? "TASK is no number" : nullptr;
 }
 
 void show_words(const char* command) {
@@ -98,7 +103,7 @@ void show_usage([[maybe_unused]] int argc, [[maybe_unused]] char** argv, [[maybe
 bool is_wrong_subcommand(int argc, char** argv) {
     if (!has_subcommands(argv[1])) return false;
     const Subcommand* row = argc > 2 ? find_subcommand(argv[1], argv[2]) : nullptr;
-    const char* fault = argc > 2 ? fault_of(row, argc - 3) : "missing word";
+    const char* fault = argc > 2 ? fault_of(row, argc - 3, argv) : "missing word";
     if (fault == nullptr) return false;
     tell(argc, argv, fault);
     show_usage(argc, argv, row != nullptr);

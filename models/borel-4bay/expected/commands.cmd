@@ -84,6 +84,8 @@ libquorvel_bin firewall --start --frob
 libquorvel_bin firewall --config /nonexistent
 libquorvel_bin firewall --start --config /nonexistent | tail -n 1
 PATH=/build libquorvel_bin firewall --stop 2>/dev/null
+ln -s /bin/false /tmp/iptables; PATH=/tmp:$PATH libquorvel_bin firewall --stop
+libquorvel_bin backup Info x >/dev/null
 libquorvel_bin backup Info
 libquorvel_bin url_encode '/a b'
 libquorvel_bin ups_test

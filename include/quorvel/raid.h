@@ -4,11 +4,17 @@
  *
  * Facts come from the feature settings (/etc/nas_feature), the disk status file (/etc/tevra/diskinfo), the md driver's
  * array-information request, the kernel's mount table and statfs, the disks' signature records, and the output of
- * /sbin/mdadm.
+ * /sbin/mdadm. Of superblocks only metadata 0.90 tells the array's md number and how many members were there: a disk
+ * with metadata 1.x forms a group of its own, named by its device UUID, and is tied to no array.
+ *
+ * An array is listed when its device node opens, whether or not it runs. Between groups and arrays the md number in the
+ * superblock is the only tie: the group belongs to the listed array of the device mdN, and its members to that array.
+ * Nothing compares UUIDs for it.
  *
  * Each initialiser starts its list afresh; records found earlier stay valid but are no longer listed, and none is ever
  * freed. A record is inserted in front, so that a walk meets the newest one first: the highest slot, the last table
- * row. When memory runs out a record is left out.
+ * row. When memory runs out a record is left out. Lists and tables are shared by all functions here but those that turn
+ * a code into a word: call them from one thread at a time. They also set from_cmdline to 0 for a moment.
  *
  * The details traced here stand above debug level 101. Answers of the functions called meanwhile are kept off standard
  * output (from_cmdline counts as 0), but the messages they print in any case are not: "wrong feature name" for a model
@@ -42,7 +48,8 @@ extern QUORVEL_API const struct diskinfo_code diskinfo_tbl[17];
 QUORVEL_API const char* str_diskinfo_value(int code);
 
 /** The name of an md disk-state bit number (0 "faulty", 1 "active", 2 "sync", 3 "removed", 9 "write_mostly"), or
- * "Unkown". The reports show an array's state word through it too. */
+ * "Unkown". The reports show an array's state word through it too: a clean array has the word 1, which prints "active",
+ * whether it is degraded or not. */
 QUORVEL_API const char* str_md_state(int state);
 
 /** The name of an md level (0, 1, 5 and 6: "raid0" and so on), or "Unkown". */
@@ -72,7 +79,7 @@ struct sb_info {
     int total_devices; /**< members present when the superblock was written */
 };
 
-/** Sizes of a mounted file system in bytes; zero when nothing is mounted. */
+/** Sizes of a mounted file system in bytes; zero when nothing is mounted, 2^64-1 when they cannot be had. */
 struct partition_info {
     uint64_t total_size;
     uint64_t used_size;
@@ -111,7 +118,7 @@ struct arrayinfo {
 enum {
     DISK_CONNECTED = 0x01,    /**< a disk is in the slot, or the model does not support hot swapping */
     DISK_POWERED = 0x02,      /**< the slot has power */
-    DISK_HAS_SCSINAME = 0x04, /**< the slot's SCSI host exists; the kernel name may still be unknown */
+    DISK_HAS_SCSINAME = 0x04, /**< the SCSI host of the slot's index exists; the name may still be unknown */
     DISK_OPENABLE = 0x08,     /**< /dev/diskN opens for reading and writing */
     DISK_MOUNTED = 0x10       /**< /mnt/diskN is a mount point */
 };
@@ -120,13 +127,13 @@ enum {
 struct diskinfo {
     struct list_links links;
     char name[128];      /**< "disk1" is the first slot */
-    char scsiname[128];  /**< "sda", or empty */
+    char scsiname[128];  /**< "sda", or empty; see LibQuorvelBin_InitDiskInfo */
     int diskinfo_status; /**< the code recorded for name, or 0xffff */
     struct partition_info partition_info;
     struct disk_signature sig; /**< all zeros when it cannot be read */
     int status;                /**< bits DISK_... */
     struct sb_info sb;
-    struct arrayinfo* in_array; /**< the running array of its group, or null */
+    struct arrayinfo* in_array; /**< the listed array of its group, or null */
 };
 
 /** The disks whose superblocks carry one UUID. */
@@ -168,9 +175,12 @@ extern QUORVEL_API struct diskinfo_code disk_mode_tbl[4];
  * the counters of every active array, mount points with their sizes, and each record. */
 QUORVEL_API int LibQuorvelBin_InitMdInfo(void);
 
-/** Fills diskinfo_list with slots 1 to MAX_DISK_NUM. For every slot, present or not, the power query and
- * "/sbin/mdadm --examine /dev/diskN_P" run once; P is the number behind the first "_" of feature DEVICE_HDD1_LINK (0
- * without one), disk 1 standing for all.
+/** Fills diskinfo_list with slots 1 to MAX_DISK_NUM. For every slot, present or not, the power query and "/sbin/mdadm
+ * --examine /dev/diskN_P" run once; P is the number behind the first "_" of feature DEVICE_HDD1_LINK (0 without one),
+ * disk 1 standing for all.
+ *
+ * The slot's index, from 0, is taken for the number of its SCSI host. Where slots and hosts do not run alike, as on the
+ * twelve-bay models (disk7), scsiname is another disk's name or none: ask LibQuorvelBin_GetDevnameFromDiskname.
  * @return 0. Messages and traces as for the arrays; its traces stand on lines of their own. */
 QUORVEL_API int LibQuorvelBin_InitDiskInfo(void);
 
@@ -201,15 +211,15 @@ QUORVEL_API struct pareinfo* LibQuorvelBin_SearchPareInfo(const char* key, int m
 /* ---- Reports ---- */
 
 /** Prints the report of an array: names, level, state, counters, members when the groups are linked, and sizes with the
- * percentage used (0 for a size of 0).
+ * percentage used (0 for a size of 0). Control bytes of a UUID are printed as "?".
  * @param name  "md2" or a path to it; the last component counts
- * @return 0; -1 behind "ARRAY         : NAME" and "  not exist" when the array is not listed; -1 for null. */
+ * @return 0; -1 (ENODEV) behind "ARRAY         : NAME" and "  not exist" when the array is not listed; -1 for null. */
 QUORVEL_API int LibQuorvelBin_ShowMdInfo(const char* name);
 
 /** Prints the report of a disk: name, kernel name, status bits, signature record, arrays by status file, by UUID and by
- * md number, and sizes as for arrays.
+ * md number, and sizes as for arrays. Control bytes of signature and UUID are printed as "?".
  * @param name  "disk1" or a path to it; the last component counts
- * @return 0; -1 behind "LibQuorvelBin_ShowDiskInfo :   error" when the disk is not listed; -1 for null. */
+ * @return 0; -1 (ENODEV) behind "LibQuorvelBin_ShowDiskInfo :   error" when the disk is not listed; -1 for null. */
 QUORVEL_API int LibQuorvelBin_ShowDiskInfo(const char* name);
 
 /** Prints the front-panel line of the disks and arrays in disk_mode_tbl and array_mode_tbl, without a line end: the
@@ -222,12 +232,23 @@ QUORVEL_API int LibQuorvelBin_PrintLcdString(void);
  *
  * - "mdinfo" MD: LibQuorvelBin_ShowMdInfo
  * - "diskinfo" DISK: LibQuorvelBin_ShowDiskInfo
- * - "diskinfo" "guess": what every array and disk is, told from the superblocks alone: "array1=raid5", "disk4=normal"
+ * - "diskinfo" "guess": what every array and disk is, told from the superblocks, see below
  * - "diskmode": the front-panel line, LibQuorvelBin_PrintLcdString
  * - "diskcap": four percentages used, of each disk's array or else of the disk, each followed by a blank; 0 for what is
- *   not mounted, has no size or no slot
+ *   not mounted, has no size or no slot. Whether an array is mounted is asked when its value is printed
  * - "GetEmptyMdNameForTmp": "/dev/mdN" for the first N from 11 to 15 whose node opens and has no active array, or
  *   nothing
+ *
+ * The guess report. Without any group "arrayN=off" for each array that the model takes and "diskN=normal" for each
+ * disk. With exactly two groups, taken for a striped pair of mirrors, first "array1=raid10", "arrayN=off" for every
+ * other array and "diskN=array1" for every disk; the lines that follow hold, as the last value of a key does. Then for
+ * each array "arrayN=raidLEVEL" (raid-1 for an unknown level), or "arrayN=off" when no group is tied to it; a group
+ * whose superblock counts fewer devices in total than in the array has two lines in front: "Warning(0)!!! : Not match
+ * between 'raid devices counts' and 'raid total devices counts'" and "Warning(0)!!! : Maybe arrayN is degraded.". Then
+ * for each disk "diskN=arrayN" for a member of a group that is tied to a listed array, else "diskN=normal"; "diskN="
+ * without a line end for one that is not listed. When the counts of the last such array disagree, every other disk is
+ * looked at: one that is mounted has a line "diskN : IS_MOUNT_OK condition" in front, and any other is mounted and
+ * unmounted on trial (LibQuorvelBin_MountTest of /dev/diskN_P), whose answer leaves it "normal".
  *
  * diskmode and diskcap have no line end. They fill the mode tables first: an array or disk that is not listed prints
  * "array_mode=" or "disk_mode=" (also one beyond the tables' rows, which are left out).

@@ -70,7 +70,7 @@ fill_chroot() {
     [[ -z ${QUORVEL_ROOT_FILES:-} ]] || mapfile -t more <<<"$QUORVEL_ROOT_FILES"
     cp -L --parents -t "$root" -- "${files[@]}" "${more[@]}"
     mkdir -p "$root$project_dir"
-    cp -a -t "$root$project_dir" -- "$project_dir"/{scripts,models,tests,fuzz}
+    cp -a -t "$root$project_dir" -- "$project_dir"/{scripts,models,tests,fuzz,examples}
     ln -s "$project_dir" "$root/source"
     [[ ! -d $root$build ]] || ln -s "$build" "$root/build"
 }

@@ -62,6 +62,7 @@ pid_t spawn_shell(const char* command, const Descriptor& written) {
     SpawnPlan plan(written);
     pid_t child;
     int error = posix_spawn(&child, files::kShell, &plan.actions, &plan.attributes, arguments, environ);
+    if (text.length > 0) explicit_bzero(&text, sizeof text);  // a command may hold a secret
     if (error != 0) errno = error;
     return error == 0 ? child : -1;
 }

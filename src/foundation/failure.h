@@ -1,4 +1,4 @@
-// How a function of the interface fails: its result, with the reason in errno. include/quorvel/foundation.h lists the
+// How a function of the interface fails: its result, with the reason in errno. include/quorvel/api.h lists the
 // reasons.
 #pragma once
 
@@ -17,5 +17,14 @@ inline decltype(nullptr) fail_null(int reason) {
     errno = reason;
     return nullptr;
 }
+
+/// Puts errno back as it was: an answer "no" is no failure, whatever looking for it met.
+struct KeptErrno {
+    int before = errno;
+    KeptErrno() = default;
+    ~KeptErrno() { errno = before; }
+    KeptErrno(const KeptErrno&) = delete;
+    KeptErrno& operator=(const KeptErrno&) = delete;
+};
 
 }  // namespace quorvel

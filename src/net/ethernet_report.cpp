@@ -6,7 +6,10 @@
 #include <stdio.h>
 #include <sys/ioctl.h>
 
+#include <span>
+
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/feature_settings.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
@@ -26,25 +29,36 @@ constexpr int kEmptyFile = -12;
 
 using Path = Text<320>;
 
-// Prints a failure line, which only a command front end wants to see.
+// Prints a failure line, which only a command front end wants to see. errno stays.
 __attribute__((format(printf, 1, 2))) void report(const char* format, ...) {
     if (from_cmdline == 0) return;
+    KeptErrno kept;
     va_list arguments;
     va_start(arguments, format);
     vprintf(format, arguments);
     va_end(arguments);
 }
 
-// The first line of an attribute file. A file that did not open leaves `line` as it was and is no error.
-int read_attribute(const Descriptor& file, const Path& path, char* line, size_t size) {
-    if (!file) {
+// The first line of an attribute file. A file that did not open leaves `text` as it was and is no error.
+int read_attribute(Descriptor opened, const Path& path, std::span<char> text) {
+    if (!opened) {
         report("Failed to open %s\n", path.c_str());
         return 0;
     }
-    LineReader reader(file.number, size - 1);
-    if (!next_line(reader, line, size)) return kEmptyFile;
+    LineFile file(static_cast<Descriptor&&>(opened), text.size() - 1);
+    char* line = next_line(file.reader);
+    if (line == nullptr) return fail(ENODATA, kEmptyFile);
     cut_at_line_feed(line);
+    copy_text(text.data(), text.size(), line);
     return 0;
+}
+
+int read_mtu(struct eth_info& info, const char* ifname) {
+    Path path(files::kNetMtuFormat, ifname);
+    char mtu[16] = "";
+    int failure = read_attribute(open_for_reading(path), path, mtu);
+    if (failure == 0) info.mtu = leading_int(mtu);
+    return failure;
 }
 
 int speed_of(const struct ethtool_cmd& settings) {
@@ -98,31 +112,28 @@ int report_one(const char* ifname) {
     return 0;
 }
 
-int print_usage(const char* word) {
+int refuse(const char* word) {
     puts("Argument is wrong!\n\nUsage is below\n");
     printf("%s <interface name>\n", word);
     printf("like : %s eth0\n", word);
-    return -1;
+    return fail(EINVAL);
 }
 
 }  // namespace
 
 int read_eth_info(struct eth_info* info, const char* ifname) {
-    if (info == nullptr || ifname == nullptr) return kNoDevice;
+    if (info == nullptr || ifname == nullptr) return fail(EINVAL, kNoDevice);
     Path address(files::kNetAddressFormat, ifname);
-    Descriptor address_file = open_for_reading(address.c_str());
-    // A file that opens shows that its directory is there.
-    if (!address_file && IsDirExist(Path(files::kNetInterfaceFormat, ifname).c_str()) == 0) {
+    bool named = is_directory_name(ifname);
+    Descriptor address_file = named ? open_for_reading(address) : Descriptor();
+    // A file that opens shows that its directory is there: the directory is opened in need only.
+    if (!address_file && (!named || IsDirExist(Path(files::kNetInterfaceFormat, ifname).c_str()) == 0)) {
         report("Specified device is not exist\n");
-        return kNoDevice;
+        return fail(ENODEV, kNoDevice);
     }
-    int failure = read_attribute(address_file, address, info->mac, sizeof info->mac);
+    int failure = read_attribute(static_cast<Descriptor&&>(address_file), address, info->mac);
+    if (failure == 0) failure = read_mtu(*info, ifname);
     if (failure != 0) return failure;
-    Path mtu_path(files::kNetMtuFormat, ifname);
-    char mtu[16] = "";
-    failure = read_attribute(open_for_reading(mtu_path.c_str()), mtu_path, mtu, sizeof mtu);
-    if (failure != 0) return failure;
-    info->mtu = leading_int(mtu);
     ask_driver(*info, ifname);
     return 0;
 }
@@ -131,5 +142,5 @@ int LibQuorvelBin_EthInfo(int argc, char** argv) {
     int count = argument_count(argc, argv);
     if (count == 1) return report_every_port();
     if (count == 2) return report_one(argv[1]);
-    return print_usage(count > 0 ? argv[0] : "");
+    return refuse(count > 0 ? argv[0] : "");
 }

@@ -1,10 +1,12 @@
 // What the kernel's interface ioctls answer about one interface, and the one setter.
-#include <errno.h>
+#include <fcntl.h>
 #include <netinet/in.h>
+#include <stdio.h>
 #include <string.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
+#include "foundation/failure.h"
 #include "foundation/text.h"
 #include "net/interface_request.h"
 #include "quorvel/net.h"
@@ -17,8 +19,8 @@ namespace {
 enum class Result { hardware_address, address, map, number, flags };
 
 struct Question {
-    char function[24];
-    char request_name[16];  // as the failure line spells it
+    const char* function;
+    const char* request_name;  // as the failure line spells it
     unsigned long request;
     Result result;
 };
@@ -36,16 +38,21 @@ constexpr Question kMetric    = {"Netdev_GetMetric",    "SIOCGIFMETRIC",  SIOCGI
 constexpr Question kMap       = {"Netdev_GetMap",       "SIOCGIFMAP",     SIOCGIFMAP,     Result::map};
 // clang-format on
 
+// A failure line of the family, with the reason in errno, which stays; -1.
+int complain(const char* what, const char* separator) {
+    int reason = errno;
+    fprintf(stderr, "%s%s%s\n", what, separator, strerror(reason));
+    return fail(reason);
+}
+
 Descriptor socket_for(const char* function) {
     Descriptor open_socket = interface_socket();
-    if (!open_socket) fprintf(stderr, "%s:%s\n", function, strerror(errno));
+    if (!open_socket) complain(function, ":");
     return open_socket;
 }
 
-bool issue(const Descriptor& open_socket, unsigned long request_code, const char* request_name, struct ifreq& request) {
-    if (ioctl(open_socket.number, request_code, &request) != -1) return true;
-    fprintf(stderr, "%s :%s\n", request_name, strerror(errno));
-    return false;
+int issue(const Descriptor& open_socket, unsigned long request_code, const char* request_name, struct ifreq& request) {
+    return ioctl(open_socket.number, request_code, &request) != -1 ? 0 : complain(request_name, " :");
 }
 
 struct sockaddr_in& ipv4_of(struct ifreq& request) {
@@ -82,17 +89,23 @@ int take_result(Result result, struct ifreq& request, void* out) {
     return request.ifr_flags;
 }
 
-int ask_over(const Descriptor& open_socket, const Question& question, const char* ifname, void* out) {
+int ask(const Question& question, const char* ifname, void* out) {
+    bool stores = question.result != Result::number && question.result != Result::flags;
+    if (ifname == nullptr || (stores && out == nullptr)) return fail(EINVAL);
+    Descriptor open_socket = socket_for(question.function);
+    if (!open_socket) return -1;
     struct ifreq request = request_for(ifname);
-    if (!issue(open_socket, question.request, question.request_name, request)) return -1;
+    if (issue(open_socket, question.request, question.request_name, request) != 0) return -1;
     return take_result(question.result, request, out);
 }
 
-int ask(const Question& question, const char* ifname, void* out) {
-    bool stores = question.result != Result::number && question.result != Result::flags;
-    if (ifname == nullptr || (stores && out == nullptr)) return -1;
-    Descriptor open_socket = socket_for(question.function);
-    return open_socket ? ask_over(open_socket, question, ifname, out) : -1;
+// Sets the address in a request, then the netmask in its place.
+int set_address(const Descriptor& open_socket, struct ifreq& request, uint32_t address, uint32_t netmask) {
+    ipv4_of(request).sin_family = AF_INET;
+    ipv4_of(request).sin_addr.s_addr = address;
+    if (issue(open_socket, SIOCSIFADDR, "SIOCSIFADDR", request) != 0) return -1;
+    ipv4_of(request).sin_addr.s_addr = netmask;
+    return issue(open_socket, SIOCSIFNETMASK, "SIOCSIFNETMASK", request);
 }
 
 }  // namespace
@@ -100,19 +113,18 @@ int ask(const Question& question, const char* ifname, void* out) {
 namespace quorvel {
 
 Descriptor interface_socket() {
-    return Descriptor(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    Descriptor open_socket(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (open_socket || errno != EINVAL) return open_socket;
+    // A kernel that does not know the flag takes it for another type of socket.
+    open_socket = Descriptor(socket(AF_INET, SOCK_DGRAM, 0));
+    if (open_socket) fcntl(open_socket.number, F_SETFD, FD_CLOEXEC);
+    return open_socket;
 }
 
 struct ifreq request_for(const char* ifname) {
     struct ifreq request = {};
     copy_text(request.ifr_name, sizeof request.ifr_name, ifname);
     return request;
-}
-
-int ask_address_and_netmask(const char* ifname, uint32_t* address, uint32_t* netmask) {
-    Descriptor open_socket = socket_for(kIpAddr.function);
-    if (!open_socket || ask_over(open_socket, kIpAddr, ifname, address) != 0) return -1;
-    return ask_over(open_socket, kNetmask, ifname, netmask);
 }
 
 }  // namespace quorvel
@@ -149,23 +161,23 @@ int Netdev_GetMap(const char* ifname, struct netdev_map* map) {
 }
 
 int Netdev_SetIpAddr(const char* ifname, uint32_t address, uint32_t netmask) {
-    if (ifname == nullptr) return -1;
+    if (ifname == nullptr) return fail(EINVAL);
     Descriptor open_socket = socket_for(__func__);
     if (!open_socket) return -1;
     struct ifreq request = request_for(ifname);
-    ipv4_of(request).sin_family = AF_INET;
-    ipv4_of(request).sin_addr.s_addr = address;
-    if (!issue(open_socket, SIOCSIFADDR, "SIOCSIFADDR", request)) return -1;
-    ipv4_of(request).sin_addr.s_addr = netmask;
-    return issue(open_socket, SIOCSIFNETMASK, "SIOCSIFNETMASK", request) ? 0 : -1;
+    if (fits_request(ifname)) return set_address(open_socket, request, address, netmask);
+    errno = ENODEV;
+    return complain("SIOCSIFADDR", " :");
 }
 
 int OpenSocket(void) {
     Descriptor open_socket = interface_socket();
-    if (!open_socket) perror("socket fail");
-    return open_socket.release();
+    if (open_socket) return open_socket.release();
+    KeptErrno kept;
+    perror("socket fail");
+    return -1;
 }
 
 int getmac(void) {
-    return -1;
+    return fail(ENOSYS);
 }

@@ -1,42 +1,53 @@
 // The interface report: one KEY_IFNAME=VALUE line for each question.
-#include <arpa/inet.h>
 #include <stdio.h>
+#include <string.h>
 
+#include "foundation/mac_text.h"
 #include "quorvel/net.h"
+
+using namespace quorvel;
 
 namespace {
 
-void print_error(const char* key, const char* ifname) {
-    printf("%s_%s=error\n", key, ifname);
+using Value = MacText;  // the longest of them
+
+void print_line(const char* key, const char* ifname, const Value& value) {
+    printf("%s_%s=%s\n", key, ifname, value.c_str());
 }
 
-void print_address(const char* key, const char* ifname, int (*get)(const char*, uint32_t*)) {
-    struct in_addr address;
-    if (get(ifname, &address.s_addr) != 0) return print_error(key, ifname);
-    printf("%s_%s=%s\n", key, ifname, inet_ntoa(address));
+Value error() {
+    return Value("error");
+}
+
+Value hardware_address(const char* ifname) {
+    uint8_t mac[6];
+    if (Netdev_GetHwAddr(ifname, mac) != 0) return error();
+    Value text;
+    add_mac_text(text, mac, Letters::capital);
+    return text;
+}
+
+Value dotted(int (*get)(const char*, uint32_t*), const char* ifname) {
+    uint32_t address;
+    if (get(ifname, &address) != 0) return error();
+    uint8_t octets[sizeof address];
+    memcpy(octets, &address, sizeof octets);
+    return Value("%u.%u.%u.%u", octets[0], octets[1], octets[2], octets[3]);
 }
 
 }  // namespace
 
 int getifinfo(const char* ifname) {
     if (ifname == nullptr) return 0;
-
-    uint8_t mac[6];
-    if (Netdev_GetHwAddr(ifname, mac) != 0) {
-        print_error("MACADRS", ifname);
-    } else {
-        printf("MACADRS_%s=%02X:%02X:%02X:%02X:%02X:%02X\n", ifname, mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
-    }
-
-    print_address("IPADDRS", ifname, Netdev_GetIpAddr);
-    print_address("BCAST", ifname, Netdev_GetBroadAddr);
-    print_address("NETMASK", ifname, Netdev_GetNetmask);
-
+    print_line("MACADRS", ifname, hardware_address(ifname));
+    print_line("IPADDRS", ifname, dotted(Netdev_GetIpAddr, ifname));
+    print_line("BCAST", ifname, dotted(Netdev_GetBroadAddr, ifname));
+    print_line("NETMASK", ifname, dotted(Netdev_GetNetmask, ifname));
     int mtu = Netdev_GetMtu(ifname);
-    mtu < 1 ? print_error("MTU", ifname) : (void)printf("MTU_%s=%d\n", ifname, mtu);
+    print_line("MTU", ifname, mtu < 1 ? error() : Value("%d", mtu));
     int flags = Netdev_GetFlags(ifname);
-    flags < 0 ? print_error("FLAG", ifname) : (void)printf("FLAG_%s=0x%x\n", ifname, static_cast<unsigned>(flags));
+    print_line("FLAG", ifname, flags < 0 ? error() : Value("0x%x", static_cast<unsigned>(flags)));
     int index = Netdev_GetIfIndex(ifname);
-    index < 0 ? print_error("IFINDEX", ifname) : (void)printf("IFINDEX_%s=%d\n", ifname, index);
+    print_line("IFINDEX", ifname, index < 0 ? error() : Value("%d", index));
     return 0;
 }

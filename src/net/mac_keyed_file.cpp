@@ -1,9 +1,12 @@
 // Files that only the unit they were written on can read: the pass phrase is its hardware address.
-#include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
+#include "foundation/mac_text.h"
+#include "foundation/replacement.h"
 #include "foundation/shell.h"
-#include "foundation/text.h"
 #include "quorvel/net.h"
 
 using namespace quorvel;
@@ -12,7 +15,7 @@ namespace {
 
 constexpr int kExitedWithOne = 256;  // a wait status
 
-using PassPhrase = Text<18>;
+using PassPhrase = MacText;
 using Command = Text<256>;
 
 // Wipes a secret at the end of its scope, whichever way that is left.
@@ -26,19 +29,33 @@ struct Wipe {
     Secret& secret;
 };
 
+// Written where its owner wipes it.
 int read_pass_phrase(const char* ifname, PassPhrase& phrase) {
     uint8_t mac[6];
     Wipe wipe(mac);
     int result = Netdev_GetHwAddr(ifname, mac);
-    if (result != -1) {
-        phrase.append("%02X:%02X:%02X:%02X:%02X:%02X", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
-    }
+    if (result != -1) add_mac_text(phrase, mac, Letters::capital);
     return result;
 }
 
-// A cut command is not run: its last word, a file to be written, would be another one.
-int run_keyed(const Command& command) {
-    return command.cut || run_command(command.c_str()) == kExitedWithOne ? 1 : 0;
+// The interface's result for a command's wait status; errno tells why it did not do its work.
+int result_of(int status) {
+    if (status > 0) errno = could_not_execute(status) ? ENOPKG : EIO;
+    return status == kExitedWithOne ? 1 : 0;
+}
+
+// The file's place is taken by what stands beside it: made before anybody else can, for its owner's eyes only, and
+// given mode and owner of the old file when it is whole.
+int run_replacing(const Command& command, const char* path) {
+    Text<256> beside("%s.1", path);
+    struct stat replaced;
+    bool there = stat(path, &replaced) == 0;
+    Descriptor made = open_replacement(beside);
+    if (!made) return 1;
+    int status = run_command(command);
+    if (status == 0 && there) give_mode_and_owner(made.number, &replaced);
+    if (status != 0) unlink(beside.c_str());
+    return result_of(status);
 }
 
 }  // namespace
@@ -46,20 +63,23 @@ int run_keyed(const Command& command) {
 int LibQuorvelBin_SetEncryptionMacAddressNicFile(const char* ifname, const char* path) {
     PassPhrase phrase;
     Wipe wipe_phrase(phrase);
-    if (path == nullptr || read_pass_phrase(ifname, phrase) == -1) return -1;
+    if (path == nullptr) return fail(EINVAL);
+    if (read_pass_phrase(ifname, phrase) == -1) return -1;
     ShellWord file(path);
     Command command("%s enc -e -aes-256-cbc -in %s -out %s.1 -pass pass:%s && /bin/mv %s.1 %s", files::kOpensslTool,
                     file.c_str(), file.c_str(), phrase.c_str(), file.c_str(), file.c_str());
     Wipe wipe_command(command);
-    return run_keyed(command);
+    // A cut command is not run: its last word, a file to be written, would be another one.
+    return command.cut ? fail(E2BIG, 1) : run_replacing(command, path);
 }
 
 int LibQuorvelBin_RecoveryEncryptionMacAddressNicFile(const char* ifname, const char* path) {
     PassPhrase phrase;
     Wipe wipe_phrase(phrase);
-    if (path == nullptr || read_pass_phrase(ifname, phrase) == -1) return -1;
+    if (path == nullptr) return fail(EINVAL);
+    if (read_pass_phrase(ifname, phrase) == -1) return -1;
     Command command("%s enc -d -aes-256-cbc -in %s -pass pass:%s", files::kOpensslTool, ShellWord(path).c_str(),
                     phrase.c_str());
     Wipe wipe_command(command);
-    return run_keyed(command);
+    return command.cut ? fail(E2BIG, 1) : result_of(run_command(command));
 }

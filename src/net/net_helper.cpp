@@ -3,10 +3,10 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "foundation/failure.h"
 #include "foundation/options.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
-#include "net/interface_request.h"
 #include "quorvel/foundation.h"
 #include "quorvel/net.h"
 
@@ -19,7 +19,7 @@ constexpr char kMinor[] = "00";
 
 // The fields of -o, tried from the top by prefix: "mask" is one of "mask_size".
 struct Field {
-    char word[10];
+    const char* word;
     int selection;
 };
 // clang-format off
@@ -35,12 +35,11 @@ struct Options {
     int selection = -1;
     bool calculate = false;
     char if_name[sizeof host_info::if_name] = "";
+    struct host_info given = {};  // address and netmask
 };
 
 // What an option leaves to do.
 enum class Next { go_on, done, failed };
-
-struct host_info helper_info;
 
 int complete(struct host_info& info) {
     info.mask_size = LibQuorvelBin_GetMaskSize(&info.mask);
@@ -122,10 +121,10 @@ Next take_option(Options& options, int letter) {
             options.calculate = true;
             return Next::go_on;
         case 'I':
-            keep_address("ip", helper_info.ip, optarg);
+            keep_address("ip", options.given.ip, optarg);
             return Next::go_on;
         case 'M':
-            keep_address("mask", helper_info.mask, optarg);
+            keep_address("mask", options.given.mask, optarg);
             return Next::go_on;
         case 'h':
             print_usage();
@@ -136,34 +135,38 @@ Next take_option(Options& options, int letter) {
 }
 
 int print_every_interface() {
+    struct host_info info = {};
     for (const auto& name : target_ifs) {
-        if (LibQuorvelBin_FillInfo(&helper_info, name) == 0) (void)LibQuorvelBin_PrintNetInfo(&helper_info, -1);
+        if (LibQuorvelBin_FillInfo(&info, name) == 0) LibQuorvelBin_PrintNetInfo(&info, -1);
     }
     return 0;
 }
 
-int calculate() {
-    if (LibQuorvelBin_IpAtoU(&helper_info.ip) != 0 || LibQuorvelBin_IpAtoU(&helper_info.mask) != 0) return -1;
-    return complete(helper_info);
+int calculate(struct host_info& info) {
+    if (LibQuorvelBin_IpAtoU(&info.ip) != 0 || LibQuorvelBin_IpAtoU(&info.mask) != 0) return -1;
+    return complete(info);
+}
+
+int answer(Options& options) {
+    struct host_info& info = options.given;
+    int result = options.calculate ? calculate(info) : LibQuorvelBin_FillInfo(&info, options.if_name);
+    return result == 0 ? LibQuorvelBin_PrintNetInfo(&info, options.selection) : -1;
 }
 
 }  // namespace
 
 int LibQuorvelBin_FillInfo(struct host_info* info, const char* ifname) {
-    if (info == nullptr || ifname == nullptr) return -1;
-    (void)LibQuorvelBin_Init(info);
-    strncpy(info->if_name, ifname, sizeof info->if_name - 1);
-    info->if_name[sizeof info->if_name - 1] = '\0';
-    uint32_t address = 0;
-    uint32_t netmask = 0;
-    int result = ask_address_and_netmask(ifname, &address, &netmask);
-    memcpy(info->ip.u_ip, &address, sizeof address);
-    memcpy(info->mask.u_ip, &netmask, sizeof netmask);
-    return result == 0 ? complete(*info) : -1;
+    if (info == nullptr || ifname == nullptr) return fail(EINVAL);
+    LibQuorvelBin_Init(info);
+    memset(info->if_name, 0, sizeof info->if_name);
+    copy_text(info->if_name, sizeof info->if_name, ifname);
+    if (LibQuorvelBin_GetIpInfo(ifname, &info->ip) != 0) return -1;
+    if (LibQuorvelBin_GetNetmask(ifname, &info->mask) != 0) return -1;
+    return complete(*info);
 }
 
 int LibQuorvelBin_PrintNetInfo(const struct host_info* info, int selection) {
-    if (info == nullptr) return -1;
+    if (info == nullptr) return fail(EINVAL);
     bool labelled = (selection & NET_INFO_LABELS) != 0;
     auto label = [labelled](const char* text) { return labelled ? text : ""; };
     if (labelled) putchar('\n');
@@ -178,16 +181,15 @@ int LibQuorvelBin_PrintNetInfo(const struct host_info* info, int selection) {
 
 int LibQuorvelBin_NetHelper(int argc, char** argv) {
     int count = argument_count(argc, argv);
-    if (count < 2) return -1;
-    helper_info = {};
+    if (count < 2) return fail(EINVAL);
     if (count == 2) return print_every_interface();
 
     Options options;
     OptionVector vector(count - 1, argv + 1);
+    if (!vector) return fail(EINVAL);
     for (int letter; (letter = getopt(vector.count, vector.arguments, "dvV-:i:o:cI:M:h")) != -1;) {
         Next next = take_option(options, letter);
-        if (next != Next::go_on) return next == Next::done ? 0 : -1;
+        if (next != Next::go_on) return next == Next::done ? 0 : fail(EINVAL);
     }
-    int result = options.calculate ? calculate() : LibQuorvelBin_FillInfo(&helper_info, options.if_name);
-    return result == 0 ? LibQuorvelBin_PrintNetInfo(&helper_info, options.selection) : -1;
+    return answer(options);
 }

@@ -2,7 +2,10 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <optional>
+
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/key_value.h"
 #include "foundation/numbers.h"
@@ -16,7 +19,7 @@ using namespace quorvel;
 namespace {
 
 constexpr size_t kLineSize = 1024;
-// Longer than any line a lookup tool prints, so that no piece ends inside the words looked for.
+// Longer than any line that a lookup tool prints, so that no piece ends inside the words looked for.
 constexpr size_t kOutputPiece = 8192;
 
 enum class Probe { answered, timed_out, not_run };
@@ -27,30 +30,33 @@ struct TwoFields {
 };
 
 Descriptor open_resolver_settings() {
+    errno = 0;
     Descriptor file;
-    if (IsFileExist(files::kResolverSettings) == 0) {
-        printf("resover setting file(%s) is not exist!\n", files::kResolverSettings);
-        return file;
-    }
-    file = open_for_reading(files::kResolverSettings);
-    if (!file) printf("can't open resover setting file(%s)\n", files::kResolverSettings);
-    return file;
+    bool there = IsFileExist(files::kResolverSettings) == 1;
+    if (there) file = open_for_reading(files::kResolverSettings);
+    if (file) return file;
+    int reason = errno != 0 ? errno : EINVAL;
+    printf(there ? "can't open resover setting file(%s)\n" : "resover setting file(%s) is not exist!\n",
+           files::kResolverSettings);
+    errno = reason;
+    return Descriptor();
 }
 
-// The next line that has two fields.
-bool next_fields(LineReader& reader, TwoFields& fields) {
-    char line[kLineSize];
-    while (next_line(reader, line, sizeof line)) {
-        if (LibQuorvelBin_GetSpecifiedKey(fields.first, sizeof fields.first, line, " \t", 1) == 0 &&
-            LibQuorvelBin_GetSpecifiedKey(fields.second, sizeof fields.second, line, " \t", 2) == 0) {
-            return true;
-        }
-    }
-    return false;
+// The first two fields of a line that has two.
+std::optional<TwoFields> fields_of(const char* line) {
+    TwoFields fields;
+    if (LibQuorvelBin_GetSpecifiedKey(fields.first, sizeof fields.first, line, " \t", 1) != 0) return {};
+    if (LibQuorvelBin_GetSpecifiedKey(fields.second, sizeof fields.second, line, " \t", 2) != 0) return {};
+    return fields;
 }
 
 bool names_server(const TwoFields& fields) {
     return strcmp(fields.first, "nameserver") == 0;
+}
+
+// The shell starts in any case; that it found no tool shows in its status only.
+bool was_not_run(int wait_status) {
+    return wait_status == -1 || could_not_execute(wait_status);
 }
 
 Probe run_lookup(const Text<kCommandSize>& command) {
@@ -58,25 +64,43 @@ Probe run_lookup(const Text<kCommandSize>& command) {
     if (!output) return Probe::not_run;
     bool silent = true;
     bool timed_out = false;
-    for (std::string_view piece; !(piece = next_piece(output.lines)).empty(); silent = false) {
-        if (piece.find("timed out") != std::string_view::npos) timed_out = true;
+    for (const char* line : output) {
+        silent = false;
+        if (contains(line, "timed out")) timed_out = true;
     }
-    // The shell starts in any case; that it found no tool shows in its status only.
-    if (could_not_execute(output.finish()) && silent) return Probe::not_run;
+    if (was_not_run(output.finish()) && silent) return Probe::not_run;
     return timed_out ? Probe::timed_out : Probe::answered;
 }
 
-bool server_answers(const char* address, int timeout, int retries) {
-    printf("Checking reachability to %s ... ", address);
-    (void)fflush(stdout);
+// The address is as somebody wrote it, perhaps another machine.
+Probe ask_server(const char* address, int timeout, int retries) {
+    printf("Checking reachability to ");
+    print_foreign(address);
+    printf(" ... ");
+    (void)fflush(stdout);  // what cannot be shown must not keep the question from being asked
     Text<kCommandSize> command("nslookup -timeout=%d -retry=%d %s", timeout, retries, ShellWord(address).c_str());
     Probe probe = run_lookup(command);
     if (probe == Probe::not_run) {
-        printf("can't execute cmd (%s)\n", command.c_str());
+        printf("can't execute cmd (");
+        print_foreign(command.c_str());
+        puts(")");
     } else {
         puts(probe == Probe::answered ? "OK" : "NG");
     }
-    return probe == Probe::answered;
+    return probe;
+}
+
+// 1 at the first name server that answers, 0 when all were asked and none did, -1 when one could not be asked.
+int ask_servers(LineFile& settings, int timeout, int retries) {
+    int result = 0;
+    for (const char* line : settings) {
+        std::optional<TwoFields> fields = fields_of(line);
+        if (!fields || !names_server(*fields)) continue;
+        Probe probe = ask_server(fields->second, timeout, retries);
+        if (probe == Probe::answered) return 1;
+        if (probe == Probe::not_run) result = -1;
+    }
+    return result;
 }
 
 int copy_characters(char* dst, const char* text) {
@@ -89,24 +113,23 @@ int copy_characters(char* dst, const char* text) {
 }  // namespace
 
 int LibQuorvelBin_IsDNSReachable(int argc, char** argv) {
+    int before = errno;
     int timeout = 3;
     int retries = 2;
     OptionVector vector(argc, argv);
+    if (!vector) return fail(EINVAL, 0);
     for (int letter; (letter = getopt(vector.count, vector.arguments, "t:r:")) != -1;) {
         if (letter == 't') timeout = leading_int(optarg);
         if (letter == 'r') retries = leading_int(optarg);
     }
-    Descriptor file = open_resolver_settings();
-    if (!file) return 0;
-    LineReader reader(file.number, kLineSize - 1);
-    for (TwoFields fields; next_fields(reader, fields);) {
-        if (names_server(fields) && server_answers(fields.second, timeout, retries)) return 1;
-    }
-    return 0;
+    LineFile settings(open_resolver_settings(), kLineSize - 1);
+    if (!settings) return 0;
+    int answers = ask_servers(settings, timeout, retries);
+    return answers == 1 ? 1 : fail(answers == 0 ? before : ENOPKG, 0);
 }
 
 int LibQuorvelBin_GetDNS(unsigned int n, const void* use_resolver, char* dst) {
-    if (dst == nullptr) return -1;
+    if (dst == nullptr) return fail(EINVAL);
     char server[128] = "";
     char first_port[128] = "";
     Text<32> key("my_dns%u", n);
@@ -120,14 +143,14 @@ int LibQuorvelBin_GetDNS(unsigned int n, const void* use_resolver, char* dst) {
 
     if (use_resolver == nullptr) {
         puts("don't check resover setting.");
-        return -1;
+        return fail(ENODATA);
     }
-    Descriptor file = open_resolver_settings();
-    if (!file) return -1;
-    LineReader reader(file.number, kLineSize - 1);
-    TwoFields fields;
-    for (unsigned int line = 1; next_fields(reader, fields); line++) {
-        if (line == n && names_server(fields)) return copy_characters(dst, fields.second);
+    LineFile settings(open_resolver_settings(), kLineSize - 1);
+    if (!settings) return -1;
+    unsigned int count = 0;
+    for (const char* line : settings) {
+        std::optional<TwoFields> fields = fields_of(line);
+        if (fields && ++count == n && names_server(*fields)) return copy_characters(dst, fields->second);
     }
-    return -1;
+    return fail(ENODATA);
 }

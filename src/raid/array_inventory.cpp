@@ -1,4 +1,5 @@
 // The arrays: which md devices the model and the status file name, and what the driver and mdadm tell of them.
+#include <inttypes.h>
 #include <linux/major.h>
 #include <linux/raid/md_u.h>
 #include <stddef.h>
@@ -10,7 +11,6 @@
 #include "foundation/files.h"
 #include "foundation/key_value.h"
 #include "foundation/trace.h"
-#include "quorvel/disk.h"
 #include "raid/inventory.h"
 #include "raid/list.h"
 
@@ -55,7 +55,7 @@ void read_data_arrays(DataArray (&arrays)[kDataArrays]) {
         requests[2 * i] = {array.name.c_str(), array.level, sizeof array.level};
         requests[2 * i + 1] = {array.device_key.c_str(), array.device, sizeof array.device};
     }
-    (void)read_keys(files::kDiskInfo, requests);
+    read_keys(files::kDiskInfo, requests);
     for (size_t i = 0; i < kDataArrays; i++)
         arrays[i].present = requests[2 * i].found || arrays[i].device[0] != '\0';
 }
@@ -89,23 +89,22 @@ void read_md_names(char (&md_names)[kTableRows][kNameSize]) {
         if (feature[0] == '\0' || !is_possible_key(feature)) continue;
         requests[count++] = {feature, md_names[row], sizeof md_names[row]};
     }
-    (void)read_keys(files::kFeature, {requests, count});
+    read_keys(files::kFeature, {requests, count});
 }
 
 void read_mounted_sizes(arrayinfo& array) {
-    const auto path = mount_path(array.name);
-    if (IsMounted(path.c_str()) != 1) return;
-    array.partition_info = mounted_sizes(path.c_str());
-    trace(kTraceDetail, "%s is mounted\ntotal_size : %llu\nused_size  : %llu\navail_size : %llu\n", path.c_str(),
-          static_cast<unsigned long long>(array.partition_info.total_size),
-          static_cast<unsigned long long>(array.partition_info.used_size),
-          static_cast<unsigned long long>(array.partition_info.avail_size));
+    const MountPath path = mount_path(array.name);
+    const auto sizes = mounted_sizes(path);
+    if (!sizes) return;
+    array.partition_info = *sizes;
+    trace(kTraceDetail, "%s is mounted\ntotal_size : %" PRIu64 "\nused_size  : %" PRIu64 "\navail_size : %" PRIu64 "\n",
+          path.c_str(), sizes->total_size, sizes->used_size, sizes->avail_size);
 }
 
 // Lists the array of a row; one whose device node cannot be opened does not exist.
 void add_array(const md_trans_entry& row, const char* md_name) {
     const Text<kNameSize + 8> path(files::kDevice, md_name);
-    Descriptor device = open_for_update(path.c_str());
+    Descriptor device = open_for_update(path);
     if (!device) return;
     Heap<arrayinfo> array = new_record<arrayinfo>();
     if (array == nullptr) return;
@@ -116,7 +115,7 @@ void add_array(const md_trans_entry& row, const char* md_name) {
     copy_text(array->name, sizeof array->name, row.array_name);
     array->diskinfo_status = get_diskinfo_status(array->name);
     if (get_array_info(device.number, array.get()) == 0) {
-        (void)get_md_superblock(path.c_str(), &array->sb);
+        get_md_superblock(path.c_str(), &array->sb);
     } else {
         trace(kTraceDetail, "md %s is not exist(not active)\n", path.c_str());
     }
@@ -174,6 +173,10 @@ int get_array_info(int descriptor, struct arrayinfo* array) {
 
 struct arrayinfo* LibQuorvelBin_SearchArrayInfo(const char* key, int mode) {
     return reinterpret_cast<arrayinfo*>(find_record(arrayinfo_list, kArrayKeys, key, mode, "ARRAY"));
+}
+
+arrayinfo* quorvel::find_array_of_minor(int minor) {
+    return LibQuorvelBin_SearchArrayInfo(Text<32>("md%d", minor).c_str(), INFO_KEY_MDNAME);
 }
 
 arrayinfo* quorvel::find_array(int number) {

@@ -1,4 +1,5 @@
 // The internal disk slots: presence, power, kernel name, mount, signature, recorded status and array superblock.
+#include <inttypes.h>
 #include <stddef.h>
 
 #include "foundation/answer.h"
@@ -18,6 +19,8 @@ static_assert(offsetof(diskinfo, name) == sizeof(list_links));
 
 namespace {
 
+using SlotNode = Text<32>;
+
 constexpr KeyField kDiskKeys[] = {
     {INFO_KEY_DISKNAME, offsetof(diskinfo, name)   },
     {INFO_KEY_UUID,     offsetof(diskinfo, sb.uuid)},
@@ -35,7 +38,7 @@ void read_presence(diskinfo& disk, int slot_index) {
 }
 
 // The slot's index is taken for its SCSI host number.
-void read_device(diskinfo& disk, int slot_index, const char* device) {
+void read_device(diskinfo& disk, int slot_index, const SlotNode& device) {
     char scsiname[sizeof disk.scsiname] = "";
     if (LibQuorvelBin_GetScsinameFromDisknumber(slot_index, scsiname, sizeof scsiname) == 0) {
         copy_text(disk.scsiname, sizeof disk.scsiname, {scsiname, strnlen(scsiname, sizeof scsiname)});
@@ -46,31 +49,29 @@ void read_device(diskinfo& disk, int slot_index, const char* device) {
 }
 
 void read_mounted_sizes(diskinfo& disk) {
-    const auto path = mount_path(disk.name);
+    const MountPath path = mount_path(disk.name);
     trace(kTraceDetail, "disk_mpt_path=%s\n", path.c_str());
-    if (IsMounted(path.c_str()) != 1) return;
-    trace(kTraceDetail, "%s mounted\n", path.c_str());
+    const auto sizes = mounted_sizes(path);
+    if (!sizes) return;
     disk.status |= DISK_MOUNTED;
-    disk.partition_info = mounted_sizes(path.c_str());
+    disk.partition_info = *sizes;
     trace(kTraceDetail,
-          "pdiskinfo->partition_info.total_size=%llu\npdiskinfo->partition_info.used_size=%llu\n"
-          "pdiskinfo->partition_info.avail_size=%llu\n",
-          static_cast<unsigned long long>(disk.partition_info.total_size),
-          static_cast<unsigned long long>(disk.partition_info.used_size),
-          static_cast<unsigned long long>(disk.partition_info.avail_size));
+          "%s mounted\npdiskinfo->partition_info.total_size=%" PRIu64 "\npdiskinfo->partition_info.used_size=%" PRIu64
+          "\npdiskinfo->partition_info.avail_size=%" PRIu64 "\n",
+          path.c_str(), sizes->total_size, sizes->used_size, sizes->avail_size);
 }
 
 void add_disk(int slot_index, int member_partition) {
     Heap<diskinfo> disk = new_record<diskinfo>();
     if (disk == nullptr) return;
     copy_text(disk->name, sizeof disk->name, Text<32>("disk%d", slot_index + 1).c_str());
-    const Text<32> device(files::kSlotNode, slot_index + 1);
+    const SlotNode device(files::kSlotNode, slot_index + 1);
     read_presence(*disk, slot_index);
-    read_device(*disk, slot_index, device.c_str());
+    read_device(*disk, slot_index, device);
     read_mounted_sizes(*disk);
-    (void)LibQuorvelBin_LoadDiskSignature(device.c_str(), &disk->sig);
+    LibQuorvelBin_LoadDiskSignature(device.c_str(), &disk->sig);
     disk->diskinfo_status = get_diskinfo_status(disk->name);
-    (void)get_disk_superblock(device.c_str(), member_partition, disk->sb);
+    get_disk_superblock(device.c_str(), member_partition, disk->sb);
     list_add(&disk.release()->links, &diskinfo_list);
 }
 

@@ -128,21 +128,79 @@ constexpr size_t index_of(char letter) {
     return std::string_view(kLetters).find(letter);
 }
 
-// Every value of a line has its place in the text, and is of the kind that the place takes.
-constexpr bool is_sound(const Line& line) {
+// ---- What a line must be, checked while it is compiled ----
+
+// Groups that exist, each once, of sizes that a model with so many slots can have together.
+constexpr bool is_condition(const char* when, int slots) {
+    for (; *when != '\0'; when += 2) {
+        if (index_of(when[0]) == std::string_view::npos || when[1] < '1' || when[1] > '9') return false;
+        if (std::string_view(when + 2).find(when[0]) != std::string_view::npos) return false;
+        slots -= when[1] - '0';
+    }
+    return slots >= 0;
+}
+
+// The size that a line states for a group, 0 where it states none.
+constexpr int stated_size(const Line& line, char letter) {
+    for (const char* when = line.when; *when != '\0'; when += 2) {
+        if (when[0] == letter) return when[1] - '0';
+    }
+    return 0;
+}
+
+// A line of group K may tell of array 1 whichever array has the members.
+constexpr bool is_shown_member(const Line& line, const char* value) {
+    const int size = std::max(stated_size(line, value[0]), value[0] == 'P' ? stated_size(line, 'K') : 0);
+    return value[1] >= '1' && value[1] - '0' <= size;
+}
+
+constexpr bool is_shown_label(const Line& line, const char* value) {
+    if (value[0] != 'L') return false;
+    return value[1] == '1' || value[1] == '2' || (value[1] == 'K' && stated_size(line, 'K') > 0);
+}
+
+// The condition can hold, and every value has its place in the text and is of the kind that the place takes.
+constexpr bool is_sound(const Line& line, int slots) {
+    if (!is_condition(line.when, slots)) return false;
     const char* value = line.shown;
     for (const char* c = line.text; *c != '\0'; c++) {
         if (*c != '%') continue;
         c++;
-        if (*value == '\0' || (*c == 's') != (*value == 'L')) return false;
-        if (*value != 'L' && index_of(*value) == std::string_view::npos) return false;
+        const bool fits = *c == 's' ? is_shown_label(line, value) : *c == 'd' && is_shown_member(line, value);
+        if (!fits) return false;
         value += 2;
     }
     return *value == '\0';
 }
 
-static_assert(std::all_of(std::begin(kTwoDiskLines), std::end(kTwoDiskLines), is_sound));
-static_assert(std::all_of(std::begin(kFourDiskLines), std::end(kFourDiskLines), is_sound));
+constexpr bool are_sound(std::span<const Line> lines, int slots) {
+    return std::all_of(lines.begin(), lines.end(), [slots](const Line& line) { return is_sound(line, slots); });
+}
+
+static_assert(are_sound(kTwoDiskLines, 2));
+static_assert(are_sound(kFourDiskLines, 4));
+
+// One fault each: sizes, groups, a group twice, a label, members, kinds, places without values and the other way round.
+constexpr Line kFaulty[] = {
+    {"S9",   "",      ""    },
+    {"S3T2", "",      ""    },
+    {"S",    "",      ""    },
+    {"Z4",   "",      ""    },
+    {"S1S1", "",      ""    },
+    {"Q1",   "%s",    "L7"  },
+    {"Q1",   "%s",    "LK"  },
+    {"S1",   "%d",    "S2"  },
+    {"S1",   "%d",    "S0"  },
+    {"S1",   "%d",    "T1"  },
+    {"S1",   "%s",    "S1"  },
+    {"S1",   "%d",    "L1"  },
+    {"S1",   "%c",    "S1"  },
+    {"S1",   "%d %d", "S1"  },
+    {"S1",   "%d",    "S1S1"},
+};
+static_assert(std::none_of(std::begin(kFaulty), std::end(kFaulty), [](const Line& line) { return is_sound(line, 4); }));
+
+// ---- Showing ----
 
 void add_slot(Group& group, int slot) {
     group.slots[group.size++] = slot;

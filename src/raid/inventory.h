@@ -4,6 +4,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include <optional>
+
 #include "foundation/text.h"
 #include "quorvel/raid.h"
 
@@ -33,22 +35,26 @@ namespace quorvel {
 inline constexpr int kStatusUnknown = 0xffff;
 
 /// The level of mdadm's name for it, -1 for all but the four that str_md_level knows.
-int md_level_of(const char* name);
+[[nodiscard]] int md_level_of(const char* name);
 
 /// get_md_superblock of a disk whose member partition number is known.
 int get_disk_superblock(const char* path, int member_partition, sb_info& sb);
 
 /// The listed array "arrayN" or disk "diskN", or null.
-arrayinfo* find_array(int number);
-diskinfo* find_disk(int number);
+[[nodiscard]] arrayinfo* find_array(int number);
+[[nodiscard]] diskinfo* find_disk(int number);
+
+/// The listed array behind the device mdN, or null.
+[[nodiscard]] arrayinfo* find_array_of_minor(int minor);
 
 /// Where an array or disk is mounted.
-Text<256> mount_path(const char* name);
+using MountPath = Text<256>;
+[[nodiscard]] MountPath mount_path(const char* name);
 
-/// The three sizes of a mounted file system.
-partition_info mounted_sizes(const char* path);
+/// The three sizes of the file system that is mounted there; none when nothing is.
+[[nodiscard]] std::optional<partition_info> mounted_sizes(const MountPath& path);
 
 /// The share used in per cent, cut; 0 of nothing.
-uint64_t used_percent(const partition_info& sizes);
+[[nodiscard]] uint64_t used_percent(const partition_info& sizes);
 
 }  // namespace quorvel

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "foundation/failure.h"
 #include "foundation/trace.h"
 
 using namespace quorvel;
@@ -24,13 +25,13 @@ void make_empty(list_links& head) {
 list_links* find_record(const list_links& head, std::span<const KeyField> fields, const char* key, int mode,
                         const char* kind) {
     auto field = std::find_if(fields.begin(), fields.end(), [mode](const KeyField& f) { return f.mode == mode; });
-    if (key == nullptr || field == fields.end()) return nullptr;
+    if (key == nullptr || field == fields.end()) return fail_null(EINVAL);
     for (list_links* links = head.next; links != &head; links = links->next) {
         const char* record = reinterpret_cast<const char*>(links);
         if (kind != nullptr) trace(kTraceDetail, "%s : %s\n", kind, record + sizeof *links);
         if (strcmp(record + field->offset, key) == 0) return links;
     }
-    return nullptr;
+    return fail_null(ENODATA);
 }
 
 }  // namespace quorvel

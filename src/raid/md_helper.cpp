@@ -1,10 +1,12 @@
 // The md helper command: the inventory is built anew, then one sub-command answers from it.
+#include <inttypes.h>
 #include <stdio.h>
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/options.h"
 #include "foundation/trace.h"
+#include "quorvel/disk.h"
 #include "quorvel/foundation.h"
 #include "raid/inventory.h"
 #include "raid/mode_tables.h"
@@ -16,7 +18,7 @@ namespace {
 
 void run_mdinfo(const char* name) {
     trace(kTrace, "mdinfo\n");
-    (void)LibQuorvelBin_ShowMdInfo(name);
+    LibQuorvelBin_ShowMdInfo(name);
 }
 
 void run_diskinfo(const char* name) {
@@ -24,19 +26,22 @@ void run_diskinfo(const char* name) {
     if (strcmp(name, "guess") == 0) {
         print_guess_report();
     } else {
-        (void)LibQuorvelBin_ShowDiskInfo(name);
+        LibQuorvelBin_ShowDiskInfo(name);
     }
 }
 
 void run_diskmode(const char*) {
     trace(kTrace, "diskmode");
     fill_mode_tables();
-    (void)LibQuorvelBin_PrintLcdString();
+    LibQuorvelBin_PrintLcdString();
 }
 
-// Of the running array a disk belongs to, or of a disk that belongs to none; the sizes of what is not mounted are zero.
+// Of the listed array that a disk belongs to, which may have been unmounted since its sizes were read, or of a disk
+// that belongs to none; the sizes of what was not mounted are zero.
 uint64_t disk_percent(const diskinfo& disk) {
-    return used_percent(disk.in_array != nullptr ? disk.in_array->partition_info : disk.partition_info);
+    if (disk.in_array == nullptr) return used_percent(disk.partition_info);
+    const bool mounted = IsMounted(mount_path(disk.in_array->name).c_str()) == 1;
+    return mounted ? used_percent(disk.in_array->partition_info) : 0;
 }
 
 void run_diskcap(const char*) {
@@ -46,7 +51,7 @@ void run_diskcap(const char*) {
     const int disks = LibQuorvelBin_GetMaxDiskNum();
     for (int slot = 1; slot <= kShownSlots; slot++) {
         const diskinfo* disk = slot <= disks ? find_disk(slot) : nullptr;
-        printf("%llu ", static_cast<unsigned long long>(disk != nullptr ? disk_percent(*disk) : 0));
+        printf("%" PRIu64 " ", disk != nullptr ? disk_percent(*disk) : 0);
     }
 }
 
@@ -56,7 +61,7 @@ int empty_md_number() {
     constexpr int kLast = 15;
     for (int number = kFirst; number <= kLast; number++) {
         arrayinfo array = {};
-        const Descriptor device = open_for_update(Text<32>(files::kMdNode, number).c_str());
+        const Descriptor device = open_for_update(Text<32>(files::kMdNode, number));
         if (device && get_array_info(device.number, &array) != 0) return number;
     }
     return -1;
@@ -89,9 +94,9 @@ int LibQuorvelBin_MdHelper(int argc, char** argv) {
     const int count = argument_count(argc, argv);
     if (count < 2) return 0;
     trace(kTrace, "argc = %d, argv[0] = %s\n", count, argv[0]);
-    (void)LibQuorvelBin_InitMdInfo();
-    (void)LibQuorvelBin_InitDiskInfo();
-    (void)LibQuorvelBin_InitPareInfo();
+    LibQuorvelBin_InitMdInfo();
+    LibQuorvelBin_InitDiskInfo();
+    LibQuorvelBin_InitPareInfo();
     link_master_arrays();
     for (const SubCommand& command : kSubCommands) {
         if (strcmp(command.word, argv[1]) == 0 && (!command.takes_name || count == 3))

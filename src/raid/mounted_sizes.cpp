@@ -5,13 +5,15 @@
 
 namespace quorvel {
 
-Text<256> mount_path(const char* name) {
-    return Text<256>(files::kDataMount, name);
+MountPath mount_path(const char* name) {
+    return MountPath(files::kDataMount, name);
 }
 
-partition_info mounted_sizes(const char* path) {
-    return {LibQuorvelBin_GetPartitionSize(path), LibQuorvelBin_GetPartitionUsedSize(path),
-            LibQuorvelBin_GetPartitionFreeSize(path)};
+std::optional<partition_info> mounted_sizes(const MountPath& path) {
+    if (path.cut || IsMounted(path.c_str()) != 1) return {};
+    return partition_info{LibQuorvelBin_GetPartitionSize(path.c_str()),
+                          LibQuorvelBin_GetPartitionUsedSize(path.c_str()),
+                          LibQuorvelBin_GetPartitionFreeSize(path.c_str())};
 }
 
 uint64_t used_percent(const partition_info& sizes) {

@@ -29,9 +29,8 @@ pareinfo* add_group(const diskinfo& disk) {
     group->raid_devices = disk.sb.raid_devices;
     group->total_devices = disk.sb.total_devices;
 
-    const Text<32> md_name("md%d", disk.sb.minor);
-    trace(kTraceDetail, "md_name=%s\n", md_name.c_str());
-    if (const arrayinfo* array = LibQuorvelBin_SearchArrayInfo(md_name.c_str(), INFO_KEY_MDNAME)) {
+    trace(kTraceDetail, "md_name=md%d\n", disk.sb.minor);
+    if (const arrayinfo* array = find_array_of_minor(disk.sb.minor)) {
         copy_text(group->array_name, sizeof group->array_name, array->name);
         trace(kTraceDetail, "array_name=%s\n", group->array_name);
     } else {

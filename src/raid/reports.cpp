@@ -1,8 +1,11 @@
 // The reports of one array and of one disk.
+#include <inttypes.h>
 #include <stdio.h>
 
+#include <optional>
 #include <span>
 
+#include "foundation/failure.h"
 #include "foundation/text.h"
 #include "quorvel/foundation.h"
 #include "raid/inventory.h"
@@ -12,19 +15,28 @@ using namespace quorvel;
 
 namespace {
 
-constexpr size_t kNameSize = 128;
+struct Name {
+    char text[128] = "";
+};
 
-// "diskN" of a path; "" and false for no name.
-bool last_component_of(const char* name, char (&component)[kNameSize]) {
-    memset(component, '\0', sizeof component);
-    return LibQuorvelBin_Basename(component, name, sizeof component) == 0;
+// "diskN" of a path; none of no name.
+std::optional<Name> name_in(const char* path) {
+    Name name;
+    if (LibQuorvelBin_Basename(name.text, path, sizeof name.text) != 0) return {};
+    return name;
 }
 
 void print_sizes(const partition_info& sizes) {
-    printf("size total         : %llu\n", static_cast<unsigned long long>(sizes.total_size));
-    printf("size used          : %llu\n", static_cast<unsigned long long>(sizes.used_size));
-    printf("size avail         : %llu\n", static_cast<unsigned long long>(sizes.avail_size));
-    printf("used parcent       : %llu\n", static_cast<unsigned long long>(used_percent(sizes)));
+    printf("size total         : %" PRIu64 "\n", sizes.total_size);
+    printf("size used          : %" PRIu64 "\n", sizes.used_size);
+    printf("size avail         : %" PRIu64 "\n", sizes.avail_size);
+    printf("used parcent       : %" PRIu64 "\n", used_percent(sizes));
+}
+
+// A text that comes from a disk, perhaps without a terminator.
+void print_from_disk(std::span<const char> text) {
+    print_foreign({text.data(), strnlen(text.data(), text.size())});
+    putchar('\n');
 }
 
 // The members' own list is walked, which is another group's than the one looked up when two groups share an md number:
@@ -48,13 +60,15 @@ void print_basics(const diskinfo& disk) {
     printf("name               : %s\n", disk.name);
     printf("scsiname           : %s\n", disk.scsiname);
     printf("status             : 0x%08x\n", static_cast<unsigned>(disk.status));
-    printf("uuid               : %s\n\n", disk.sb.uuid);
+    printf("uuid               : ");
+    print_from_disk(disk.sb.uuid);
+    putchar('\n');
 }
 
-// The texts come from the disk as they are, perhaps without a terminator.
 void print_signature(const disk_signature& sig) {
     const auto print = [](const char* label, std::span<const char> text) {
-        printf("sig.%-14s : %.*s\n", label, static_cast<int>(text.size()), text.data());
+        printf("sig.%-14s : ", label);
+        print_from_disk(text);
     };
     puts("Signature Information");
     printf("sig.sig_ver        : %d.%02d\n", static_cast<int>(sig.sig_ver.major), static_cast<int>(sig.sig_ver.minor));
@@ -69,8 +83,7 @@ void print_memberships(const diskinfo& disk) {
     puts("InArray Information");
     printf("in_array(diskinfo) : %s\n", str_diskinfo_value(disk.diskinfo_status));
     printf("in_array(sb.uuid)  : %s\n", disk.in_array != nullptr ? disk.in_array->name : "no");
-    const Text<32> md_name("md%d", disk.sb.minor);
-    const arrayinfo* by_minor = LibQuorvelBin_SearchArrayInfo(md_name.c_str(), INFO_KEY_MDNAME);
+    const arrayinfo* by_minor = find_array_of_minor(disk.sb.minor);
     printf("in_array(sb.minor) : %s\n", by_minor != nullptr ? by_minor->name : "normal");
     if (disk.sb.level != -1) {
         printf("par_array_level    : raid%d\n", disk.sb.level);
@@ -82,12 +95,12 @@ void print_memberships(const diskinfo& disk) {
 }  // namespace
 
 int LibQuorvelBin_ShowMdInfo(const char* name) {
-    char md_name[kNameSize];
-    if (!last_component_of(name, md_name)) return -1;
-    const arrayinfo* array = LibQuorvelBin_SearchArrayInfo(md_name, INFO_KEY_MDNAME);
+    const std::optional<Name> md_name = name_in(name);
+    if (!md_name) return -1;
+    const arrayinfo* array = LibQuorvelBin_SearchArrayInfo(md_name->text, INFO_KEY_MDNAME);
     if (array == nullptr) {
         printf("ARRAY         : %s\n  not exist\n", name);
-        return -1;
+        return fail(ENODEV);
     }
     puts("Raid Information");
     printf("name               : %s\n", array->name);
@@ -100,19 +113,20 @@ int LibQuorvelBin_ShowMdInfo(const char* name) {
     printf("failed_disks       : %d\n", array->failed_disks);
     printf("spare_disks        : %d\n", array->spare_disks);
     printf("diskinfo_status    : %s\n", str_diskinfo_value(array->diskinfo_status));
-    printf("uuid               : %s\n", array->sb.uuid);
+    printf("uuid               : ");
+    print_from_disk(array->sb.uuid);
     print_members(*array);
     print_sizes(array->partition_info);
     return 0;
 }
 
 int LibQuorvelBin_ShowDiskInfo(const char* name) {
-    char disk_name[kNameSize];
-    if (!last_component_of(name, disk_name)) return -1;
-    const diskinfo* disk = LibQuorvelBin_SearchDiskInfo(disk_name, INFO_KEY_DISKNAME);
+    const std::optional<Name> disk_name = name_in(name);
+    if (!disk_name) return -1;
+    const diskinfo* disk = LibQuorvelBin_SearchDiskInfo(disk_name->text, INFO_KEY_DISKNAME);
     if (disk == nullptr) {
         printf("%s :   error\n", __func__);
-        return -1;
+        return fail(ENODEV);
     }
     print_basics(*disk);
     print_signature(disk->sig);

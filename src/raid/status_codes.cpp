@@ -65,14 +65,11 @@ int quorvel::md_level_of(const char* name) {
 
 // Stricter than a key=value reader: the line starts with "NAME=", and all behind the first "=" is the word.
 int get_diskinfo_status(const char* name) {
-    constexpr size_t kLineSize = 1024;
-    Descriptor file = open_for_reading(files::kDiskInfo);
-    if (!file || name == nullptr) return kStatusUnknown;
-
-    LineReader reader(file.number, kLineSize - 1);
-    char line[kLineSize];
-    while (next_line(reader, line, sizeof line)) {
-        size_t length = strlen(name);
+    constexpr size_t kPiece = 1023;
+    if (name == nullptr) return kStatusUnknown;
+    const size_t length = strlen(name);
+    LineFile file(open_for_reading(files::kDiskInfo), kPiece);
+    for (char* line : file) {
         if (!starts_with(line, {name, length}) || line[length] != '=') continue;
         cut_at_line_feed(line);
         return code_of<diskinfo_code>(diskinfo_tbl, strchr(line, '=') + 1, kStatusUnknown);

@@ -21,43 +21,44 @@ namespace quorvel {
 
 namespace {
 
-constexpr size_t kLineSize = 1024;
+constexpr size_t kPiece = 1023;
 
-const char* text_after(const char* line, const char* key) {
-    const char* found = strstr(line, key);
-    return found != nullptr ? found + strlen(key) : nullptr;
-}
+// The keys, tried from the top, and what becomes of the text behind them.
+struct SuperblockKey {
+    const char* key;
+    void (*take)(sb_info& sb, const char* text);
+};
 
-bool take_number(const char* line, const char* key, int& field) {
-    std::optional<int> number = number_after(line, key);
-    if (number) field = *number;
-    return number.has_value();
-}
+// clang-format off
+constexpr SuperblockKey kKeys[] = {
+    {"UUID : ",            [](sb_info& sb, const char* text) { copy_text(sb.uuid, sizeof sb.uuid, text); }},
+    {"Preferred Minor : ", [](sb_info& sb, const char* text) { sb.minor = leading_int(text); }},
+    {"Raid Level : ",      [](sb_info& sb, const char* text) { sb.level = md_level_of(text); }},
+    {"Raid Devices : ",    [](sb_info& sb, const char* text) { sb.raid_devices = leading_int(text); }},
+    {"Total Devices : ",   [](sb_info& sb, const char* text) { sb.total_devices = leading_int(text); }},
+};
+// clang-format on
 
 // Takes the first key that occurs in a line; false when none does.
 bool take_line(const char* line, sb_info& sb) {
-    if (const char* uuid = text_after(line, "UUID : ")) {
-        copy_text(sb.uuid, sizeof sb.uuid, uuid);
+    for (const SuperblockKey& wanted : kKeys) {
+        const char* found = strstr(line, wanted.key);
+        if (found == nullptr) continue;
+        wanted.take(sb, found + strlen(wanted.key));
         return true;
     }
-    if (take_number(line, "Preferred Minor : ", sb.minor)) return true;
-    if (const char* level = text_after(line, "Raid Level : ")) {
-        sb.level = md_level_of(level);
-        return true;
-    }
-    return take_number(line, "Raid Devices : ", sb.raid_devices) ||
-           take_number(line, "Total Devices : ", sb.total_devices);
+    return false;
 }
 
 int read_superblock(const Text<kCommandSize>& command, const char* path, sb_info& sb) {
     sb.minor = sb.level = sb.raid_devices = sb.total_devices = -1;
-    CommandOutput mdadm(command, kLineSize - 1);
+    CommandOutput mdadm(command, kPiece);
     if (!mdadm) {
         printf("get mdadm info failed (target:%s)\n", path);
         return -1;
     }
     bool taken = false;
-    for (char line[kLineSize]; next_line(mdadm.lines, line, sizeof line);) {
+    for (char* line : mdadm) {
         cut_at_line_feed(line);
         taken = take_line(line, sb);
     }
@@ -85,6 +86,6 @@ int get_md_superblock(const char* path, struct sb_info* sb) {
 
 int get_hdd_link_partno(void) {
     char link[128] = "";
-    (void)LibQuorvelBin_GetConfValInStringByKey(link, sizeof link, "DEVICE_HDD1_LINK");
+    LibQuorvelBin_GetConfValInStringByKey(link, sizeof link, "DEVICE_HDD1_LINK");
     return number_after(link, "_").value_or(0);
 }

@@ -1,13 +1,23 @@
 // The ioctl layer, its report, renaming and the Ethernet report, on real interfaces.
 #include <arpa/inet.h>
+#include <errno.h>
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "net/ethernet_report.h"
 #include "net/network.h"
 #include "quorvel/foundation.h"
 #include "quorvel/net.h"
+
+// Stands in front of the C library's: an old kernel takes the close-on-exec flag for another type of socket.
+static bool old_kernel = false;
+extern "C" int socket(int domain, int type, int protocol) noexcept {
+    if (old_kernel && (type & SOCK_CLOEXEC) != 0) return errno = EINVAL, -1;
+    return static_cast<int>(syscall(SYS_socket, domain, type, protocol));
+}
 
 namespace {
 
@@ -50,9 +60,13 @@ TEST_F(NetTest, Getters) {
     };
     // clang-format on
     const char no_device[] = "No such device\n", no_room[] = "Too many open files\n";
-    int free_descriptor = OpenSocket();
-    EXPECT_EQ(fcntl(free_descriptor, F_GETFD), FD_CLOEXEC);
-    close(free_descriptor);
+    int free_descriptor = -1;
+    for (bool old : {true, false}) {
+        old_kernel = old;
+        free_descriptor = OpenSocket();
+        EXPECT_EQ(fcntl(free_descriptor, F_GETFD), FD_CLOEXEC);
+        close(free_descriptor);
+    }
     for (const auto& row : rows) {
         EXPECT_TRUE(row.get("eth0") == row.eth0 && row.get("eth1") == row.eth1) << row.function;
         EXPECT_EQ(complaint_of([&] { EXPECT_EQ(row.get("x") + row.get(nullptr), -2); }), row.request + no_device);
@@ -84,11 +98,60 @@ TEST_F(NetTest, InterfaceReport) {
 
 TEST_F(NetTest, Rename) {
     play("net/expected/renaming", LibQuorvelBin_Nameif);
-    EXPECT_EQ(Netdev_GetIfIndex("bridge_with_a_long_name"), 70) << "cut to the same name";
+    EXPECT_EQ(Netdev_GetIfIndex("fifteen_letters_"), 70) << "cut to the same name";
+    EXPECT_EQ(complaint_of([] { EXPECT_EQ(Netdev_SetIpAddr("fifteen_letters_", 1, 1), -1); }),
+              "SIOCSIFADDR :No such device\n");
 }
 
 TEST_F(NetTest, EthernetReport) {
     play("net/expected/ethernet-report", LibQuorvelBin_EthInfo);
-    struct eth_info info = {};
-    EXPECT_EQ(read_eth_info(&info, "eth3") + read_eth_info(&info, "eth4"), -24);
+}
+
+// Each call fails, or has the answer "no", whose errno is that of before: 0.
+TEST_F(NetTest, Reasons) {
+    write_file("/sys/class/net/eth3/address", "");
+    write_file("/sys/class/net/eth4/address", "0\n");
+    write_file("/sys/class/net/eth4/mtu", "");
+    write_file("/sys/class/net/address", "");
+    stand_in("/usr/local/ssl/bin/openssl", "exit 3");
+    stand_in("/usr/local/bin/nslookup", "exit 127");
+    struct eth_info eth = {};
+    struct host_info host;
+    const Words many(258, "-v");
+    // clang-format off
+    const struct { int line; int result, reason; std::function<int()> ask; } rows[] = {
+        {__LINE__, -1, ENODEV, [] { return Netdev_GetMtu("x"); }},
+        {__LINE__, -1, EINVAL, [] { return Netdev_GetHwAddr("eth0", nullptr); }},
+        {__LINE__, -1, EINVAL, [] { return Netdev_SetIpAddr(nullptr, 0, 0); }},
+        {__LINE__, -1, ENOSYS, [] { return getmac(); }},
+        {__LINE__, -1, EADDRNOTAVAIL, [&] { return LibQuorvelBin_FillInfo(&host, "br0"); }},
+        {__LINE__, -1, EINVAL, [&] { return LibQuorvelBin_GetIpInfo("eth0", nullptr); }},
+        {__LINE__, -1, EINVAL, [&] { return call(LibQuorvelBin_NetHelper, many).result; }},
+        {__LINE__, -1, EINVAL, [] { return call(LibQuorvelBin_NetHelper, {"x", "net", "-x"}).result; }},
+        {__LINE__,  0, EINVAL, [] { return LibQuorvelBin_IsExistNetIf(nullptr); }},
+        {__LINE__, -1, ENODATA, [] { return LibQuorvelBin_GetInterfaceIndex("lo"); }},
+        {__LINE__,  0, 0,      [] { return LibQuorvelBin_IsBondingMode() + LibQuorvelBin_IsNetIfEnabled("eth1"); }},
+        {__LINE__,  0, 0,      [] { return call([](int, char**) { return LibQuorvelBin_IsNetIfDhcp("bond"); }, {}).result; }},
+        {__LINE__, -1, EINVAL, [] { return call(LibQuorvelBin_Nameif, {"x", "eth0"}).result; }},
+        {__LINE__, -1, ENODEV, [] { return call(LibQuorvelBin_Nameif, {"x", "br9", "br8"}).result; }},
+        {__LINE__, -17, ENODEV, [&] { return read_eth_info(&eth, ""); }},
+        {__LINE__, -12, ENODATA, [&] { return read_eth_info(&eth, "eth3"); }},
+        {__LINE__, -12, ENODATA, [&] { return read_eth_info(&eth, "eth4"); }},
+        {__LINE__, -1, ENODEV, [] { return call(LibQuorvelBin_EthInfo, {"x", "eth9"}).result; }},
+        {__LINE__,  0, EINVAL, [&] { return call(LibQuorvelBin_IsDNSReachable, many).result; }},
+        {__LINE__,  0, ENOENT, [] { return call(LibQuorvelBin_IsDNSReachable, {"x"}).result; }},
+        {__LINE__,  0, 0,      [] { return write_file("/etc/resolv.conf", "search x\n"), errno = 0, call(LibQuorvelBin_IsDNSReachable, {"x"}).result; }},
+        {__LINE__,  0, ENOPKG, [] { return write_file("/etc/resolv.conf", "nameserver 1\n"), call(LibQuorvelBin_IsDNSReachable, {"x"}).result; }},
+        {__LINE__,  1, E2BIG,  [] { return LibQuorvelBin_SetEncryptionMacAddressNicFile("eth0", std::string(39, 'a').c_str()); }},
+        {__LINE__,  0, EIO,    [] { return LibQuorvelBin_RecoveryEncryptionMacAddressNicFile("eth0", "x"); }},
+        {__LINE__,  0, ENOPKG, [] { return remove_tree("/usr/local/ssl"), LibQuorvelBin_SetEncryptionMacAddressNicFile("eth0", "x"); }},
+        {__LINE__,  1, EISDIR, [] { return make_directory("x.1"), LibQuorvelBin_SetEncryptionMacAddressNicFile("eth0", "x"); }},
+    };
+    // clang-format on
+    for (const auto& row : rows) {
+        errno = 0;
+        int result = row.ask(), reason = errno;
+        EXPECT_TRUE(result == row.result && reason == row.reason)
+            << "line " << row.line << ": " << result << " " << strerror(reason);
+    }
 }

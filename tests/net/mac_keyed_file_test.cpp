@@ -1,4 +1,7 @@
 // Files bound to a hardware address. With the real cipher tool a sample appliance does it.
+#include <sys/stat.h>
+
+#include "foundation/child.h"
 #include "net/network.h"
 #include "quorvel/net.h"
 
@@ -36,7 +39,10 @@ TEST_F(NetTest, KeyedCommands) {
         {decipher, "eth7", "/tmp/f",          -1, ""},
     };
     // clang-format on
-    for (const auto& row : rows) {
+    std::optional<quorvel::HeldSignals> held;
+    for (size_t i = 0; i < 2 * std::size(rows); i++) {
+        if (i == std::size(rows)) held.emplace();  // commands are run in other words then
+        const auto& row = rows[i % std::size(rows)];
         remove_tree("/run/stand-in/openssl");
         int result = row.run(row.ifname, row.path.c_str());
         bool phrase_left = left_on_stack().find(":7E:10:00:A") != std::string_view::npos;
@@ -44,4 +50,23 @@ TEST_F(NetTest, KeyedCommands) {
         EXPECT_EQ(read_file("/run/stand-in/openssl"), row.command + (row.command.empty() ? "" : "\n")) << row.path;
     }
     EXPECT_TRUE(exists(longest) && !exists(longest + ".1")) << "moved over the file";
+}
+
+TEST_F(NetTest, EncipheredFileStaysPrivate) {
+    const mode_t mask = umask(0);
+    write_file("/tmp/plain", "plain");
+    write_file("/tmp/victim", "victim");
+    chmod("/tmp/plain", 0640);
+    for (const char* status : {"1", "0"}) {
+        make_link("/tmp/plain.1", "/tmp/victim");
+        stand_in(kTool, std::string("stat -c %a $7 >/tmp/mode; echo secret >$7; exit ") + status);
+        EXPECT_EQ(std::to_string(encipher("eth0", "/tmp/plain")), status);
+        EXPECT_EQ(read_file("/tmp/mode"), "600\n");
+        EXPECT_EQ(read_file("/tmp/plain"), *status == '0' ? "secret\n" : "plain");
+        struct stat left;
+        EXPECT_TRUE(stat("/tmp/plain", &left) == 0 && left.st_mode == (S_IFREG | 0640));
+        EXPECT_FALSE(exists("/tmp/plain.1"));
+    }
+    EXPECT_EQ(read_file("/tmp/victim"), "victim");
+    umask(mask);
 }

@@ -30,9 +30,9 @@ TEST_F(SettingsTest, EnabledAndDhcp) {
                "enet_port_1_enabled=off\nenet_port_1_ip_address=dhcp\n"
                "enet_port_2_enabled=onboard\nenet_port_2_ip_address=192.168.11.150\n"
                "enet_port_3_enabled=ON\nenet_port_3_ip_address=DHCP\n"
-               "enet_port_trunk_group_1_members=eth7 eth1\nenet_port_eth7_enabled=on\nenet_port_eth7_ip_address=dhcp6\n"
+               "enet_port_trunk_group_1_members=eth7\teth1\nenet_port_eth7_enabled=on\nenet_port_eth7_ip_address=dhcp6\n"
                "enet_port_trunk_group_2_members=on,dhcp\n"
-               "enet_port_256_enabled=on\nenet_port_trunk_group_256_members=eth9\nenet_port_eth9_ip_address=dhcp\n");
+               "enet_port_256_enabled=on\nenet_port_trunk_group_256_members=eth9 eth1\nenet_port_eth9_ip_address=dhcp\n");
     // clang-format on
     const std::string function = "LibQuorvelBin_IsNetIfDhcp";
     for (const auto& [ifname, enabled, dhcp, expected] : table<4>("net/expected/enabled-and-dhcp")) {

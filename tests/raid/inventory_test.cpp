@@ -126,7 +126,8 @@ TEST_F(RaidTest, DisksAreAllSlotsPresentOrNot) {
               }));
     EXPECT_STREQ("disk3", LibQuorvelBin_SearchDiskInfo("disk3", INFO_KEY_DISKNAME)->name);
     EXPECT_STREQ("disk1", LibQuorvelBin_SearchDiskInfo("a", INFO_KEY_UUID)->name);
-    EXPECT_EQ(nullptr, LibQuorvelBin_SearchDiskInfo("disk1", INFO_KEY_ARRAYNAME));
+    EXPECT_TRUE(LibQuorvelBin_SearchDiskInfo("disk1", INFO_KEY_ARRAYNAME) == nullptr && errno == EINVAL);
+    EXPECT_TRUE(LibQuorvelBin_SearchDiskInfo("disk5", INFO_KEY_DISKNAME) == nullptr && errno == ENODATA);
 
     write_file("/etc/nas_feature", "MAX_DISK_NUM=1\n");
     EXPECT_EQ("wrong feature name\n", printed_by(LibQuorvelBin_InitDiskInfo));

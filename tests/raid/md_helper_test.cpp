@@ -1,3 +1,4 @@
+#include <errno.h>
 #include <sys/mount.h>
 
 #include "raid_appliance.h"
@@ -22,15 +23,28 @@ struct MdHelperTest : RaidTest {
 
 TEST_F(MdHelperTest, ReportsAreCompleteToTheByte) {
     const char signature[] =
-        "\1\0\0\0\2\0\0\0\x20\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0disk2\0\0\0"
+        "\1\0\0\0\2\0\0\0\x20\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0di\x1bk2\0\0\0"
         "00:11:22:33:44:55\0\0\0array100normal\0\0\0\0\0\0\0\0\0";
     write_file("/dev/disk2", std::string(signature, 84));
     EXPECT_EQ(text_of("expected/array-report"), run({"mdinfo", "/dev/md2"}));
     EXPECT_EQ(text_of("expected/disk-report"), run({"diskinfo", "/dev/disk2"}));
     EXPECT_EQ("ARRAY         : /dev/md9\n  not exist\n", run({"mdinfo", "/dev/md9"}));
     EXPECT_EQ("LibQuorvelBin_ShowDiskInfo :   error\n", run({"diskinfo", "disk5"}));
-    EXPECT_EQ(-1, LibQuorvelBin_ShowMdInfo(nullptr));
-    EXPECT_EQ(-1, LibQuorvelBin_ShowDiskInfo(nullptr));
+    const struct {
+        int (*show)(const char*);
+        const char* name;
+        int reason;
+    } failures[] = {
+        {LibQuorvelBin_ShowMdInfo,   nullptr, EINVAL},
+        {LibQuorvelBin_ShowMdInfo,   "md9",   ENODEV},
+        {LibQuorvelBin_ShowDiskInfo, nullptr, EINVAL},
+        {LibQuorvelBin_ShowDiskInfo, "disk5", ENODEV},
+    };
+    for (const auto& [show, name, reason] : failures) {
+        Capture output;
+        EXPECT_EQ(-1, show(name));
+        EXPECT_EQ(reason, errno) << (name != nullptr ? name : "null");
+    }
 
     arrayinfo* array = LibQuorvelBin_SearchArrayInfo("md2", INFO_KEY_MDNAME);
     array->partition_info = {1000, 999, 1};
@@ -43,11 +57,11 @@ TEST_F(MdHelperTest, ReportsAreCompleteToTheByte) {
     EXPECT_NE(std::string::npos, report.find("raid_disks name    :Unkown\n")) << report;
 
     // Two groups with one md number: the array is linked to the first one made, whichever its UUID names.
-    mdadm_shows("disk1_6", superblock("other", 5, 4, 4, 2));
-    mdadm_shows("md2", superblock("other", 5, 4, 4, 2));
+    mdadm_shows("disk1_6", superblock("oth\x1br", 5, 4, 4, 2));
+    mdadm_shows("md2", superblock("oth\x1br", 5, 4, 4, 2));
     remove_tree("/run/mdadm/disk2_6");
     report = run({"mdinfo", "md2"});
-    EXPECT_NE(std::string::npos, report.find("raid_disks name    : disk3 disk4\n")) << report;
+    EXPECT_NE(std::string::npos, report.find(" : oth?r\nraid_disks name    : disk3 disk4\n")) << report;
     report = run({"diskinfo", "disk2"});
     EXPECT_NE(std::string::npos, report.find("  : no\nin_array(sb.minor) : normal\npar_array_level    : normal\n"))
         << report;
@@ -72,6 +86,9 @@ TEST_F(MdHelperTest, EveryModelSizeGetsItsAnswers) {
         const std::string found = run({"diskcap"});
         EXPECT_TRUE(!mounted || found == capacities) << disks << found;
     }
+    stand_in("/sbin/mdadm", "cat /run/mdadm/${2##*/}; [ $2 != /dev/disk4_6 ] || : >/proc/mounts");  // meanwhile
+    model(4, 1);
+    EXPECT_TRUE(!mounted || run({"diskcap"}) == "0 0 0 10 ");
     umount("/mnt/array1");
     umount("/mnt/disk4");
     if (!mounted) GTEST_SKIP() << "cannot mount here: capacities were not looked at";

@@ -4,6 +4,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "foundation/text.h"
 #include "libquorvel_bin.h"
 #include "mac_file_commands.h"
 #include "telling.h"
@@ -36,7 +37,8 @@ int run_get_dns(int, char** argv) {
     unsigned n = 0;
     if (!read_number(argv[1], argv[2], UINT_MAX, n)) return kExitUsage;
     if (LibQuorvelBin_GetDNS(n, argv[3], server) != 0) return no_answer(argv[1], argv[2], "no such name server");
-    puts(server);
+    quorvel::print_foreign(server);
+    putchar('\n');
     return kExitOk;
 }
 

@@ -118,7 +118,7 @@ bool learn_bay(Plugging& plugging, int32_t type, int slot) {
             if (left != told && left > 0) printf("  waiting for a disk, %d s left\n", static_cast<int>(told = left));
         } else if (is_line_waiting(200)) {
             if (!read_answer(line, sizeof line)) return false;
-            end = milliseconds() + plugging.wait * 1000;
+            end = milliseconds() + static_cast<int64_t>(plugging.wait) * 1000;
         }
     }
     printf("No disk came or went: %s is left out.\n", name_of_bay(type, slot).c_str());
@@ -173,7 +173,7 @@ void blink(const BlockDisk& disk, int wait) {
         perror(disk.name.c_str());
         return;
     }
-    int64_t end = milliseconds() + wait * 1000;
+    int64_t end = milliseconds() + static_cast<int64_t>(wait) * 1000;
     while (milliseconds() < end && !is_line_waiting(0))
         read_somewhere(light);
     free(light.block);

@@ -177,7 +177,7 @@ QUORVEL_API int create_usb_partition(const char* device, const char* filesystem,
 
 /** Prints the data size a disk would get by a rule of its own, which is not create_partition's: "sectors=SECTORS
  * G[GB] G%10" (not in the short layout) and "usersize=U[GB]", U being G - G % 10 - 1, or 17 in the short layout.
- * Changes nothing. Shares with other threads whether layouts are short.
+ * Changes nothing. A size that cannot be read counts as 0. Shares with other threads whether layouts are short.
  * @return 0; -1 for a refused disk (G % 10 above 6), with "this disk can't used" as the second line. */
 QUORVEL_API int test_usersize(const char* device);
 

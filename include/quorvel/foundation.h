@@ -12,7 +12,8 @@
  * threads).
  *
  * Commands. Every function of the library that runs a command uses sh, with the caller's environment and every signal
- * at its default, waits for its end, and learns its status whatever the caller does with SIGCHLD. */
+ * at its default (but for those that a function holds back: api.h), waits for its end, and learns its status whatever
+ * the caller does with SIGCHLD. */
 #ifndef QUORVEL_FOUNDATION_H
 #define QUORVEL_FOUNDATION_H
 
@@ -106,14 +107,15 @@ QUORVEL_API int LibQuorvelBin_GetSpecifiedKey(char* dst, uint64_t dst_size, cons
  * @return 0, or -1 for a null argument. Traces dst above debug level 9. */
 QUORVEL_API int LibQuorvelBin_GetLastWord(char* dst, const char* text, const char* separator, size_t length);
 
-/** The text before the last separator; the empty text (not the whole) when it holds none.
+/** The text before the last separator; the empty text (not the whole) when it holds none, the whole text when the
+ * separator is empty.
  * @param dst  has room for the text; may be the text itself
  * @return 0, or -1 when the working copy cannot be allocated. Traces above debug levels 9 and 100. */
 QUORVEL_API int LibQuorvelBin_AvoidLastWord(char* dst, const char* text, const char* separator);
 
 /** Whether item is an element of a list joined with a separator text. The last element also matches when it only begins
  * with the item; an empty list or a trailing separator has an empty last element. An element in front is never empty.
- * @return 1 or 0; -1 when list is null. */
+ * @return 1 or 0; -1 when list is null, 0 (EINVAL) when item or separator is. */
 QUORVEL_API int LibQuorvelBin_IsContainedInStringList(const char* list, const char* item, const char* separator);
 
 /** The part of a path behind its last "/", or the whole path: at most size - 1 bytes and no terminator are written, so
@@ -149,7 +151,7 @@ QUORVEL_API int dump(const char* title, const void* data, int length);
 /** Runs a shell command and collects its standard output.
  * @param buffer  receives a terminated text to be released with free(), in every case in which it is not null; after a
  * failure to grow it holds what came so far, unterminated
- * @return the command's wait status, or -1 when memory or the pipe could not be had. */
+ * @return the command's wait status, or -1 when memory, the pipe or the shell could not be had. */
 QUORVEL_API int ExecPipe(const char* command, char** buffer);
 
 /** 1 when the path is a regular file that the caller can open for reading, else 0. Devices are not opened for that. */
@@ -168,7 +170,7 @@ QUORVEL_API void LibQuorvelBin_Sync(void);
 QUORVEL_API int LibQuorvelBin_GetConfValInStringByKey(char* dst, size_t size, const char* key);
 
 /** A feature's value as a number: 1 when it begins with "on", 0 with "off", the low 32 bits of its leading decimal
- * number when it begins with a digit, otherwise (quoted, negative, empty, missing) -1. */
+ * number when it begins with a digit, otherwise (quoted, negative, empty: EBADMSG; missing) -1. */
 QUORVEL_API int LibQuorvelBin_GetConfOnOffValInIntByKey(const char* key);
 
 /** A feature's value for a script: as LibQuorvelBin_GetConfOnOffValInIntByKey when that is not -1; else 0 when the key
@@ -203,8 +205,8 @@ QUORVEL_API int LibQuorvelBin_IsVeldmark(void);
  * /usr/local/sbin/nvram, which also appends the line to /etc/nas_feature (readers keep the first, old line until the
  * file is made anew), behind a line end where the last line has none. Prints which tools are missing and what to
  * expect. Results of the tools are not looked at, but what the feature file held is put back when dumpnf failed or gave
- * no setting. The file is never made wider than 0644. Signals that end a process are held back from the first tool to
- * the last.
+ * no setting. The file is never made wider than 0644; where it is made, the caller's mask is a strict one for a moment.
+ * Signals that end a process are held back from the first tool to the last.
  *
  * Key and value reach the shell unquoted: they must hold no character that is special to a shell.
  * @return 0; -1 when there is no tool ("LibQuorvelBin_SetConfValInString : set feature failed!" and two lines above it)

@@ -124,8 +124,9 @@ QUORVEL_API int LibQuorvelBin_GetDisknameFromDevname(const char* devname, char* 
  * only as an NVMe disk (nvme0n1), by a row whose path contains "nvme".
  * @param dst   receives the name and its terminator, cut to size - 1 characters: a cut name may be another disk's,
  *              so give room for 256. Without a disk set a name behind "/dev/" is cut to 31 characters as well.
- * @return 0; -1 with dst untouched when the disk is unknown (ENXIO) or absent (ENODEV), the size is 0, or, with a
- *         disk set, some /sys/block link of such an entry met before the answer cannot be read. */
+ * @return 0; -1 with dst untouched when the disk is unknown (ENXIO; with a disk set EINVAL for a name without "disk")
+ *         or absent (ENODEV), the size is 0, or, with a disk set, some /sys/block link of such an entry met before the
+ *         answer cannot be read. */
 QUORVEL_API int LibQuorvelBin_GetDevnameFromDiskname(const char* diskname, char* dst, size_t size);
 
 /** The SCSI address of an internal slot as the disk set in force states it: "0:0:2:0". The slots of an extension card
@@ -176,8 +177,8 @@ QUORVEL_API int LibQuorvelBin_WalkDisks(int (*visit)(const struct disk_entry* di
  * @param slot_index  from 0 */
 QUORVEL_API int LibQuorvelBin_IsConnectedDisk(int slot_index);
 
-/** 1 when a slot has power, else 0: the first line of "/usr/local/sbin/frontctl -a hdd_set_power |grep hddN+1" ends
- * with "=on".
+/** 1 when a slot has power, else 0: the first line of "/usr/local/sbin/frontctl -a hdd_set_power |grep hddN+1" has
+ * nothing but "on" behind its first "=".
  * @param slot_index  from 0 */
 QUORVEL_API int LibQuorvelBin_IsPowerSupplyedDisk(int slot_index);
 

@@ -45,6 +45,10 @@ build_in() {
 
 build_plain() { build_in build; }
 build_sanitized() { build_in build-asan -DQUORVEL_SANITIZE=ON; }
+build_threads() {
+    local build_targets=(threads)
+    build_in build-threads -DQUORVEL_SANITIZE=thread
+}
 # Counters are written where the compiler was told that objects stand.
 build_counting() { QUORVEL_CCACHE=no build_in build-coverage -DQUORVEL_COVERAGE=ON; }
 # One build with clang: for its warnings, and for the fuzz targets.

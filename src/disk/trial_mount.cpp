@@ -83,7 +83,7 @@ bool is_own_directory(const char* path) {
 }  // namespace
 
 int LibQuorvelBin_MountTest(const char* device) {
-    if (device == nullptr) return 0;
+    if (device == nullptr) return fail(EINVAL, 0);
     Command mount_it("mount %s %s", ShellWord(device).c_str(), files::kTrialMountPoint);
     Command unmount_it("umount -f %s", files::kTrialMountPoint);
     if (mount_it.cut) return 0;

@@ -1,8 +1,9 @@
+#include "foundation/failure.h"
 #include "quorvel/foundation.h"
 
 int dumpf(const char* title, FILE* stream, const void* data, int length) {
     constexpr int kRow = 8;
-    if (stream == nullptr) return EOF;
+    if (stream == nullptr) return quorvel::fail(EINVAL, EOF);
     fprintf(stream, "%p: --<%s>-- len=%d\n", data, title != nullptr ? title : "", length);
     const unsigned char* bytes = static_cast<const unsigned char*>(data);
     for (int i = 0; i < length && bytes != nullptr; i++) {

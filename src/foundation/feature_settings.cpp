@@ -2,8 +2,8 @@
 // firmware's tools.
 #include "foundation/feature_settings.h"
 
-#include "foundation/answer.h"
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "quorvel/foundation.h"
@@ -26,11 +26,27 @@ int is_series(const char* quoted_name, int when_missing) {
     return starts_with(value, quoted_name) ? 1 : 0;
 }
 
+// The contract of LibQuorvelBin_GetConfValByKey, which alone shows the value as an answer.
+int value_for_script(const char* key, bool is_answer) {
+    char value[kValueSize] = "";
+    bool present = LibQuorvelBin_GetConfValInStringByKey(value, sizeof value, key) == 0;
+    int number = number_of_value(value);
+    if (!present) {
+        puts("wrong feature name");
+        return -1;
+    }
+    const bool wanted[] = {is_answer, debug > 9};
+    for (bool print : wanted) {
+        if (print && number != -1) printf("%d\n", number);
+        if (print && number == -1) puts(value);
+    }
+    return number != -1 ? number : 0;
+}
+
 }  // namespace
 
 int quorvel::network_port_count() {
-    QuietScope quiet;
-    return LibQuorvelBin_GetConfValByKey(kNetworkPortCount);
+    return value_for_script(kNetworkPortCount, false);
 }
 
 int LibQuorvelBin_GetConfValInStringByKey(char* dst, size_t size, const char* key) {
@@ -39,24 +55,13 @@ int LibQuorvelBin_GetConfValInStringByKey(char* dst, size_t size, const char* ke
 
 int LibQuorvelBin_GetConfOnOffValInIntByKey(const char* key) {
     char value[kValueSize] = "";
-    (void)LibQuorvelBin_GetConfValInStringByKey(value, sizeof value, key);
-    return number_of_value(value);
+    if (LibQuorvelBin_GetConfValInStringByKey(value, sizeof value, key) != 0) return -1;
+    int number = number_of_value(value);
+    return number != -1 ? number : fail(EBADMSG);
 }
 
 int LibQuorvelBin_GetConfValByKey(const char* key) {
-    char value[kValueSize] = "";
-    bool present = LibQuorvelBin_GetConfValInStringByKey(value, sizeof value, key) == 0;
-    int number = number_of_value(value);
-    if (!present) {
-        puts("wrong feature name");
-        return -1;
-    }
-    const bool wanted[] = {from_cmdline != 0, debug > 9};
-    for (bool print : wanted) {
-        if (print && number != -1) printf("%d\n", number);
-        if (print && number == -1) puts(value);
-    }
-    return number != -1 ? number : 0;
+    return value_for_script(key, from_cmdline != 0);
 }
 
 int LibQuorvelBin_GetMaxUsbdiskNum(void) {

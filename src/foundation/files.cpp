@@ -27,6 +27,11 @@ mode_t type_of(const struct stat& status) {
 
 }  // namespace
 
+// close() is not repeated on EINTR: on Linux the descriptor is gone either way.
+void Descriptor::close_now() {
+    if (number >= 0) close(number);
+}
+
 Descriptor above_standard(int descriptor) {
     if (descriptor < 0 || descriptor > STDERR_FILENO) return Descriptor(descriptor);
     Descriptor standard(descriptor);
@@ -116,7 +121,10 @@ bool read_link(WholeText path, char* text, size_t size) {
 bool read_first_line(WholeText path, char* line, size_t size) {
     line[0] = '\0';
     LineFile file(open_for_reading(path), size - 1);
-    if (!next_line(file.reader, line, size)) return false;
+    if (!next_line(file.reader, line, size)) {
+        if (file && !file.reader.failed) errno = ENODATA;
+        return false;
+    }
     cut_at_line_feed(line);
     return true;
 }

@@ -49,7 +49,7 @@ namespace quorvel {
 [[nodiscard]] bool read_link(WholeText path, char* text, size_t size);
 
 /// The first line of a file without its line feed, terminated and cut to the buffer.
-/// False, with an empty text, when the file cannot be opened or is empty.
+/// False, with an empty text and errno, when the file cannot be opened or is empty.
 [[nodiscard]] bool read_first_line(WholeText path, char* line, size_t size);
 
 }  // namespace quorvel

@@ -54,10 +54,7 @@ struct Descriptor {
     }
 
 private:
-    // close() is not repeated on EINTR: on Linux the descriptor is gone either way.
-    void close_now() {
-        if (number >= 0) close(number);
-    }
+    void close_now();
 };
 
 }  // namespace quorvel

@@ -95,7 +95,8 @@ size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
 using namespace quorvel;
 
 char* get_StringbyKey(const char* path, const char* key, char* dst, size_t size) {
-    if (key == nullptr || dst == nullptr || size == 0 || !is_possible_key(key)) return fail_null(EINVAL);
+    if (path == nullptr || key == nullptr || dst == nullptr || size == 0 || !is_possible_key(key))
+        return fail_null(EINVAL);
     KeyRequest request = {key, dst, size};
     return read_keys(path, {&request, 1}) == 1 ? dst : nullptr;
 }

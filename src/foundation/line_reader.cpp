@@ -44,6 +44,13 @@ bool refill(LineReader& reader) {
 
 }  // namespace
 
+LineReader::~LineReader() {
+    explicit_bzero(block, filled);
+}
+
+// Out of line, as it stands on every way out of a function that reads a file.
+LineFile::~LineFile() = default;
+
 std::string_view next_piece_after_reading(LineReader& reader) {
     size_t searched = 0;
     for (;;) {

@@ -19,7 +19,7 @@ struct LineReader {
     // cppcheck-suppress uninitMemberVar
     LineReader(int open_descriptor, size_t piece_limit) : descriptor(open_descriptor), limit(piece_limit) {}
     // What was read may be a secret.
-    ~LineReader() { explicit_bzero(block, filled); }
+    ~LineReader();
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
@@ -79,6 +79,7 @@ inline std::nullptr_t end(LineReader&) {
 struct LineFile {
     LineFile(Descriptor opened, size_t piece_limit)
         : file(static_cast<Descriptor&&>(opened)), reader(file.number, piece_limit) {}
+    ~LineFile();
 
     explicit operator bool() const { return static_cast<bool>(file); }
 

@@ -95,7 +95,7 @@ int LibQuorvelBin_AvoidLastWord(char* dst, const char* text, const char* separat
 
 int LibQuorvelBin_IsContainedInStringList(const char* list, const char* item, const char* separator) {
     if (list == nullptr) return fail(EINVAL);
-    if (item == nullptr || separator == nullptr) return 0;
+    if (item == nullptr || separator == nullptr) return fail(EINVAL, 0);
     size_t length = strlen(item);
     const char* element = list;
     while (*element != '\0') {
@@ -118,7 +118,8 @@ int LibQuorvelBin_Basename(char* dst, const char* path, size_t size) {
 
 int LibQuorvelBin_IsAllNumericStr(const char* text, int length) {
     if (length < 1) return 1;
-    return text != nullptr && is_digit(text[0]) ? 1 : 0;
+    if (text == nullptr) return fail(EINVAL, 0);
+    return is_digit(text[0]) ? 1 : 0;
 }
 
 void remove_character(char* text, int length, char ch) {

@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/key_value.h"
 #include "quorvel/foundation.h"
 #include "quorvel/platform.h"
@@ -10,7 +11,7 @@
 using namespace quorvel;
 
 int Firminfo_GetFirmInfo(firm_info* info) {
-    if (info == nullptr) return -1;
+    if (info == nullptr) return fail(EINVAL);
     memset(info, 0, sizeof *info);
     KeyRequest fields[] = {
         {"PRODUCT_NAME", info->product_name, sizeof info->product_name},

@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
@@ -26,7 +27,7 @@ int parse_numbers(const char* text, uint64_t& version) {
         if (text == nullptr) return 0;
         // The fourth number follows its "." directly, so a run of them in front of it reads as 0.
         text += shift != 0 ? strspn(text, ".") : 1;
-        if (shift != 0 && *text == '\0') return -1;
+        if (shift != 0 && *text == '\0') return fail(EINVAL);
         version |= number_at(text, shift);
     }
     return 0;
@@ -41,15 +42,15 @@ struct os_version running_version() {
 }  // namespace
 
 int LibQuorvelBin_GetOsVerFromString(struct os_version* version, const char* release) {
-    if (version == nullptr) return -1;
+    if (version == nullptr) return fail(EINVAL);
     *version = {};
-    if (release == nullptr) return -1;
+    if (release == nullptr) return fail(EINVAL);
     size_t length = strnlen(release, kLongestRelease + 1);
-    if (length > kLongestRelease) return -1;
+    if (length > kLongestRelease) return fail(EINVAL);
 
     release += strspn(release, "-");
     size_t count = strcspn(release, "-\n");
-    if (count == 0) return -1;
+    if (count == 0) return fail(EINVAL);
     if (release[count] == '-') {
         const char* suffix = release + count + 1;
         copy_text(version->suffix, sizeof version->suffix, {suffix, strcspn(suffix, "\n")});
@@ -61,7 +62,8 @@ int LibQuorvelBin_GetOsVerFromString(struct os_version* version, const char* rel
 
 int LibQuorvelBin_GetOsVer(struct os_version* version) {
     char release[128];
-    if (version == nullptr || !read_first_line(files::kOsRelease, release, sizeof release)) return -1;
+    if (version == nullptr) return fail(EINVAL);
+    if (!read_first_line(files::kOsRelease, release, sizeof release)) return -1;
     (void)LibQuorvelBin_GetOsVerFromString(version, release);
     return 0;
 }
@@ -76,14 +78,14 @@ void LibQuorvelBin_PrintOsVer(const struct os_version* version) {
 
 int LibQuorvelBin_IsOsNewerThan(const char* release) {
     struct os_version given;
-    if (release == nullptr) return 0;
+    if (release == nullptr) return fail(EINVAL, 0);
     (void)LibQuorvelBin_GetOsVerFromString(&given, release);
     return running_version().version > given.version ? 1 : 0;
 }
 
 int LibQuorvelBin_IsOsNewerEqual(const char* release) {
     struct os_version given;
-    if (release == nullptr) return 0;
+    if (release == nullptr) return fail(EINVAL, 0);
     (void)LibQuorvelBin_GetOsVerFromString(&given, release);
     return running_version().version >= given.version ? 1 : 0;
 }

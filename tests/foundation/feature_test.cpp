@@ -11,7 +11,9 @@ class Feature : public ApplianceTest {};
 TEST_F(Feature, ValuesAsNumberAndText) {
     for (const auto& [line, number, value, printed] : table<4>("foundation/expected/feature-values")) {
         write_file(kFeatures, line);
+        errno = 0;
         EXPECT_EQ(LibQuorvelBin_GetConfOnOffValInIntByKey("F"), std::stoi(number)) << line;
+        EXPECT_EQ(errno, number != "-1" ? 0 : value == "-1" ? ENODATA : EBADMSG) << line;
         const auto look_up = [expected = std::stoi(value)] { EXPECT_EQ(LibQuorvelBin_GetConfValByKey("F"), expected); };
         const std::string missing = value == "-1" ? printed : "";
         EXPECT_EQ(printed_by(look_up), missing);

@@ -15,8 +15,11 @@ std::string taken_apart(const std::string& release) {
 }
 
 TEST_F(KernelVersion, TakesReleasesApart) {
-    for (const auto& [release, result, printed] : table<3>("platform/expected/releases"))
+    for (const auto& [release, result, printed] : table<3>("platform/expected/releases")) {
+        errno = 0;
         EXPECT_EQ(taken_apart(release), result + " " + printed) << release;
+        EXPECT_EQ(errno, result == "0" ? 0 : EINVAL) << release;
+    }
     EXPECT_EQ(taken_apart(std::string(256, '1')), "-1 0.0.0.0\n");
     EXPECT_EQ(taken_apart("1-" + std::string(253, 's')), "0 1.0.0.0-" + std::string(127, 's') + "\n");
 }
@@ -28,7 +31,7 @@ TEST_F(KernelVersion, ComparesWithTheRunningOne) {
         EXPECT_EQ(LibQuorvelBin_IsOsNewerEqual(given.c_str()), std::stoi(newer_equal)) << running << given;
     }
     struct os_version version = {7, "kept"};
-    EXPECT_EQ(LibQuorvelBin_GetOsVer(&version), -1) << "an empty file";
+    EXPECT_EQ(std::pair(LibQuorvelBin_GetOsVer(&version), errno), std::pair(-1, ENODATA)) << "an empty file";
     EXPECT_EQ(version.version, 7U);
 }
 

@@ -42,18 +42,23 @@ quorvel::Heap<char> printed(const Quiet& quiet) {
 }  // namespace
 
 Quiet::Quiet()
-    : output(duplicate(STDOUT_FILENO)), error(duplicate(STDERR_FILENO)), memory(memfd_create("answers", MFD_CLOEXEC)) {
+    : output(duplicate(STDOUT_FILENO)),
+      error(duplicate(STDERR_FILENO)),
+      memory(memfd_create("answers", MFD_CLOEXEC)),
+      level(debug) {
     (void)fflush(stdout);
     const quorvel::Descriptor nowhere = open_null();
     (void)dup2(memory ? memory.number : nowhere.number, STDOUT_FILENO);
     if (nowhere) (void)dup2(nowhere.number, STDERR_FILENO);
     from_cmdline = 0;
+    debug = 0;
 }
 
 Quiet::~Quiet() {
     (void)fflush(stdout);
     if (output) (void)dup2(output.number, STDOUT_FILENO);
     if (error) (void)dup2(error.number, STDERR_FILENO);
+    debug = level;
 }
 
 quorvel::Heap<char> answer_of(const Quiet& quiet, int (*entry)(int, char**), std::initializer_list<const char*> words,

@@ -1,13 +1,16 @@
 // Keeps what library calls print off the program's own output, and hands it over where it is the answer.
 #pragma once
 
+#include <stdint.h>
+
 #include <initializer_list>
 
 #include "foundation/handles.h"
 
 namespace report {
 
-/// As long as it lives, standard output goes to a file in memory and standard error nowhere.
+/// As long as it lives, standard output goes to a file in memory and standard error nowhere, and nothing is traced: a
+/// trace would stand among the answers.
 struct Quiet {
     Quiet();
     ~Quiet();
@@ -15,6 +18,7 @@ struct Quiet {
     Quiet& operator=(const Quiet&) = delete;
 
     quorvel::Descriptor output, error, memory;
+    int32_t level;
 };
 
 /// What an entry point prints for a command front end, with its argument vector; null when it cannot be had. `result`

@@ -90,8 +90,7 @@ extern QUORVEL_API const struct firewall_service set_firewall_tab[QUORVEL_FIREWA
  *
  * The number of Ethernet ports is feature DEVICE_NETWORK_NUM; below 1 no flag is read or written, and a missing feature
  * prints "wrong feature name". Bonded ports (LibQuorvelBin_IsBondingMode) have the first flag of a line only, and are
- * interface bond0; otherwise flags are for eth0, eth1, ... getopt and the filter table are shared with other threads,
- * and from_cmdline, which is 0 for the moment in which the ports are counted.
+ * interface bond0; otherwise flags are for eth0, eth1, ... getopt and the filter table are shared with other threads.
  * @param argc  entries of argv
  * @param argv  0 the command word, then the options
  * @return 0 for all that ran, also without an operation, and when no ports file could be found or opened (which it

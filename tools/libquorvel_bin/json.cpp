@@ -25,7 +25,7 @@ constexpr unsigned kMostDepth = 16;
 
 // The writer's stack, a record a level, in one block: nothing is left that could fail half-way.
 struct Block {
-    static constexpr bool kNeedFree = false;
+    [[maybe_unused]] static constexpr bool kNeedFree = false;
     alignas(max_align_t) char bytes[64 * kMostDepth] = {};
 
     void* Malloc(size_t size) { return size <= sizeof bytes ? bytes : nullptr; }

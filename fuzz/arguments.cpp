@@ -1,7 +1,11 @@
 // The texts that callers hand over: arguments, names, keys, and whole command lines.
+#include <fcntl.h>
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <initializer_list>
@@ -86,6 +90,71 @@ void edit_texts() {
     remove_space(given);
 }
 
+// What a caller may hand down beside the arguments: texts in the environment, limits, closed descriptors.
+constexpr const char* kVariables[] = {"PATH", "TZ", "LANG", "HOME", "IFS", "POSIXLY_CORRECT", "TMPDIR", "LC_ALL"};
+constexpr const char* kTexts[] = {nullptr,
+                                  "",
+                                  "/",
+                                  ":::",
+                                  "../../etc/passwd",
+                                  ":/etc/nas_feature",
+                                  "%n%s$(x)`x`;|",
+                                  "\xff\xfe\x80",
+                                  "A-99999999999999999999B,M13.9.9",
+                                  "a0=/\n\t"};
+// The sanitizers need descriptors and stack of their own.
+constexpr struct {
+    int resource;
+    rlim_t values[3];
+} kLimits[] = {
+    {RLIMIT_NOFILE, {3, 4, 6}                      },
+    {RLIMIT_FSIZE,  {0, 1, 100}                    },
+    {RLIMIT_STACK,  {256 << 10, 512 << 10, 1 << 20}},
+};
+
+// Takes place for the length of a command line; byte 0 chooses variable and text, byte 1 limits and descriptors.
+struct HostileCaller {
+    struct rlimit limits[3];
+    int kept[3] = {-1, -1, -1};
+    const char* variable;
+    char* text;
+
+    explicit HostileCaller(const unsigned char* choice) {
+        variable = kVariables[choice[0] % (sizeof kVariables / sizeof *kVariables)];
+        const char* before = getenv(variable);
+        text = before != nullptr ? strdup(before) : nullptr;
+        set_variable(kTexts[choice[0] / 8 % (sizeof kTexts / sizeof *kTexts)]);
+        for (int i = 0; i < 3; i++) {
+            if ((choice[1] & 1 << i) == 0) continue;
+            kept[i] = fcntl(i, F_DUPFD_CLOEXEC, 100);
+            (void)close(i);
+        }
+        for (int i = 0; i < 3; i++) {
+            if (getrlimit(kLimits[i].resource, &limits[i]) != 0) abort();
+            if ((choice[1] & 8 << i) == 0) continue;
+            struct rlimit lower = {kLimits[i].values[choice[1] / 64 % 3], limits[i].rlim_max};
+            if (setrlimit(kLimits[i].resource, &lower) != 0) abort();
+        }
+    }
+    ~HostileCaller() {
+        for (int i = 0; i < 3; i++)
+            if (setrlimit(kLimits[i].resource, &limits[i]) != 0) abort();
+        for (int i = 0; i < 3; i++) {
+            if (kept[i] < 0) continue;
+            if (dup2(kept[i], i) != i) abort();
+            (void)close(kept[i]);
+        }
+        set_variable(text);
+        free(text);
+        clearerr(stdout);
+    }
+    void set_variable(const char* value) const {
+        if (value != nullptr ? setenv(variable, value, 1) != 0 : unsetenv(variable) != 0) abort();
+    }
+    HostileCaller(const HostileCaller&) = delete;
+    HostileCaller& operator=(const HostileCaller&) = delete;
+};
+
 void run_command_line() {
     constexpr int (*kEntries[])(int, char**) = {
         DiskSignature,
@@ -102,10 +171,14 @@ void run_command_line() {
     };
     char* arguments[32] = {};
     int count = 0;
-    for (char* word = given + 1; word < given + given_size && count < 31; word += strlen(word) + 1) {
+    if (given_size < 3) return;
+    for (char* word = given + 3; word < given + given_size && count < 31; word += strlen(word) + 1) {
         arguments[count++] = word;
     }
-    (void)kEntries[static_cast<unsigned char>(given[0]) % (sizeof kEntries / sizeof *kEntries)](count, arguments);
+    const auto* choice = reinterpret_cast<const unsigned char*>(given);
+    const HostileCaller caller(choice);
+    (void)signal(SIGXFSZ, SIG_IGN);
+    (void)kEntries[choice[2] % (sizeof kEntries / sizeof *kEntries)](count, arguments);
 }
 
 }  // namespace

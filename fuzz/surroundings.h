@@ -1,4 +1,5 @@
-// What a fuzz target runs in: an appliance of its own inside the disposable root, commands that are not really run.
+// What a fuzz target runs in: an appliance of its own inside the disposable root; commands print the
+// fuzzer's text and do nothing.
 #pragma once
 
 #include <stddef.h>
@@ -7,7 +8,7 @@
 // Writes a file, its directories included.
 void put_file(const char* path, const void* data, size_t size);
 
-// What every command run with popen prints from now on.
+// What every command prints from now on.
 void set_command_output(const void* data, size_t size);
 
 // Frees the records of the inventory, which otherwise live as long as the process.

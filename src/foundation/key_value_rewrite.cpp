@@ -113,8 +113,8 @@ bool write_new_content(const char* path, const char* key, const char* value, int
     return is_on_disk(descriptor);
 }
 
-// mv puts the file into a directory that has the path meanwhile, also behind a link: whoever may write where the path is
-// would choose where a file of his content and mode appears. There it is empty, and nobody's but the caller's.
+// mv puts the file into a directory that has the path meanwhile, also behind a link: whoever may write where the path
+// is would choose where a file of his content and mode appears. There it is empty, and nobody's but the caller's.
 void disarm_elsewhere(const char* path, int descriptor) {
     struct stat moved;
     if (is_named(descriptor, path) || fstat(descriptor, &moved) != 0 || moved.st_nlink == 0) return;

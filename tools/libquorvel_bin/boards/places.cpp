@@ -198,7 +198,8 @@ void take_serial(const char* bytes, size_t length, Text<128>& serial) {
         length--;
     const size_t start = serial.length;
     serial.add({bytes, length});
-    std::replace_if(serial.chars + start, serial.chars + serial.length, [](char c) { return c < ' ' || c > '~'; }, '?');
+    std::replace_if(
+        serial.chars + start, serial.chars + serial.length, [](char c) { return c < ' ' || c > '~'; }, '?');
 }
 
 void read_serial(const char* path, size_t header, Text<128>& serial) {

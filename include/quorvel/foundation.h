@@ -53,6 +53,8 @@ QUORVEL_API char* get_StringbyKey(const char* path, const char* key, char* dst, 
  * the moment in which it is asked for. Writers wait for each other on a lock of the temporary file, ten seconds at
  * most. Where a piece of an overlong line goes, a line end is put in its place only when the piece had one.
  *
+ * A directory that others put in the file's place before the move receives an empty file of the caller's own.
+ *
  * The path is one word of the command, in single quotes when it holds anything a shell would act on.
  * @param mode  1 sets, 2 deletes (value is ignored and may be null), any other sets
  * @return 0 once the rewrite was done (the result of mv is not looked at, but what it could not move is removed); -1,

@@ -56,7 +56,8 @@ Descriptor open_trusted(WholeText path) {
     Descriptor file = open_path(path, kReadFlags | O_NOFOLLOW);
     struct stat status;
     if (!file || fstat(file.number, &status) != 0) return Descriptor();
-    if (type_of(status) == S_IFREG && (status.st_uid == 0 || status.st_uid == geteuid())) return file;
+    const bool own = status.st_uid == 0 || status.st_uid == geteuid();
+    if (type_of(status) == S_IFREG && own && status.st_nlink == 1) return file;
     errno = EPERM;
     return Descriptor();
 }

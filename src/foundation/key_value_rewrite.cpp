@@ -113,9 +113,19 @@ bool write_new_content(const char* path, const char* key, const char* value, int
     return is_on_disk(descriptor);
 }
 
+// mv puts the file into a directory that has the path meanwhile, also behind a link: whoever may write where the path
+// is would choose where a file of his content and mode appears. There it is empty, and nobody's but the caller's.
+void disarm_elsewhere(const char* path, int descriptor) {
+    struct stat moved;
+    if (is_named(descriptor, path) || fstat(descriptor, &moved) != 0 || moved.st_nlink == 0) return;
+    if (fchmod(descriptor, 0600) != 0 || ftruncate(descriptor, 0) != 0 || fchown(descriptor, geteuid(), getegid()) != 0)
+        errno = 0;
+}
+
 // What mv could not move into place holds the same secrets.
-void move_into_place(const Text<kWriterText>& command, const char* temporary) {
+void move_into_place(const Text<kWriterText>& command, const char* temporary, const char* path, int descriptor) {
     if (run_command(command) != 0) (void)unlink(temporary);
+    disarm_elsewhere(path, descriptor);
 }
 
 }  // namespace
@@ -138,7 +148,7 @@ int set_StringbyKeyExtend(const char* path, const char* key, const char* value, 
         (void)unlink(temporary.c_str());
         return fail(error);
     }
-    move_into_place(command, temporary.c_str());
+    move_into_place(command, temporary.c_str(), path, locked.number);
     return 0;
 }
 

@@ -19,13 +19,6 @@ constexpr size_t kLongestPath = 4096;
 constexpr int kTries = 2000;
 constexpr struct timespec kPause = {0, 5'000'000};
 
-bool is_named(int descriptor, const char* path) {
-    struct stat held;
-    struct stat named;
-    return fstat(descriptor, &held) == 0 && lstat(path, &named) == 0 && held.st_ino == named.st_ino &&
-           held.st_dev == named.st_dev;
-}
-
 bool is_own_file(const char* path) {
     struct stat status;
     return lstat(path, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1;
@@ -49,6 +42,13 @@ bool remove_left_over(const char* path) {
 }
 
 }  // namespace
+
+bool is_named(int descriptor, const char* path) {
+    struct stat held;
+    struct stat named;
+    return fstat(descriptor, &held) == 0 && lstat(path, &named) == 0 && held.st_ino == named.st_ino &&
+           held.st_dev == named.st_dev;
+}
 
 // Whoever takes a new file for one that was left over, in the moment before it is locked, removes it: then it is made
 // once more.

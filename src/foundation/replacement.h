@@ -16,6 +16,9 @@ namespace quorvel {
 /// removed and never written. None, and errno, when that cannot be done.
 [[nodiscard]] Descriptor open_replacement(WholeText path);
 
+/// Whether a path, itself no link, is the file that is open.
+[[nodiscard]] bool is_named(int descriptor, const char* path);
+
 /// Gives a whole replacement the mode and owner of the file whose place it takes; where there is none, the mode of a
 /// new file: as the caller's mask allows, and never wider than 0644.
 void give_mode_and_owner(int descriptor, const struct stat* replaced);

@@ -71,6 +71,19 @@ TEST_F(KeyValue, KeepsModeAndOwner) {
               std::tuple(before.st_mode, before.st_uid, before.st_gid));
 }
 
+// An account that may write beside the file wants its own program among root's.
+TEST_F(KeyValue, ADirectoryPutInTheFilesPlaceReceivesNothing) {
+    constexpr char kMoved[] = "/run/elsewhere/settings_tmp";
+    write_file(kFile, "#!/bin/sh\n");
+    ASSERT_EQ(chmod(kFile, 0755), 0);
+    ASSERT_EQ(mkdir("/run/elsewhere", 0755), 0);
+    stand_in("/usr/local/sbin/mv", "ln -sfn /run/elsewhere /etc/settings && exec /bin/mv \"$@\"");
+    EXPECT_EQ(set_StringbyKey(kFile, "A", "2"), 0);
+    struct stat moved;
+    ASSERT_EQ(stat(kMoved, &moved), 0);
+    EXPECT_EQ(std::tuple(moved.st_size, moved.st_mode & 07777), std::tuple(0, 0600U));
+}
+
 TEST_F(KeyValue, LeavesAFileAloneThatItCannotReadOrNotWriteWhole) {
     const int next = dup(0);
     close(next);

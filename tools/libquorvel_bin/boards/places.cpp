@@ -188,7 +188,7 @@ LearntPlace place_inside(const Components& components, const BlockDisk& disk, co
 
 // ---- Serial numbers ----
 
-// Printable characters without the blanks around them.
+// Printable characters without the blanks around them; what a disk has between them is shown as "?".
 void take_serial(const char* bytes, size_t length, Text<128>& serial) {
     while (length > 0 && (bytes[0] <= ' ' || bytes[0] > '~')) {
         bytes++;
@@ -196,7 +196,10 @@ void take_serial(const char* bytes, size_t length, Text<128>& serial) {
     }
     while (length > 0 && (bytes[length - 1] <= ' ' || bytes[length - 1] > '~'))
         length--;
+    const size_t start = serial.length;
     serial.add({bytes, length});
+    std::replace_if(
+        serial.chars + start, serial.chars + serial.length, [](char c) { return c < ' ' || c > '~'; }, '?');
 }
 
 void read_serial(const char* path, size_t header, Text<128>& serial) {

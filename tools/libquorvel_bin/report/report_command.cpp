@@ -108,8 +108,17 @@ bool print(const Facts& facts, Form form, FILE* stream) {
     return true;
 }
 
+// A device, or a link such as /dev/stdout, must not become a file.
+bool may_be_replaced(const char* path) {
+    struct stat status;
+    if (lstat(path, &status) != 0 || S_ISREG(status.st_mode)) return true;
+    errno = EEXIST;
+    return false;
+}
+
 // A reader of the file sees the old report or the new one: it is written beside it and moved into its place.
 bool print_to_file(const Facts& facts, const Options& options) {
+    if (!may_be_replaced(options.file)) return false;
     const quorvel::Text<4096> beside("%s.XXXXXX", options.file);
     char path[sizeof beside.chars];
     memcpy(path, beside.chars, sizeof path);

@@ -15,12 +15,8 @@ namespace {
 constexpr size_t kMostBytes = 1 << 20;
 constexpr char kNotTold[] = "the kernel does not tell it";
 
-}  // namespace
-
-FileText read_file(const char* path) {
+FileText read_text(const quorvel::Descriptor& descriptor) {
     FileText file;
-    mode_t type = 0;
-    const quorvel::Descriptor descriptor = quorvel::open_for_reading(path, type);
     if (!descriptor) {
         file.reason = strerror(errno);
         return file;
@@ -34,6 +30,17 @@ FileText read_file(const char* path) {
     }
     file.reason = file.bytes == nullptr ? "out of memory" : length < 0 ? strerror(errno) : "the file is too large";
     return file;
+}
+
+}  // namespace
+
+FileText read_file(const char* path) {
+    mode_t type = 0;
+    return read_text(quorvel::open_for_reading(path, type));
+}
+
+FileText read_trusted_file(const char* path) {
+    return read_text(quorvel::open_trusted(path));
 }
 
 bool find_setting(std::string_view text, std::string_view name, std::string_view& value) {

@@ -20,6 +20,9 @@ struct FileText {
 
 FileText read_file(const char* path);
 
+/// The same of a file in a directory where everybody may write: only one of root's or the caller's own, and no link.
+FileText read_trusted_file(const char* path);
+
 /// The value on the first line "NAME=VALUE" of a text; false when there is none.
 bool find_setting(std::string_view text, std::string_view name, std::string_view& value);
 

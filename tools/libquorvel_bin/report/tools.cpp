@@ -100,11 +100,18 @@ void end_late(Run& run) {
     finish(run);
 }
 
+// A tool that prints nothing more may still be at work, or wait for a device that it closes.
+bool ended_before(const Run& run, int& status) {
+    pid_t ended;
+    while ((ended = waitpid(run.process, &status, WNOHANG)) == 0 && now_milliseconds() < run.end)
+        (void)poll(nullptr, 0, 1);
+    return ended != 0;
+}
+
 void end_in_time(Run& run) {
     int status = 0;
-    if (waitpid(run.process, &status, 0) == run.process && WIFEXITED(status)) {
-        run.tool->exit_status = WEXITSTATUS(status);
-    }
+    if (!ended_before(run, status)) return end_late(run);
+    if (WIFEXITED(status)) run.tool->exit_status = WEXITSTATUS(status);
     if (run.tool->exit_status == 127) run.tool->reason = "the tool is not installed";
     finish(run);
 }

@@ -67,7 +67,7 @@ void gather_mounts(Facts& facts) {
 }
 
 void gather_physical_volumes(Facts& facts) {
-    const FileText list = read_file(quorvel::files::kPhysicalVolumes);
+    const FileText list = read_trusted_file(quorvel::files::kPhysicalVolumes);
     facts.physical_volumes.reason = list.reason != nullptr ? kListMissing : nullptr;
     for (std::string_view text = list.view(); !text.empty();) {
         std::string_view line = next_line(text);
@@ -80,7 +80,7 @@ void gather_physical_volumes(Facts& facts) {
 }
 
 void gather_logical_volumes(Facts& facts) {
-    const FileText list = read_file(quorvel::files::kLogicalVolumes);
+    const FileText list = read_trusted_file(quorvel::files::kLogicalVolumes);
     facts.logical_volumes.reason = list.reason != nullptr ? kListMissing : nullptr;
     for (std::string_view text = list.view(); !text.empty();) {
         std::string_view line = next_line(text);

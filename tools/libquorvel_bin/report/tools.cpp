@@ -100,17 +100,10 @@ void end_late(Run& run) {
     finish(run);
 }
 
-// A tool that prints nothing more may still be at work, or wait for a device that it closes.
-bool ended_before(const Run& run, int& status) {
-    pid_t ended;
-    while ((ended = waitpid(run.process, &status, WNOHANG)) == 0 && now_milliseconds() < run.end)
-        (void)poll(nullptr, 0, 1);
-    return ended != 0;
-}
-
+// A tool that prints nothing more may still be at work, or wait for a device that it closes: it is asked again.
 void end_in_time(Run& run) {
     int status = 0;
-    if (!ended_before(run, status)) return end_late(run);
+    if (waitpid(run.process, &status, WNOHANG) == 0) return;
     if (WIFEXITED(status)) run.tool->exit_status = WEXITSTATUS(status);
     if (run.tool->exit_status == 127) run.tool->reason = "the tool is not installed";
     finish(run);
@@ -123,7 +116,7 @@ void take_output(Run& run) {
     const ssize_t got =
         read(run.pipe.number, room > 0 ? tool.output.get() + tool.length : dropped, room > 0 ? room : sizeof dropped);
     if (got > 0 && room > 0) tool.length += static_cast<size_t>(got);
-    if (got == 0 || (got < 0 && errno != EINTR)) end_in_time(run);
+    if (got == 0 || (got < 0 && errno != EINTR)) run.pipe = quorvel::Descriptor();
 }
 
 void wait_for_output(std::span<Run> runs) {
@@ -131,13 +124,15 @@ void wait_for_output(std::span<Run> runs) {
     int64_t first_end = INT64_MAX;
     for (size_t i = 0; i < runs.size(); i++) {
         waits[i] = {runs[i].tool != nullptr ? runs[i].pipe.number : -1, POLLIN, 0};
-        if (runs[i].tool != nullptr) first_end = std::min(first_end, runs[i].end);
+        if (runs[i].tool == nullptr) continue;
+        first_end = std::min(first_end, runs[i].pipe ? runs[i].end : now_milliseconds() + 1);
     }
     if (first_end == INT64_MAX) return;
     const int64_t left = std::clamp<int64_t>(first_end - now_milliseconds(), 0, 60000);
     (void)poll(waits, static_cast<nfds_t>(runs.size()), static_cast<int>(left));
     for (size_t i = 0; i < runs.size(); i++) {
         if (runs[i].tool != nullptr && waits[i].revents != 0) take_output(runs[i]);
+        if (runs[i].tool != nullptr && !runs[i].pipe) end_in_time(runs[i]);
         if (runs[i].tool != nullptr && now_milliseconds() >= runs[i].end) end_late(runs[i]);
     }
 }

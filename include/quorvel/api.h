@@ -3,8 +3,8 @@
  * subsystem headers, of no use by itself.
  *
  * Errors. A function whose result says that it failed (-1, a null pointer, or a 0 that stands for a failure) has set
- * errno; behind a 0 that is an answer ("no") errno means nothing. Where the kernel or the C library gave the reason, errno is
- * theirs (ENOENT: no such file; EACCES: no right to read it; ENOMEM ...). The library's own reasons are:
+ * errno; behind a 0 that is an answer ("no") errno means nothing. Where the kernel or the C library gave the reason,
+ * errno is theirs (ENOENT: no such file; EACCES: no right to read it; ENOMEM ...). The library's own reasons are:
  *
  *     EINVAL        a null pointer, an unusable argument, an argument vector of more than 256 words
  *     ENAMETOOLONG  a name or path longer than what it is put into; E2BIG for a command line
@@ -20,9 +20,9 @@
  *     EPERM         a file that an unprivileged account could have put there is not used
  *
  * Threads. A function may be called from several threads at once unless its comment names what it shares with others.
- * All of them read the globals debug and from_cmdline, and what they print goes to one standard output. Where a function
- * holds back signals, commands that other threads start meanwhile ignore those too (HUP, INT, QUIT, PIPE, ALRM, TERM,
- * USR1, USR2). */
+ * All of them read the globals debug and from_cmdline, and what they print goes to one standard output. Where a
+ * function holds back signals, commands that other threads start meanwhile ignore those too (HUP, INT, QUIT, PIPE,
+ * ALRM, TERM, USR1, USR2). */
 #ifndef QUORVEL_API_H
 #define QUORVEL_API_H
 

@@ -61,8 +61,8 @@ QUORVEL_API int LibQuorvelBin_GetPlatform(void);
 /** The platform's name from platform_num2str.
  * @param buf   cleared over all its size first, then holds the name, cut to size - 1 characters
  * @param size  bytes of buf; with 0 it stays as it is
- * @return buf; null (buf untouched, nothing printed, ENODEV) on an unknown platform. Prints buf as a line when from_cmdline is
- * 1. */
+ * @return buf; null (buf untouched, nothing printed, ENODEV) on an unknown platform. Prints buf as a line when
+ * from_cmdline is 1. */
 QUORVEL_API char* LibQuorvelBin_GetPlatformStr(char* buf, size_t size);
 
 /** The product series: feature SERIES_NAME without its double quotes, up to its first line feed; no more than 31

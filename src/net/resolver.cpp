@@ -95,7 +95,8 @@ int ask_servers(LineFile& settings, int timeout, int retries) {
     int result = 0;
     for (const char* line : settings) {
         std::optional<TwoFields> fields = fields_of(line);
-        if (!fields || !names_server(*fields)) continue;
+        // What begins with a "-" is no address, but would be an option of the tool.
+        if (!fields || !names_server(*fields) || fields->second[0] == '-') continue;
         Probe probe = ask_server(fields->second, timeout, retries);
         if (probe == Probe::answered) return 1;
         if (probe == Probe::not_run) result = -1;

@@ -7,7 +7,7 @@
  * converts them. An interface name longer than 15 characters is cut to 15 where the kernel is asked about it; a
  * function that changes an interface refuses it (ENODEV), and so does one that looks below /sys/class/net for a name
  * with "/", for "." and "..", and for no name at all. A null pointer where a name, a record or a buffer is expected
- * gives the function's failure result, silently. */
+ * gives the function's failure result, silently but for LibQuorvelBin_IsNetIfDhcp, which prints its own name first. */
 #ifndef QUORVEL_NET_H
 #define QUORVEL_NET_H
 
@@ -22,8 +22,8 @@ QUORVEL_BEGIN_DECLS
  *
  * Each call opens an AF_INET datagram socket (close-on-exec), issues the named ioctl, closes the socket, and writes
  * nothing to standard output. Failures give -1, outputs untouched, the kernel's errno (ENODEV: no such interface;
- * EADDRNOTAVAIL: it has no address), and one line on standard error: "FUNCTION:REASON" when there is no socket,
- * "IOCTL :REASON" when the ioctl fails. */
+ * EADDRNOTAVAIL: it has no address), and one line on standard error: "FUNCTION:REASON" when there is no socket, "IOCTL
+ * :REASON" when the ioctl fails. */
 
 /** The hardware address of an interface, through SIOCGIFHWADDR.
  * @param address  receives the first 6 bytes
@@ -86,9 +86,9 @@ QUORVEL_API int getifinfo(const char* ifname);
 /* ---- Interface settings ----
  *
  * Existence comes from /sys/class/net, settings from the key=value file /etc/tevra/info; a missing file or key counts
- * as an empty value, so no answer here is a failure but that to a null pointer. Ports and trunk groups are numbered
- * from 1 in keys: the low 8 bits of the interface's index, plus 1 (256 for a name without a number). The members of a
- * trunk group are separated by blanks and tabs. */
+ * as an empty value, so what asks the settings fails for a null pointer only. Ports and trunk groups are numbered from
+ * 1 in keys: the low 8 bits of the interface's index, plus 1 (256 for a name without a number). The members of a trunk
+ * group are separated by blanks and tabs. */
 
 /** The interfaces that the net helper lists, in its order. */
 extern QUORVEL_API const char target_ifs[10][32];
@@ -187,7 +187,8 @@ QUORVEL_API int LibQuorvelBin_FillInfo(struct host_info* info, const char* ifnam
  * prints "Version 1.00"; -h the usage; -d sets debug to 1; words behind "--" are ignored. Options work in order, so
  * that -v ends the command with 0 wherever it stands behind options that are right. Interfaces without an address leave
  * the kernel's reason on standard error only.
- * @return 0; -1 for an unknown option, an unknown -o field ("Invalid argument(FIELD)!!!"), an interface
+ * @return 0; -1 without a command word (EINVAL), for an unknown option, an unknown -o field ("Invalid
+ * argument(FIELD)!!!"), an interface
  *         without address (or none given), and a calculation in which address or netmask is missing or
  *         has fewer than four numbers. Shares getopt's state with all that use getopt. */
 QUORVEL_API int LibQuorvelBin_NetHelper(int argc, char** argv);
@@ -204,7 +205,7 @@ QUORVEL_API int LibQuorvelBin_NetHelper(int argc, char** argv);
  * -retry=RETRIES ADDRESS" and ends the line with "NG" when a line of its output contains "timed out" and "OK"
  * otherwise. A command that cannot be started, or that the shell cannot find or execute, gives "can't execute cmd
  * (COMMAND)" instead and counts as no answer. The address is one word of the command, in single quotes when it holds
- * anything a shell would act on.
+ * anything a shell would act on; one that begins with "-", which would be an option of the tool, is passed over.
  * @param argv  argv[0] is the command word
  * @return 1 at the first OK, 0 when there is none (ENOPKG when a name server could not be asked for lack of nslookup)
  * or no file. Shares getopt's state with all that use getopt. */
@@ -240,8 +241,7 @@ QUORVEL_API int LibQuorvelBin_Nameif(int argc, char** argv);
  * of arguments prints a usage.
  * @param argv  argv[0] is the command word
  * @return 0 (also when there is no interface to report), or -1 for a wrong number of arguments, or when an interface
- * does not exist (ENODEV) or its address or mtu file is empty (ENODATA): the report ends there. Sets from_cmdline to 0
- * for a moment when it is called without an interface. */
+ * does not exist (ENODEV) or its address or mtu file is empty (ENODATA): the report ends there. */
 QUORVEL_API int LibQuorvelBin_EthInfo(int argc, char** argv);
 
 /* ---- Files bound to a hardware address ----

@@ -107,7 +107,7 @@ constexpr Command kCommands[] = {
     {"netif_index",      "INTERFACE",            "print the number in an interface name, or -1",        "0 printed, 1 the name has none",               1, 1,  run_netif_index},
     {"netif_enabled",    "INTERFACE",            "print 1 when the settings enable it, else 0",         "0 enabled, 1 not",                             1, 1,  run_netif_enabled},
     {"netif_dhcp",       "INTERFACE",            "trace, then print 1 when it uses DHCP, else 0",       "0 DHCP, 1 not",                                1, 1,  run_netif_dhcp},
-    {"setip",            "INTERFACE ADDRESS NETMASK", "set address and netmask of an interface",        "0 done, 1 refused",                            3, 3,  run_setip},
+    {"setip",            "INTERFACE ADDRESS NETMASK", "set address and netmask of an interface",        "0 done, 1 refused, 2 no such address",         3, 3,  run_setip},
     {"encrypt_mac_file", "INTERFACE FILE",       "encipher a file in place with the MAC address",       "0 done, 1 failed",                             2, 2,  run_encrypt_mac_file},
     {"decrypt_mac_file", "INTERFACE FILE",       "print a file enciphered with the MAC address",        "0 done, 1 failed",                             2, 2,  run_decrypt_mac_file},
 };

@@ -99,7 +99,7 @@ TEST_F(Vocabulary, ACutTextIsNeitherOpenedNorRun) {
 }
 
 TEST_F(Vocabulary, LinesComeAsPiecesOfTheLimit) {
-    for (size_t limit : {1UL, 7UL, 511UL, kLongestPiece}) {
+    for (size_t limit : {size_t{1}, size_t{7}, size_t{511}, kLongestPiece}) {
         for (size_t length :
              {limit - 1, limit, limit + 1, 2 * kLongestPiece - 1, 2 * kLongestPiece, 2 * kLongestPiece + 1}) {
             std::string text = std::string(length, 'x') + "\n\nlast", joined;

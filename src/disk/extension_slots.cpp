@@ -18,9 +18,10 @@ void dump_row(const struct disk_path& row, int extension_slot) {
     const char* address = row.scsi_id != nullptr ? row.scsi_id : "";
     if (row.type == DISK_PATH_INTERNAL)
         printf("%s%d=SATA,\t%d,\t%s,\t%s\n", kExtensionRow, extension_slot, row.slot, path, address);
-    if (row.type == DISK_PATH_USB)
+    if (row.type == DISK_PATH_USB) {
         printf("%s%d=USB,\t%d,\t%s\t,%d\t%d\n", kExtensionRow, extension_slot, row.slot, path, row.usb_port1,
                row.usb_port2);
+    }
 }
 
 void dump_file(const ExtensionFile& file) {

@@ -88,7 +88,11 @@ void give_mode_and_owner(int descriptor, const struct stat* replaced) {
 }
 
 bool replace_file(WholeText path, std::string_view content) {
-    Text<kLongestPath> temporary("%s_tmp", path.text != nullptr ? path.text : "");
+    if (path.text == nullptr) {
+        errno = ENAMETOOLONG;
+        return false;
+    }
+    Text<kLongestPath> temporary("%s_tmp", path.text);
     Descriptor file = open_replacement(temporary);
     if (!file) return false;
     struct stat replaced;

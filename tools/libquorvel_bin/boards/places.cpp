@@ -25,10 +25,11 @@ struct Components {
         while (count < kMost && !link.empty()) {
             size_t length = std::min(link.find('/'), link.size());
             std::string_view component(link.data(), length);
-            if (component == "devices")
+            if (component == "devices") {
                 count = 0;
-            else if (!component.empty() && component != "..")
+            } else if (!component.empty() && component != "..") {
                 text[count++] = component;
+            }
             link.remove_prefix(std::min(length + 1, link.size()));
         }
     }

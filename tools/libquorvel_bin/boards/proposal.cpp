@@ -54,12 +54,13 @@ void make_rows(Rows& rows, const Proposal& proposal) {
 }
 
 void print_row(FILE* file, const struct disk_path& row) {
-    if (row.type == DISK_PATH_USB)
+    if (row.type == DISK_PATH_USB) {
         fprintf(file, "HDD_USB=%d,\t%s,\t%d,\t%d\n", row.slot, row.path, row.usb_port1, row.usb_port2);
-    else if (row.type == DISK_PATH_BOOT)
+    } else if (row.type == DISK_PATH_BOOT) {
         fprintf(file, "HDD_BOOT=%d,\t%s\n", row.slot, row.path);
-    else
+    } else {
         fprintf(file, "HDD_INTERNAL=%d,\t%s,\t%s\n", row.slot, row.path, row.scsi_id);
+    }
 }
 
 void print_rows(FILE* file, const Rows& rows) {

@@ -2,6 +2,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
 #include <string_view>
 
 #include "block_devices.h"
@@ -37,9 +38,9 @@ constexpr Signature kSignatures[] = {
 
 const char* kind_of(std::string_view start) {
     for (const Signature& signature : kSignatures) {
-        if (start.size() > signature.offset && start.substr(signature.offset).starts_with(signature.bytes)) {
-            return signature.kind;
-        }
+        std::string_view rest = start;
+        rest.remove_prefix(std::min(signature.offset, start.size()));
+        if (rest.starts_with(signature.bytes)) return signature.kind;
     }
     return nullptr;
 }

@@ -12,7 +12,8 @@ namespace report {
 namespace {
 
 constexpr char kStyle[] =
-    "body{font:16px/1.45 sans-serif;margin:0 auto;max-width:1100px;padding:12px;overflow-wrap:anywhere;color:#111;background:#fff}\n"
+    "body{font:16px/1.45 sans-serif;margin:0 "
+    "auto;max-width:1100px;padding:12px;overflow-wrap:anywhere;color:#111;background:#fff}\n"
     "h1{font-size:1.5em;margin:.3em 0}h2{font-size:1.15em;margin:1.4em 0 .4em}\n"
     "svg{width:100%;height:auto;max-width:720px;display:block}\n"
     "table{border-collapse:collapse;width:100%}\n"

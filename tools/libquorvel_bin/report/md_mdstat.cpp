@@ -85,8 +85,8 @@ void take_counts(ArrayFacts& array, std::string_view word) {
 }
 
 void take_size_line(ArrayFacts& array, std::string_view line) {
-    int64_t blocks = 0;
-    if (to_number(next_word(line), blocks)) set(array.size_bytes, blocks * kBlock);
+    int64_t bytes = 0;
+    if (to_number(next_word(line), bytes, kBlock)) set(array.size_bytes, bytes);
     set(array.metadata, "0.90");  // what is not told is the version that md has always had
     while (!line.empty()) {
         const std::string_view word = next_word(line);
@@ -110,9 +110,9 @@ void take_progress(ArrayFacts& array, std::string_view line) {
     std::string_view counts = behind(line, open + 1);
     counts = next_field(counts, ")");
     int64_t done = 0, total = 0;
-    if (!to_number(next_field(counts, "/"), done) || !to_number(counts, total)) return;
-    set(array.sync_done_bytes, done * kBlock);
-    set(array.sync_total_bytes, total * kBlock);
+    if (!to_number(next_field(counts, "/"), done, kBlock) || !to_number(counts, total, kBlock)) return;
+    set(array.sync_done_bytes, done);
+    set(array.sync_total_bytes, total);
 }
 
 void take_sync_line(ArrayFacts& array, std::string_view line) {

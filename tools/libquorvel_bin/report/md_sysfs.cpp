@@ -26,12 +26,11 @@ void take_progress(ArrayFacts& array, const char* device) {
     (void)read_attribute(attribute(device, "sync_completed").c_str(), line);
     std::string_view total = without_blanks(line);
     const std::string_view done = next_field(total, " / ");
-    int64_t done_sectors = 0, total_sectors = 0;
-    const bool told = to_number(done, done_sectors) && to_number(total, total_sectors);
-    set_unless_negative(array.sync_done_bytes, told ? done_sectors * kSector : -1,
-                        "nothing is being rebuilt or checked");
-    set_unless_negative(array.sync_total_bytes, told ? total_sectors * kSector : -1,
-                        "nothing is being rebuilt or checked");
+    int64_t done_bytes = -1, total_bytes = -1;
+    const bool told = to_number(done, done_bytes, kSector) && to_number(total, total_bytes, kSector);
+    static constexpr char kIdle[] = "nothing is being rebuilt or checked";
+    set_unless_negative(array.sync_done_bytes, told ? done_bytes : -1, kIdle);
+    set_unless_negative(array.sync_total_bytes, told ? total_bytes : -1, kIdle);
 }
 
 // "in_sync", "faulty,write_error", "spare" ...

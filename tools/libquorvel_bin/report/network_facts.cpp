@@ -60,9 +60,9 @@ void gather_speed(InterfaceFacts& interface, const char* name, const Quiet& quie
     const quorvel::Heap<char> report = answer_of(quiet, LibQuorvelBin_EthInfo, {"ethinfo", name}, result);
     const std::string_view text = report != nullptr ? report.get() : "";
     std::string_view value;
-    int64_t megabits = 0;
-    const bool told = result == 0 && find_setting(text, "link", value) && to_number(value, megabits) && megabits > 0;
-    set_unless_negative(interface.speed_bits_per_second, told ? megabits * 1000000 : -1, kLinkDown);
+    int64_t bits = 0;
+    const bool told = result == 0 && find_setting(text, "link", value) && to_number(value, bits, 1000000) && bits > 0;
+    set_unless_negative(interface.speed_bits_per_second, told ? bits : -1, kLinkDown);
     set_unknown(interface.full_duplex, kLinkDown);
     if (told && find_setting(text, "duplex", value)) set(interface.full_duplex, value == "full");
 }

@@ -125,9 +125,10 @@ void check_array(Facts& facts, const ArrayFacts& array) {
         return tell(facts, kUnknown, name_of(array), "state not known (%s)", array.state.reason);
     }
     if (!is_running(array)) {
-        if (is_expected(array) || strcmp(text_of(array.state), "not running") != 0)
+        if (is_expected(array) || strcmp(text_of(array.state), "not running") != 0) {
             tell(facts, kAtRisk, name_of(array), "%s%s%s", text_of(array.state),
                  is_expected(array) ? ", recorded as " : "", is_expected(array) ? text_of(array.status) : "");
+        }
         return;
     }
     if (!is_known(array.missing_disks))
@@ -183,9 +184,10 @@ void check_sources(Facts& facts) {
     if (!is_known(facts.disks)) tell(facts, kUnknown, "disks", "not known (%s)", facts.disks.reason);
     if (!is_known(facts.arrays)) tell(facts, kUnknown, "arrays", "not known (%s)", facts.arrays.reason);
     const FileText status = read_file(quorvel::files::kDiskInfo);
-    if (status.reason != nullptr)
+    if (status.reason != nullptr) {
         tell(facts, kUnknown, "disks", "which ones belong here is not known (%s: %s)", quorvel::files::kDiskInfo,
              status.reason);
+    }
 }
 
 // The worst first; what is not known could be anything, so it is worse than what is only degraded.

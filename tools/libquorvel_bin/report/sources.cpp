@@ -57,9 +57,11 @@ bool read_attribute(const char* path, char* line, size_t size) {
     return quorvel::read_first_line(path, line, size);
 }
 
-bool to_number(std::string_view text, int64_t& number) {
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && stop == text.data() + text.size() && number >= 0;
+bool to_number(std::string_view text, int64_t& number, int64_t unit) {
+    int64_t count = 0;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+    if (error != std::errc() || stop != text.data() + text.size() || count < 0) return false;
+    return !__builtin_mul_overflow(count, unit, &number);
 }
 
 void set_from(Words& words, const char* path) {
@@ -71,8 +73,7 @@ void set_from(Words& words, const char* path) {
 void set_from(Number& number, const char* path, int64_t unit) {
     char line[64];
     int64_t value = 0;
-    const bool told = read_attribute(path, line) && to_number(without_blanks(line), value) &&
-                      !__builtin_mul_overflow(value, unit, &value);
+    const bool told = read_attribute(path, line) && to_number(without_blanks(line), value, unit);
     set_unless_negative(number, told ? value : -1, kNotTold);
 }
 

@@ -40,7 +40,7 @@ void set_from(Words& words, const char* path);
 void set_from(Number& number, const char* path, int64_t unit = 1);
 void set_from(Truth& truth, const char* path);
 
-/// A whole text as a decimal number that is not negative; false when it is none.
-bool to_number(std::string_view text, int64_t& number);
+/// A whole text as a decimal number that is not negative, times a unit; false when it is none or too large.
+bool to_number(std::string_view text, int64_t& number, int64_t unit = 1);
 
 }  // namespace report

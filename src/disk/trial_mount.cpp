@@ -46,24 +46,13 @@ void run(const Command& command) {
     _exit(0);
 }
 
-// No handler of the caller's runs in the process, and no signal ends it before the commands.
-pid_t fork_undisturbed(sigset_t& before) {
-    sigset_t every;
-    sigfillset(&every);
-    (void)pthread_sigmask(SIG_SETMASK, &every, &before);
-    pid_t process = fork();
-    if (process != 0) (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return process;
-}
-
 bool ran_hidden(const Command& mount_it, const Command& unmount_it) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return false;
     Descriptor reading = above_standard(ends[0]);
     Descriptor writing = above_standard(ends[1]);
     (void)fflush(stdout);
-    sigset_t before;
-    pid_t process = reading && writing ? fork_undisturbed(before) : -1;
+    pid_t process = reading && writing ? fork_undisturbed() : -1;
     if (process == 0) run_hidden(mount_it, unmount_it, writing.number);
     writing = Descriptor();
     char hidden = 0;
@@ -86,7 +75,7 @@ int LibQuorvelBin_MountTest(const char* device) {
     if (device == nullptr) return fail(EINVAL, 0);
     Command mount_it("mount %s %s", ShellWord(device).c_str(), files::kTrialMountPoint);
     Command unmount_it("umount -f %s", files::kTrialMountPoint);
-    if (mount_it.cut) return 0;
+    if (mount_it.cut) return fail(E2BIG, 0);
     bool made = mkdir(files::kTrialMountPoint, S_IRWXU) == 0;
     if (!made && !is_own_directory(files::kTrialMountPoint)) return 0;
     if (!ran_hidden(mount_it, unmount_it)) {

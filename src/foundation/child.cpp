@@ -111,14 +111,8 @@ void close_all_but(int kept) {
 pid_t start_keeper(const char* command, Child& child, Descriptor& written) {
     Descriptor status_pipe;
     if (!make_pipe(child.status, status_pipe)) return -1;
-    // No handler of the caller's runs in the second process, and no signal ends it before the command.
-    sigset_t every;
-    sigset_t before;
-    sigfillset(&every);
-    (void)pthread_sigmask(SIG_SETMASK, &every, &before);
-    pid_t keeper = fork();
+    pid_t keeper = fork_undisturbed();
     if (keeper == 0) keep_child(command, written, status_pipe);
-    (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
     return keeper;
 }
 
@@ -138,6 +132,16 @@ Child start_shell(const char* command, Output output) {
     if (output == Output::kRead && !make_pipe(child.output, written)) return Child();
     child.pid = caller_takes_children() ? start_keeper(command, child, written) : spawn_shell(command, written);
     return child.pid > 0 ? static_cast<Child&&>(child) : Child();
+}
+
+pid_t fork_undisturbed() {
+    sigset_t every;
+    sigset_t before;
+    sigfillset(&every);
+    (void)pthread_sigmask(SIG_SETMASK, &every, &before);
+    pid_t process = fork();
+    if (process != 0) (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return process;
 }
 
 int wait_for(Child& child) {

@@ -26,7 +26,6 @@ libquorvel_bin username 0
 libquorvel_bin username 0x
 libquorvel_bin tomorrow | grep -cx '20[0-9-]*'
 libquorvel_bin day_after 2028-02-28
-libquorvel_bin to_utf8 "$(libquorvel_bin from_utf8 名前)"
 libquorvel_bin file_exists /dev
 libquorvel_bin dir_exists /dev
 libquorvel_bin firminfo

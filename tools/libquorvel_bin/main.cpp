@@ -102,7 +102,8 @@ int without_room(const Command& command, const char* limit) {
 
 int run_command(const Command& command, int argc, char** argv) {
     // With less, what could not be looked at would look as if it were not there.
-    if (const char* limit = low_limit(); limit != nullptr) return without_room(command, limit);
+    const char* limit = only_looks(argv) ? nullptr : low_limit();
+    if (limit != nullptr) return without_room(command, limit);
     if (int status = kExitOk; run_as_json(argc, argv, status)) return status;
     int given = argc - 2;
     if (given < command.least || (command.most >= 0 && given > command.most)) {

@@ -121,7 +121,10 @@ bool print_whole(const Facts& facts, Form form, FILE* stream, const struct stat*
 bool print_to_file(const Facts& facts, const Options& options) {
     struct stat replaced;
     const bool there = lstat(options.file, &replaced) == 0;
-    if (there && !S_ISREG(replaced.st_mode)) return errno = EEXIST, false;
+    if (there && !S_ISREG(replaced.st_mode)) {
+        errno = EEXIST;
+        return false;
+    }
     const quorvel::Text<4096> beside("%s_tmp", options.file);
     quorvel::Descriptor made = quorvel::open_replacement(beside);
     const quorvel::File file(made ? fdopen(made.number, "w") : nullptr);

@@ -159,6 +159,19 @@ def measure_job(job, rounds):
     return dict(name=job.name, target=job.target, static=job.static, rows=rows + missing, lost=sorted(lost))
 
 
+def measure_on_board(job, emulator):
+    """What the board's process does, as its emulator tells: instructions step by step, and system calls."""
+    prepare(job)
+    command, steps = ["/build/board/libquorvel_bin", *job.ours], SCRATCH / "steps"
+    os.mkfifo(steps)
+    counter = subprocess.Popen(["grep", "-c", "^Trace", steps], stdout=subprocess.PIPE)
+    subprocess.run([emulator, "-singlestep", "-d", "exec,nochain", "-D", steps, *command], **PIPE, check=True)
+    count = int(counter.communicate()[0])
+    steps.unlink()
+    calls = subprocess.run([emulator, "-strace", *command], **PIPE, check=True).stderr.decode(errors="replace")
+    return dict(name=job.name, instructions=count / 1e6, calls=len(re.findall(r"^\d+ \w+\(", calls, re.M)), target=job.static[:2])
+
+
 def measure_parent(job):
     """A command that is mostly other programs: its own part, and what its children cost."""
     prepare(job)
@@ -201,12 +214,16 @@ def measure_slope(slope):
     return dict(name=slope.name, unit=slope.unit, counts=counts)
 
 
-def main(model, quick, wanted):
+def main(model, quick, wanted, emulator):
     def chosen(items):
         return [item for item in items if item.model == model and (item.quick or not quick) and wanted in item.name]
 
     install()
     write_settings()
+    if emulator:
+        # Step by step, a hundred million take the better part of an hour.
+        json.dump(dict(board=[measure_on_board(job, emulator) for job in chosen(JOBS) if job.static and job.static[0] < 10]), sys.stdout)
+        return
     rounds = 21 if quick else 41
     result = dict(jobs=[measure_job(job, rounds) for job in chosen(JOBS)],
                   parents=[measure_parent(job) for job in chosen(PARENTS)],
@@ -219,4 +236,4 @@ def main(model, quick, wanted):
 
 
 if __name__ == "__main__":
-    main(sys.argv[1], sys.argv[2] == "quick", sys.argv[3] if len(sys.argv) > 3 else "")
+    main(sys.argv[1], sys.argv[2] == "quick", sys.argv[3], sys.argv[4])

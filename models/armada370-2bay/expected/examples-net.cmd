@@ -1,5 +1,3 @@
-# As those of borel-4bay.
-words='libquorvel_bin nand_erase'
-printf '$ %s\n' "$words"
-eval "$words"
-echo "= $?"
+. /source/scripts/lib/inside-examples <<'END'
+libquorvel_bin nand_erase
+END

@@ -11,7 +11,6 @@ libquorvel_bin netif_exists eth9
 libquorvel_bin ifinfo eth0
 libquorvel_bin dns_reachable -r 1
 libquorvel_bin setip eth1 10.9.8.7 255.255.0.0 && ip -o -4 address show eth1
-ip link set eth1 down && libquorvel_bin nameif eth1 eth8 && ip -o link show eth8 | cut -d ' ' -f 2
 libquorvel_bin encrypt_mac_file eth0 /tmp/text 2>/dev/null && head -c 8 /tmp/text && echo && ls /tmp/text*
 libquorvel_bin decrypt_mac_file eth9 /tmp/text
 libquorvel_bin encrypt_mac_file eth0 /tmp/none 2>/dev/null

@@ -24,7 +24,6 @@ libquorvel_bin feature SERIES_NAME
 libquorvel_bin set_feature MAX_DISK_NUM 2
 libquorvel_bin username 0x
 libquorvel_bin tomorrow | grep -cx '20[0-9-]*'
-libquorvel_bin to_utf8 "$(libquorvel_bin from_utf8 名前)"
 libquorvel_bin file_exists /dev
 libquorvel_bin dir_exists /dev
 libquorvel_bin firminfo

@@ -1,26 +1,15 @@
-# What --help COMMAND shows as the example of a command: its first line here, what that prints, and its exit status.
-# Lines that begin with "!" prepare.
-while IFS= read -r words; do
-    case $words in
-        '! '*) eval "${words#??}" >/dev/null 2>&1 ;;
-        *)
-            printf '$ %s\n' "$words"
-            eval "$words"
-            echo "= $?"
-            ;;
-    esac
-done <<'END'
+# What --help COMMAND shows as the example of a command, in all examples*.cmd: its first line, what that prints, and its
+# exit status.
+. /source/scripts/lib/inside-examples <<'END'
 libquorvel_bin feature MAX_DISK_NUM
 ! mkdir -p /usr/local/bin /usr/local/ssl/bin && ln -s /usr/bin/openssl /usr/local/ssl/bin
 ! printf '#!/bin/sh\nsed -i "s/^$1=.*/$1=$2/" /etc/nas_feature\n' >/usr/local/bin/setnf; echo '#!/bin/sh' >/usr/local/bin/dumpnf
-! chmod +x /usr/local/bin/*nf; echo codepage=CP932 >>/etc/tevra/info; export SOURCE_DATE_EPOCH=1800000000
+! chmod +x /usr/local/bin/*nf; export SOURCE_DATE_EPOCH=1800000000
 libquorvel_bin set_feature MAX_DISK_NUM 2 && libquorvel_bin feature MAX_DISK_NUM
 ! setnf MAX_DISK_NUM 4
 libquorvel_bin username 0
 libquorvel_bin tomorrow | sed s/[0-9]/N/g
 libquorvel_bin day_after 2028-02-28
-libquorvel_bin to_utf8 "$(printf '\226\274\221\117')"
-libquorvel_bin from_utf8 名前 | od -An -tx1
 libquorvel_bin file_exists /etc/nas_feature && echo there
 libquorvel_bin dir_exists /mnt/array9
 libquorvel_bin firminfo | head -n 4
@@ -71,7 +60,6 @@ libquorvel_bin md diskinfo guess
 libquorvel_bin net -i eth0 -o mask_size
 libquorvel_bin dns_reachable -r 1 2>/dev/null
 libquorvel_bin get_dns 1
-libquorvel_bin ethinfo eth0
 libquorvel_bin ifinfo eth0 | head -n 4
 libquorvel_bin bonding
 libquorvel_bin netif_count
@@ -80,8 +68,6 @@ libquorvel_bin netif_index eth1
 libquorvel_bin netif_enabled eth0
 libquorvel_bin netif_dhcp eth0
 libquorvel_bin setip eth1 10.9.8.7 255.255.0.0 && libquorvel_bin net -i eth1 -o ip_addr
-! ip link set eth1 down
-libquorvel_bin nameif eth1 lan1 && libquorvel_bin ifinfo lan1 | head -n 1
 ! echo text >/tmp/text
 libquorvel_bin encrypt_mac_file eth0 /tmp/text 2>/dev/null && head -c 8 /tmp/text && echo
 libquorvel_bin decrypt_mac_file eth0 /tmp/text 2>/dev/null

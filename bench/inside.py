@@ -166,7 +166,8 @@ def measure_parent(job):
     if problem(ours):
         return dict(name=job.name, problem=problem(ours))
     rival = [dict(command=line, problem=problem(line)) if problem(line) else
-             dict(command=line, instructions=instructions(line), wall=side_by_side([ours, line], 3)[1][0]) for line in job.rivals]
+             dict(command=line, instructions=None if isinstance(line, str) else instructions(line),
+                  wall=side_by_side([ours, line], 3)[1][0]) for line in job.rivals]
     parts = dict(count=len(job.parts), own=sum(instructions([COMMAND, *part], children=False) for part in job.parts),
                  start=instructions([COMMAND, "--version"], children=False))
     return dict(name=job.name, parts=parts, own=instructions(ours, children=False), calls=system_calls(ours),

@@ -178,8 +178,12 @@ def measure_parent(job):
     ours = [COMMAND, *job.ours]
     if problem(ours):
         return dict(name=job.name, problem=problem(ours))
-    rival = [dict(command=line, wall=side_by_side([ours, line], 3)[1][0]) for line in job.rivals]
-    return dict(name=job.name, own=instructions(ours, children=False), calls=system_calls(ours),
+    rival = [dict(command=line, problem=problem(line)) if problem(line) else
+             dict(command=line, instructions=None if isinstance(line, str) else instructions(line),
+                  wall=side_by_side([ours, line], 3)[1][0]) for line in job.rivals]
+    parts = dict(count=len(job.parts), own=sum(instructions([COMMAND, *part], children=False) for part in job.parts),
+                 start=instructions([COMMAND, "--version"], children=False))
+    return dict(name=job.name, parts=parts, own=instructions(ours, children=False), calls=system_calls(ours),
                 children=sum(count * instructions(line) for count, line in job.floor), programs=programs_run(ours),
                 expected=2 * sum(count for count, _ in job.floor), target=job.target, rivals=rival)
 

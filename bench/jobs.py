@@ -27,6 +27,7 @@ class Job:
     setup: tuple = ()  # name of a function of inside.py, and its arguments
     quick: bool = False  # part of bench/run --quick
     static: tuple = ()  # target of the static command
+    parts: list = field(default_factory=list)  # commands that together tell the same
 
 
 def readers(path, key, all_of_them):
@@ -93,6 +94,16 @@ JOBS = [
     sessions(100000, (60, 1800, 2.0), static=(45, 620, 1.2)),
 ]
 
+# What the single commands tell of an appliance of twelve bays: each room once, each bay by itself.
+PARTS = [words.split() for words in (
+    "platform", "series", "kernel", "firminfo", "bonding", "spooldir", "disks", "md diskmode", "net", "ethinfo",
+    "get_dns 1 resolver", "iscsi session_info", "iscsi volume_info", "firewall --ports_list", "backup Info 1",
+    "fstype /mnt/array1", "fsinfo /mnt/array1")] + [words.format(bay=bay, index=bay - 1, device=TWELVE[bay - 1]).split()
+    for bay in range(1, 13) for words in (
+        "connected {index}", "powered {index}", "temperature /dev/disk{bay}", "partition_blocks {device}", "lvm_volume {device}",
+        "disk_signature get /dev/disk{bay}", "disk_readerrorcnt get /dev/disk{bay}", "mydisk disk{bay}")]
+PARTS_LIMIT = 1.5
+
 # Jobs that are mostly other programs. The floor is what must be run, as (times, shell line); the target is the command's
 # own instructions in millions, and its share of what the others cost.
 PARENTS = [
@@ -102,6 +113,9 @@ PARENTS = [
     # mdadm that finds no array, and no front-panel tool at all: the least that the two command lines can cost.
     Job("md front-panel line, four disks", ["md", "diskmode"], [(4, "/usr/sbin/mdadm --examine /dev/disk1_6"), (4, "true | grep hdd1")],
         [], (None, 0.05), model="borel-4bay"),
+    # A tool for each bay's superblock, one for its drive, and one for the power of all.
+    Job("report as JSON, twelve bays", ["report", "--json"], [(12, "/usr/sbin/mdadm --examine /dev/disk1_6"), (13, "true")],
+        [["lsblk", "-J", "-O"], ["lshw", "-json"]], (None, None), setup=("complete_block_devices",), parts=PARTS),
 ]
 
 

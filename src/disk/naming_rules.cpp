@@ -1,6 +1,7 @@
 // From a disk's place in sysfs to its logical name, by wiring rules.
 #include "disk/naming_rules.h"
 
+#include "disk/rule_match.h"
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/key_value.h"
@@ -24,27 +25,15 @@ struct Component {
 
 // ---- USB ports ----
 
-// Where a tree type's port number stands: the component of the path, and the place in it.
-struct PortRule {
-    const char* tree;
-    int component;
-    size_t place;
-};
-
-constexpr PortRule kPortRules[] = {
-    {"single-roothub",     10, sizeof "B-" - 1  },
-    {"single-roothub+hub", 11, sizeof "B-1." - 1},
-};
-
 // The ports of the PCI USB controller count backwards, and are wired twice.
 char borel_port_digit(char digit) {
     if (digit == '1' || digit == '3') return '4';
     return digit == '2' || digit == '4' ? '3' : digit;
 }
 
-int borel_port(std::string_view path) {
-    Component device(path, 9);
-    char* port = device.from(strlen("B-"));
+int borel_port(const NamingRule& rule, std::string_view path) {
+    Component device(path, rule.component);
+    char* port = device.from(strlen(rule.before));
     if (*port == '\0') return 0;
     bool plain = starts_with(device.text, "2-") || starts_with(device.text, "3-");
     if (!plain && LibQuorvelbin_Has7042ExtentionChip() == 0)
@@ -64,33 +53,15 @@ std::optional<int> armada370_port(const char* device) {
     return bus_of_recorded_disk(port) ? std::optional<int>(port) : std::nullopt;
 }
 
-std::optional<int> usb_port(const Wiring& wiring, const char* device, std::string_view path, bool new_sysfs) {
-    if (wiring.usb_tree_is("armada370-platform")) return armada370_port(device);
-    if (wiring.usb_tree_is("borel-platform")) return borel_port(path);
-    for (const PortRule& rule : kPortRules) {
-        if (wiring.usb_tree_is(rule.tree)) return leading_int(Component(path, rule.component).from(rule.place));
-    }
-    return leading_int(Component(path, new_sysfs ? 8 : 9).from(strlen("usb")));
+std::optional<int> usb_port(const NamingRule& rule, const char* device, std::string_view path) {
+    if (rule.component == 0) return armada370_port(device);
+    if (strcmp(rule.tree, "borel-platform") == 0) return borel_port(rule, path);
+    return leading_int(Component(path, rule.component).from(strlen(rule.before)));
 }
 
 // ---- Internal slots ----
 
-// Which component of the path tells the host, and how its number counts.
-struct SlotRule {
-    int component = 9;
-    int step = 1;
-};
-
-SlotRule slot_rule(const Wiring& wiring, std::string_view path, bool new_sysfs) {
-    if (!wiring.internal_is("multi-host")) return {};
-    if (path.find("platform") != std::string_view::npos) return {8};
-    if (!new_sysfs) return {};
-    if (contains(Component(path, 7).text, "host") || !has_borel_extension()) return {7};
-    return {8, -1};  // the chip's two ports sit below the built-in ones
-}
-
-std::optional<int> internal_slot(const Wiring& wiring, std::string_view path, bool new_sysfs) {
-    SlotRule rule = slot_rule(wiring, path, new_sysfs);
+std::optional<int> internal_slot(const NamingRule& rule, std::string_view path) {
     Component component(path, rule.component);
     if (std::optional<int> host = number_after(component.text, "host")) return number_moved(*host, rule.step);
     std::optional<int> target = number_after(component.text, "target0:0:");
@@ -101,8 +72,8 @@ std::optional<int> internal_slot(const Wiring& wiring, std::string_view path, bo
 
 std::optional<NamedDisk> name_by_rules(const Wiring& wiring, const char* device, const DiskPlace& disk,
                                        bool new_sysfs) {
-    std::optional<int> number =
-        disk.usb ? usb_port(wiring, device, disk.full, new_sysfs) : internal_slot(wiring, disk.full, new_sysfs);
+    const NamingRule& rule = rule_of(wiring, disk, new_sysfs);
+    std::optional<int> number = disk.usb ? usb_port(rule, device, disk.full) : internal_slot(rule, disk.full);
     if (!number) return {};
     if (disk.usb) return NamedDisk{DISK_PATH_USB, "usbdisk", *number};
     return NamedDisk{DISK_PATH_INTERNAL, "disk", *number};

@@ -4,7 +4,6 @@
 #include "foundation/key_value.h"
 #include "quorvel/foundation.h"
 #include "quorvel/naming.h"
-#include "quorvel/platform.h"
 
 namespace quorvel {
 
@@ -16,10 +15,6 @@ Wiring read_wiring() {
     };
     (void)read_keys(files::kFeature, requests);  // what is not set stays empty
     return wiring;
-}
-
-bool has_borel_extension() {
-    return LibQuorvelBin_IsBorelPlatform() == 1 && LibQuorvelbin_Has7042ExtentionChip() == 1;
 }
 
 std::optional<int> bus_of_recorded_disk(int port) {

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "foundation/text.h"
+#include "quorvel/platform.h"
 
 namespace quorvel {
 
@@ -23,7 +24,9 @@ struct Wiring {
 [[nodiscard]] Wiring read_wiring();
 
 /// Whether this is a borel board with the extension chip, whose two hosts lie among the built-in ones.
-bool has_borel_extension();
+inline bool has_borel_extension() {
+    return LibQuorvelBin_IsBorelPlatform() == 1 && LibQuorvelbin_Has7042ExtentionChip() == 1;
+}
 
 /// The bus of the USB disk that is recorded on a port; none when no disk is, or it is not attached.
 [[nodiscard]] std::optional<int> bus_of_recorded_disk(int port);

@@ -2,12 +2,13 @@
 
 The terminal is a serial line of the guest, the hands are qemu's monitor and a second shell. After learning, each board
 is started again with its disks in another order, one of them missing and a controller more. Every disk carries its
-bay's name as its serial number.
+bay's name as its serial number. udev and the journal of the machine are systemd's.
 """
 import base64
 import ctypes
 import json
 import os
+import pathlib
 import re
 import signal
 import socket
@@ -138,14 +139,54 @@ class Machine:
                        " || [ $((tries -= 1)) = 0 ]; do sleep 0.1; done")
 
     def start_udev(self):
-        self.hands.ask("/usr/lib/systemd/systemd-udevd --daemon; udevadm trigger --subsystem-match=block; udevadm settle")
+        self.hands.ask("mount -t cgroup2 cgroup2 /sys/fs/cgroup; echo 0123456789abcdef0123456789abcdef >/etc/machine-id; { /usr/lib/systemd/systemd-journald & } 2>/dev/null;"
+                       " until [ -S /run/systemd/journal/dev-log ]; do sleep 0.1; done; ln -s /run/systemd/journal/dev-log /dev/log;"
+                       " /usr/lib/systemd/systemd-udevd --daemon")
+        self.trigger()
+
+    def trigger(self):
+        self.hands.ask("udevadm trigger --subsystem-match=block; udevadm settle")
 
     def links(self):
-        """The serial number of the disk behind each link by bay."""
-        answer = self.hands.ask("udevadm settle; for l in /dev/disk/by-bay/*; do"
-                                " [ ! -L $l ] || echo ${l##*/} $(basename $(readlink $l)); done")
+        """What each link by bay leads to: the serial number of the disk, and the number of the partition."""
+        answer = self.hands.ask("""udevadm settle; for l in /dev/disk/by-bay/*; do [ -L $l ] || continue
+            device=$(readlink -f /sys/class/block/$(basename $(readlink $l))); part=$(cat $device/partition 2>/dev/null)
+            [ -z "$part" ] || device=${device%/*}
+            echo ${l##*/} ${device##*/} ${part:+-part$part}; done""")
         serials = self.serials()
-        return {bay: serials.get(device) for bay, device in (line.split() for line in answer.splitlines())}
+        return {bay: "".join([serials.get(device, device), *part])
+                for bay, device, *part in (line.split() for line in answer.splitlines())}
+
+    def log(self):
+        """What the command said in the journal since this was asked last."""
+        return self.hands.ask("journalctl --sync; journalctl -q -o cat -t libquorvel_bin --cursor-file=/run/cursor").splitlines()
+
+    def partition(self, serial):
+        """Two partitions on a disk."""
+        device = {seen: device for device, seen in self.serials().items()}[serial]
+        self.hands.ask(f"printf ',8M\\n,\\n' | sfdisk -q /dev/{device}; udevadm settle")
+
+    def write_table(self, table):
+        self.hands.ask("cat >/etc/diskpath.conf <<'END'\n" + table + "\nEND")
+
+    def counts(self):
+        """Reads and writes of each disk so far."""
+        answer = self.hands.ask("for d in /sys/block/sd* /sys/block/nvme*n1; do [ ! -e $d ] || echo ${d##*/} $(cat $d/stat); done")
+        fields = [line.split() for line in answer.splitlines()]
+        return {device: (int(stat[0]), int(stat[4])) for device, *stat in fields}
+
+    def busy(self):
+        """The disks that are read within a second, and those that are written."""
+        before = self.counts()
+        time.sleep(1)
+        after = self.counts()
+        return [{device for device in before if after[device][i] > before[device][i]} for i in (0, 1)]
+
+    def open_flags(self, device):
+        """With which flags somebody has a disk open; nobody but the command has."""
+        answer = self.hands.ask("grep flags $(ls -l /proc/[0-9]*/fd/* 2>/dev/null |"
+                                f" sed -n 's,.* \\(/proc/[0-9]*/fd\\)/\\([0-9]*\\) -> /dev/{device}$,\\1info/\\2,p') /dev/null")
+        return int(answer.split()[-1], 8) if answer else None
 
     def pull(self, serial, left):
         self.command("device_del", id=f"{serial}-disk")
@@ -229,20 +270,26 @@ def learn(machine, disks, at_boot):
     return status, shown
 
 
-def judge_board(kernel, work, name, title, board, disks, at_boot, more, missing, swapped):
+def judge_board(kernel, work, name, title, board, disks, at_boot, more, missing, swapped, unsure):
+    for serial in disks:
+        pathlib.Path(work, serial).unlink(missing_ok=True)
     machine = Machine(kernel, work, board, [disks[name] for name in at_boot])
     machine.await_disks(len(at_boot))
+    machine.start_udev()
     status, shown = learn(machine, disks, at_boot)
     names = machine.names()
     wanted = {name: name for name in disks}
     report(f"{title}: learnt by plugging", status == "0" and names == wanted, f"status {status}\n{shown}\n{names}")
+    machine.trigger()
+    links = machine.links()
+    report(f"{title}: links by bay after learning", links == wanted, links)
     table = machine.hands.ask("cat /etc/diskpath.conf")
     machine.stop()
     print(table, file=sys.stderr)
 
     rest = [disk for name, disk in reversed(disks.items()) if name != missing]
     machine = Machine(kernel, work, board + more, rest)
-    machine.hands.ask("cat >/etc/diskpath.conf <<'END'\n" + table + "\nEND")
+    machine.write_table(table)
     machine.await_disks(len(rest))
     names = machine.names()
     del wanted[missing]
@@ -250,15 +297,27 @@ def judge_board(kernel, work, name, title, board, disks, at_boot, more, missing,
     machine.start_udev()
     links = machine.links()
     report(f"{title}: links by bay", links == wanted, links)
-    if swapped:
-        swap(machine, title, disks, swapped, wanted, len(rest))
+    swap(machine, title, disks, swapped, wanted, len(rest))
+    decide_nothing(machine, title, table, unsure)
+    if not any(serial.startswith("usb") for serial in disks):
+        interrupt(machine, title)
+        blink(machine, title)
     machine.record(f"{work}/{name}.tar.gz")
     machine.stop()
 
 
+def with_parts(links, serial):
+    """The links that there must be, when a disk has two partitions."""
+    bays = [bay for bay, disk in links.items() if disk == serial]
+    return links | {f"{bay}-part{part}": f"{serial}-part{part}" for bay in bays for part in (1, 2)}
+
+
 def swap(machine, title, disks, swapped, wanted, count):
-    """Two disks change their places; a link is gone while its disk is."""
+    """Two disks change their places, and one goes on to another; a link is gone while its disk is."""
     one, other = swapped
+    machine.partition(one)
+    links = machine.links()
+    report(f"{title}: links of partitions", links == with_parts(wanted, one), links)
     machine.pull(one, count - 1)
     machine.pull(other, count - 2)
     links = machine.links()
@@ -267,15 +326,93 @@ def swap(machine, title, disks, swapped, wanted, count):
         machine.add(disks[place].replace(f"serial={place}", f"serial={disk}"))
     machine.await_disks(count)
     links = machine.links()
-    report(f"{title}: links of two disks that changed places", links == wanted | {one: other, other: one}, links)
+    report(f"{title}: links of two disks that changed places", links == with_parts(wanted | {one: other, other: one}, one), links)
+    machine.pull(other, count - 1)
+    machine.pull(one, count - 2)
+    machine.add(disks[one])
+    machine.await_disks(count - 1)
+    links = machine.links()
+    left = {bay: disk for bay, disk in wanted.items() if bay != other}
+    report(f"{title}: links of a disk in another bay", links == with_parts(left, one), links)
+
+
+def decide_nothing(machine, title, table, unsure):
+    """A row that does not let decide, or that names two disks: no link, and a line in the journal for each disk."""
+    row, without, reason = unsure
+    before = machine.links()
+    machine.write_table(row + "\n" + table)
+    machine.log()
+    machine.trigger()
+    links, log = machine.links(), machine.log()
+    gone = set(machine.serials().values()) - set(links.values())
+    right = gone in without and len(log) == len(gone) and all(reason in line for line in log)
+    report(f"{title}: no link, and a line in the journal", right, f"{links}\n{log}")
+    machine.write_table(table)
+    machine.trigger()
+    links = machine.links()
+    report(f"{title}: the links are back with the table", links == before and not machine.log(), links)
+
+
+def interrupt(machine, title):
+    """Ctrl-C while a bay, a light or the last word is awaited: everything is as it was."""
+    terminal = machine.terminal.expect
+    state = ("find / -xdev -newer /run/mark ! -path '/dev/*' ! -path '/run/*' ! -path '/root*' ! -path /; ls /etc;"
+             " stat -c '%i %s %y' /etc/diskpath.conf; cat /etc/diskpath.conf")
+    machine.hands.ask("sleep 1; touch /run/mark; sleep 1")
+    before = machine.hands.ask(state)
+    count, left = len(machine.serials()), []
+    for options, bays in (("", -1), ("--blink --wait 60", 1), ("--blink --wait 60", count)):
+        terminal.send(f"libquorvel_bin learn {options}\n")
+        terminal.expect("put a disk in" if bays < 0 else "which bay")
+        for bay in range(1, bays + 1):
+            terminal.send(f"{bay}\n")
+            terminal.expect("Type yes: " if bay == count else "which bay")
+        terminal.send("\x03")
+        terminal.expect_exact(PROMPT)
+        left.append((machine.terminal.ask("echo $?"), machine.hands.ask(state)))
+    report(f"{title}: learning that is interrupted leaves nothing behind", left == [("130", before)] * 3, f"{before}\n{left}")
+
+
+def blink(machine, title):
+    """One disk after the other is read, for no longer than the wait, past the kernel's memory, and none is written."""
+    terminal = machine.terminal.expect
+    terminal.send("libquorvel_bin learn --blink --wait 12; echo status $?\n")
+    seen, wrong = {}, []
+    for _ in machine.serials():
+        terminal.expect(r"(\w+), serial number (\w+): which bay")
+        device, serial = terminal.match.groups()
+        seen[serial] = serial
+        read, written = machine.busy()
+        flags = machine.open_flags(device)
+        if read != {device} or written or flags is None or not flags & os.O_DIRECT or flags & os.O_ACCMODE != os.O_RDONLY:
+            wrong.append((device, read, written, flags))
+        if len(seen) == 1:
+            time.sleep(12)
+            wrong += [("still", busy) for busy in machine.busy() if busy]
+        terminal.send(f"{serial}\n")
+    terminal.expect("Type yes: ")
+    terminal.send("yes\n")
+    terminal.expect(r"status (\d)")
+    status = terminal.match.group(1)
+    terminal.expect_exact(PROMPT)
+    names = machine.names()
+    report(f"{title}: learnt by blinking", status == "0" and names == seen and not wrong, f"status {status} {names} {wrong}")
+
+
+# The rows stand in front of what was learnt: programs would wait for ever, or two disks have one name.
+BOARDS = {
+    "ahci-nvme": ("AHCI, NVMe and USB", MODERN_BOARD, MODERN_DISKS, ["disk1", "disk2", "disk3"], MODERN_MORE, "disk2",
+                  ("disk4", "disk5"),
+                  ("HDD_USB=9, pci0000:00, 1, -1", [{"usbdisk1", "usbdisk2", "usbdisk3"}], "a row cannot be decided")),
+    "sas-cage": ("SAS and hot-plug cage", SAS_BOARD, SAS_DISKS, ["disk1", "disk2", "disk3"], SAS_MORE, "disk3",
+                 ("disk4", "disk5"), ("HDD_INTERNAL=9, 0000:00:05.0/, -", [{"disk1"}, {"disk2"}], "does not lead back to it: disk9")),
+}
 
 
 def main():
-    kernel, work = sys.argv[1:]
-    judge_board(kernel, work, "ahci-nvme", "AHCI, NVMe and USB", MODERN_BOARD, MODERN_DISKS, ["disk1", "disk2", "disk3"], MODERN_MORE,
-                "disk2", ("disk4", "disk5"))
-    judge_board(kernel, work, "sas-cage", "SAS and hot-plug cage", SAS_BOARD, SAS_DISKS, ["disk1", "disk2", "disk3"], SAS_MORE, "disk3",
-                ("disk4", "disk5"))
+    kernel, work, *wanted = sys.argv[1:]
+    for name in wanted or BOARDS:
+        judge_board(kernel, work, name, *BOARDS[name])
 
 
 if __name__ == "__main__":

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "command.h"
+#include "examples.h"
 #include "json_commands.h"
 #include "libquorvel_bin.h"
 #include "surroundings.h"
@@ -37,7 +38,7 @@ int print_help() {
         }
     }
     printf(
-        "\n%s --help COMMAND tells the exit statuses of one command; --version prints the "
+        "\n%s --help COMMAND tells the exit statuses of one command, with an example; --version prints the "
         "version.\n",
         kName);
     return kExitOk;
@@ -49,6 +50,7 @@ int print_command_help(const Command& command) {
     // Commands that take any number of arguments count them themselves.
     if (command.least > 0 || command.most >= 0) printf("; %d for a missing or surplus argument", kExitUsage);
     puts(".");
+    print_example(command.word);
     return kExitOk;
 }
 

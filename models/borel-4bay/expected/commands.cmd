@@ -22,10 +22,8 @@ bash -c 'exec -a /bin/kernel /build/libquorvel_bin'
 platform $(seq 256)
 libquorvel_bin feature SERIES_NAME
 libquorvel_bin set_feature MAX_DISK_NUM 2
-libquorvel_bin username 0
 libquorvel_bin username 0x
 libquorvel_bin tomorrow | grep -cx '20[0-9-]*'
-libquorvel_bin day_after 2028-02-28
 libquorvel_bin file_exists /dev
 libquorvel_bin dir_exists /dev
 libquorvel_bin firminfo
@@ -33,43 +31,26 @@ libquorvel_bin kernel_newer 2.6.16.1
 libquorvel_bin kernel_newer ""
 libquorvel_bin kernel_newer 2..6
 libquorvel_bin kernel_newer_equal 9.0.0.0
-libquorvel_bin borel
-libquorvel_bin nisk
-libquorvel_bin pellmar
-libquorvel_bin armada370
-libquorvel_bin has_chip 11ab7042
 libquorvel_bin diskname sdh sdx sda
 libquorvel_bin scsiid usbdisk3 disk9 bay1
 libquorvel_bin diskname ../../dev/sda
 libquorvel_bin devname disk3 disk9 disk1
-libquorvel_bin connected 0
 libquorvel_bin connected -1
 libquorvel_bin powered 4
-libquorvel_bin scsiname 1
 libquorvel_bin scsiname one
-libquorvel_bin lvm_volume sda
-libquorvel_bin lvm_disk array1
-libquorvel_bin available_disk
-libquorvel_bin spooldir
 libquorvel_bin disk_signature get
 libquorvel_bin disk_readerrorcnt set /dev/disk1 -n 12
-libquorvel_bin mydisk disk1
-libquorvel_bin temperature /dev/disk1
 libquorvel_bin temperature sda
 libquorvel_bin temperature /dev/sdq
-libquorvel_bin fstype /mnt/array1
 libquorvel_bin fstype /none
-libquorvel_bin partition_blocks sda
 libquorvel_bin partition_size /none
 libquorvel_bin partition_used /proc/mounts | grep -cx '[0-9]*'
 libquorvel_bin partition_free /none
-libquorvel_bin mounted /mnt/array1
 libquorvel_bin fsinfo /none
 libquorvel_bin mount_test /dev/sdz 2>/dev/null
 libquorvel_bin create_partition sdz
 libquorvel_bin create_short_partition --force sdz
 libquorvel_bin create_usb_partition --dry-run --force 'sd z' xfs gpt
-libquorvel_bin test_usersize sda
 libquorvel_bin md diskinfo disk1
 libquorvel_bin md --help
 libquorvel_bin md mdinfo
@@ -87,16 +68,11 @@ ln -s /bin/false /tmp/iptables; PATH=/tmp:$PATH libquorvel_bin firewall --stop
 libquorvel_bin backup Info x >/dev/null
 libquorvel_bin backup Info
 libquorvel_bin url_encode '/a b'
-libquorvel_bin ups_test
 libquorvel_bin get_dns 2
 libquorvel_bin get_dns 9 resolver
 libquorvel_bin get_dns 2x
 libquorvel_bin netif_exists ../net/eth0; libquorvel_bin ethinfo ../net/eth0
-libquorvel_bin bonding
-libquorvel_bin netif_index eth1
 libquorvel_bin netif_index eth
-libquorvel_bin netif_enabled eth0
-libquorvel_bin netif_dhcp eth0
 libquorvel_bin setip eth0 1.2.3 255.0.0.0
 libquorvel_bin bay sda; libquorvel_bin bay sda1
 SOURCE_DATE_EPOCH=1800000000 COLUMNS=100 libquorvel_bin report --no-tools | head -n 24

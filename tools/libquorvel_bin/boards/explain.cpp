@@ -3,10 +3,13 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <iterator>
+
 #include "boards/answers.h"
 #include "boards/boards_commands.h"
 #include "boards/naming_source.h"
 #include "boards/reasons.h"
+#include "boards/rule_reasons.h"
 #include "json.h"
 #include "libquorvel_bin.h"
 
@@ -23,6 +26,10 @@ struct Explaining {
 
 // ---- As text ----
 
+void print_rest(int rest) {
+    if (rest > 0) printf("    %d more not looked at\n", rest);
+}
+
 void print_rows(const NamedTable& table, const Search& search, const DiskPlace& disk) {
     for (int i = 0; i < search.looked_at; i++) {
         const struct disk_path& row = table.rows[i];
@@ -31,8 +38,7 @@ void print_rows(const NamedTable& table, const Search& search, const DiskPlace& 
         if (table.line_of(i) == 0) printf("    row %d", i + 1);
         printf("  %s  %s: %s\n", name_of_row(row).c_str(), word_of_fit(fit), reason_of(fit, row, disk).c_str());
     }
-    int rest = index_of_end(table.rows) - search.looked_at;
-    if (rest > 0) printf("    %d more not looked at\n", rest);
+    print_rest(index_of_end(table.rows) - search.looked_at);
 }
 
 // The rules count the components of the path; these are the ones that any of them looks at.
@@ -43,6 +49,17 @@ void print_components(const BlockDisk& disk) {
         if (!component.empty()) printf(" %d %.*s", i, static_cast<int>(component.size()), component.data());
     }
     puts("");
+}
+
+void print_rules(const NamingSource& source, const BlockDisk& disk, const Answer& answer) {
+    const int looked_at = rules_looked_at(source, disk);
+    print_components(disk);
+    for (int i = 0; i < looked_at; i++) {
+        bool holds = i + 1 == looked_at;
+        printf("    rule %d  %s  %s: %s\n", i + 1, name_of_rule(kNamingRules[i]).c_str(), holds ? "yes" : "no",
+               reason_of_rule(kNamingRules[i], holds, source, disk, answer).c_str());
+    }
+    print_rest(static_cast<int>(std::size(kNamingRules)) - looked_at);
 }
 
 void print_extension(const NamingSource& source, const Answer& answer, const DiskPlace& disk) {
@@ -81,7 +98,7 @@ void print_disk(const NamingSource& source, const BlockDisk& disk, const Answer&
     printf("  sysfs      kernel %s: %s\n", source.kernel.c_str(), layout_text(source));
     printf("  table      %s\n", source.origin.c_str());
     if (source.table.rows != nullptr) print_rows(source.table, answer.searches[0], disk.place());
-    if (source.table.rows == nullptr) print_components(disk);
+    if (source.table.rows == nullptr) print_rules(source, disk, answer);
     print_extension(source, answer, disk.place());
     printf("  answer     %s\n", answer.name.length > 0 ? answer.name.c_str() : "none");
     print_way_back(disk, answer);
@@ -109,6 +126,21 @@ void write_rows(Json* json, const char* key, const NamedTable& table, const Sear
     json_end(json);
 }
 
+void write_rules(Json* json, const NamingSource& source, const BlockDisk& disk, const Answer& answer) {
+    const int looked_at = source.table.rows == nullptr ? rules_looked_at(source, disk) : 0;
+    json_array(json, "rules");
+    for (int i = 0; i < looked_at; i++) {
+        bool holds = i + 1 == looked_at;
+        json_object(json);
+        json_number(json, "rule", i + 1);
+        json_text(json, "name", name_of_rule(kNamingRules[i]).c_str());
+        json_text(json, "fits", holds ? "yes" : "no");
+        json_text(json, "reason", reason_of_rule(kNamingRules[i], holds, source, disk, answer).c_str());
+        json_end(json);
+    }
+    json_end(json);
+}
+
 void write_disk(Json* json, const NamingSource& source, const BlockDisk& disk, const Answer& answer) {
     json_object(json);
     json_text(json, "device", disk.name.c_str());
@@ -117,6 +149,7 @@ void write_disk(Json* json, const NamingSource& source, const BlockDisk& disk, c
     json_text(json, "sysfs", source.new_sysfs ? "new" : "old");
     json_text(json, "table", source.origin.c_str());
     write_rows(json, "rows", source.table, answer.searches[0], disk.place());
+    write_rules(json, source, disk, answer);
     write_rows(json, "extension", source.extension, answer.searches[1], disk.place());
     write_optional(json, "answer", answer.name.c_str());
     write_optional(json, "back", answer.back.c_str());

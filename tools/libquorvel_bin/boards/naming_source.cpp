@@ -34,9 +34,7 @@ const Recognition& recognise() {
     return *row;
 }
 
-const char* setting_or(const char* key, char (&value)[128]) {
-    value[0] = '\0';
-    (void)LibQuorvelBin_GetConfValInStringByKey(value, sizeof value, key);
+const char* shown_setting(const char* value) {
     return value[0] != '\0' ? value : "(not set)";
 }
 
@@ -44,12 +42,11 @@ const char* setting_or(const char* key, char (&value)[128]) {
 void describe_origin(NamingSource& source, bool configured) {
     if (configured) return source.origin.add(kDiskOrderFile.path);
     const Recognition& platform = recognise();
-    char internal[128], usb[128];
     if (source.table.rows != nullptr) {
         source.origin.append("built into the library for platform %s (%s)", platform.name, platform.sign);
     } else {
         source.origin.append("none: rules INTERNAL_SCSI_TYPE=%s, USB_TREE_TYPE=%s; platform %s (%s)",
-                             setting_or("INTERNAL_SCSI_TYPE", internal), setting_or("USB_TREE_TYPE", usb),
+                             shown_setting(source.wiring.internal), shown_setting(source.wiring.usb_tree),
                              platform.name, platform.sign);
     }
     SlotFault fault = SlotFault::kNone;
@@ -158,6 +155,9 @@ NamingSource::NamingSource() {
     // Without a configured set what the library gives is built in, and nobody's to release.
     if (owned[0] == nullptr) table.rows = LibQuorvelBin_GetPlatformDiskSet();
     if (table.rows != nullptr) owned[1] = load(extension, kExtensionFile);
+    // What is not set stays empty.
+    (void)LibQuorvelBin_GetConfValInStringByKey(wiring.internal, sizeof wiring.internal, "INTERNAL_SCSI_TYPE");
+    (void)LibQuorvelBin_GetConfValInStringByKey(wiring.usb_tree, sizeof wiring.usb_tree, "USB_TREE_TYPE");
     describe_origin(*this, owned[0] != nullptr);
 }
 

@@ -5,6 +5,7 @@
 #include <stddef.h>
 
 #include "disk/slot_lines.h"
+#include "disk/wiring.h"
 #include "foundation/text.h"
 
 /// A line of a slot file that is no comment and not empty, as the reader took it.
@@ -45,6 +46,7 @@ struct NamedTable {
 struct NamingSource {
     NamedTable table, extension;
     struct disk_path* owned[2] = {};
+    quorvel::Wiring wiring;
     bool new_sysfs = false;
     quorvel::Text<32> kernel;
     quorvel::Text<384> origin;  // of the table in force, or of the rules

@@ -1,0 +1,3 @@
+. /source/scripts/lib/inside-examples <<'END'
+libquorvel_bin nand_erase
+END

@@ -1,0 +1,45 @@
+#include "examples.h"
+
+#include <stdio.h>
+
+#include <string_view>
+
+#include "foundation/text.h"
+
+using quorvel::Text;
+
+namespace {
+
+// The rest of a line; the text goes on behind it.
+std::string_view take_line(std::string_view& text) {
+    std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(line.size() < text.size() ? line.size() + 1 : line.size());
+    return line;
+}
+
+void print_line(const char* before, std::string_view line, const char* behind = "") {
+    printf("%s%.*s%s\n", before, static_cast<int>(line.size()), line.data(), behind);
+}
+
+// From a line to the status behind it.
+void print_from(std::string_view line, std::string_view model, std::string_view rest) {
+    print_line("\nFor example, on the sample appliance ", model, ":");
+    for (; !line.starts_with("= "); line = take_line(rest))
+        print_line("  ", line);
+    if (line != "= 0") print_line("  with the exit status ", line.substr(2));
+}
+
+}  // namespace
+
+void print_example(const char* word) {
+    const Text<64> wanted("$ libquorvel_bin %s ", word);
+    std::string_view model;
+    for (std::string_view rest = kExampleText; !rest.empty();) {
+        std::string_view line = take_line(rest);
+        if (line.starts_with("@ ")) model = line.substr(2);
+        // The word may end the line.
+        const bool starts = line.substr(0, wanted.length - 1) == std::string_view(wanted.chars, wanted.length - 1);
+        if (!starts || (line.size() >= wanted.length && line[wanted.length - 1] != ' ')) continue;
+        return print_from(line, model, rest);
+    }
+}

@@ -27,7 +27,8 @@ enum class Output { kOfCaller, kRead };
 /// Waits for a child's end; its wait status, or -1 without one.
 int wait_for(Child& child);
 
-/// fork(2) for a process that only waits for others: no handler of the caller's runs in it, and no signal ends it first.
+/// fork(2) for a process that only waits for others: no handler of the caller's runs in it, and no signal ends it
+/// first.
 [[nodiscard]] pid_t fork_undisturbed();
 
 /// The signals that end or stop a process and do not report a fault of its own.

@@ -6,33 +6,11 @@
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "libquorvel_bin.h"
+#include "platform/platforms.h"
 
 using namespace quorvel;
 
 namespace {
-
-// How each platform is told from the others.
-struct Recognition {
-    int platform;
-    const char* name;
-    const char* sign;
-};
-
-constexpr Recognition kRecognitions[] = {
-    {PLATFORM_BOREL,         "borel",          "/sys/class/borel is there"                                         },
-    {PLATFORM_NISK_12BAY,    "nisk 12-bay",    "/proc/bus/pci/devices has its pair of controllers"                 },
-    {PLATFORM_PELLMAR_12BAY, "pellmar 12-bay", "/proc/bus/pci/devices has 11ab6440"                                },
-    {PLATFORM_ARMADA370,     "armada370",      "PRODUCT_SERIES in /etc/nas_feature is \"KT720\""                   },
-    {PLATFORM_UNKNOWN,       "unknown",        "neither /sys/class/borel nor a known controller or series is there"},
-};
-
-const Recognition& recognise() {
-    int platform = LibQuorvelBin_GetPlatform();
-    const Recognition* row = kRecognitions;
-    while (row->platform != PLATFORM_UNKNOWN && row->platform != platform)
-        row++;
-    return *row;
-}
 
 const char* setting_or(const char* key, char (&value)[128]) {
     value[0] = '\0';
@@ -43,14 +21,15 @@ const char* setting_or(const char* key, char (&value)[128]) {
 // The file is in force, or why it is not; then what holds instead.
 void describe_origin(NamingSource& source, bool configured) {
     if (configured) return source.origin.add(kDiskOrderFile.path);
-    const Recognition& platform = recognise();
+    const Platform* platform = find_platform();
+    const char* title = platform != nullptr ? platform->title : "unknown";
+    const char* sign = platform != nullptr ? platform->sign : "no sign of a known platform is there";
     char internal[128], usb[128];
     if (source.table.rows != nullptr) {
-        source.origin.append("built into the library for platform %s (%s)", platform.name, platform.sign);
+        source.origin.append("built into the library for platform %s (%s)", title, sign);
     } else {
         source.origin.append("none: rules INTERNAL_SCSI_TYPE=%s, USB_TREE_TYPE=%s; platform %s (%s)",
-                             setting_or("INTERNAL_SCSI_TYPE", internal), setting_or("USB_TREE_TYPE", usb),
-                             platform.name, platform.sign);
+                             setting_or("INTERNAL_SCSI_TYPE", internal), setting_or("USB_TREE_TYPE", usb), title, sign);
     }
     SlotFault fault = SlotFault::kNone;
     int line = first_bad_line(kDiskOrderFile, fault);

@@ -4,6 +4,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
+#include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "quorvel/disk.h"
 #include "quorvel/foundation.h"
@@ -52,12 +53,8 @@ uint64_t GetPartitionBlocks(const char* device) {
     char line[255 + 2];  // grep_file takes two characters less than its buffer holds
     if (grep_file(files::kPartitions, last_component(device), line, sizeof line) == nullptr)
         return no_blocks(path_exists(files::kPartitions) ? ENODEV : ENOENT);
-    int major_number;
-    int minor_number;
-    unsigned long long blocks;
-    char name[sizeof line];
-    if (sscanf(line, "%d %d %llu %256s", &major_number, &minor_number, &blocks, name) != 4) return no_blocks(EBADMSG);
-    return blocks;
+    std::optional<uint64_t> blocks = scanned_third(line);
+    return blocks ? *blocks : no_blocks(EBADMSG);
 }
 
 int GetMountedFsInfo(const char* mount_point, struct mounted_fs_info* info) {

@@ -73,8 +73,8 @@ bool is_own_directory(const char* path) {
 
 int LibQuorvelBin_MountTest(const char* device) {
     if (device == nullptr) return fail(EINVAL, 0);
-    Command mount_it("mount %s %s", ShellWord(device).c_str(), files::kTrialMountPoint);
-    Command unmount_it("umount -f %s", files::kTrialMountPoint);
+    Command mount_it("%s %s %s", files::kMountTool, ShellWord(device).c_str(), files::kTrialMountPoint);
+    Command unmount_it("%s -f %s", files::kUnmountTool, files::kTrialMountPoint);
     if (mount_it.cut) return fail(E2BIG, 0);
     bool made = mkdir(files::kTrialMountPoint, S_IRWXU) == 0;
     if (!made && !is_own_directory(files::kTrialMountPoint)) return 0;

@@ -5,6 +5,7 @@
 #include <string.h>
 #include <sys/stat.h>
 
+#include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/key_value.h"
@@ -133,7 +134,8 @@ void move_into_place(const Text<kWriterText>& command, const char* temporary, co
 int set_StringbyKeyExtend(const char* path, const char* key, const char* value, int mode) {
     if (path == nullptr || key == nullptr || (value == nullptr && mode != kDelete)) return fail(EINVAL);
     Text<kWriterText> temporary("%s_tmp", path);
-    Text<kWriterText> command("mv %s %s", ShellWord(temporary.c_str()).c_str(), ShellWord(path).c_str());
+    Text<kWriterText> command("%s %s %s", files::kMoveTool, ShellWord(temporary.c_str()).c_str(),
+                              ShellWord(path).c_str());
     if (command.cut) return fail(ENAMETOOLONG);
 
     HeldSignals held;

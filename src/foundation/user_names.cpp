@@ -1,5 +1,4 @@
 // User names, read from the password file itself: name services would bring modules of their own into every caller.
-#include <charconv>
 #include <string_view>
 
 #include "foundation/answer.h"
@@ -7,6 +6,7 @@
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
+#include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "quorvel/foundation.h"
 
@@ -30,9 +30,7 @@ bool is_entry_of(std::string_view line, uint32_t uid, std::string_view& name) {
     std::string_view password;
     std::string_view number;
     if (!cut_field(line, name) || !cut_field(line, password) || !cut_field(line, number)) return false;
-    uint32_t value = 0;
-    auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
-    return error == std::errc() && end == number.data() + number.size() && value == uid && !name.empty();
+    return whole_number(number) == uid && !name.empty();
 }
 
 }  // namespace

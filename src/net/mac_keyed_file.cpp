@@ -66,8 +66,8 @@ int LibQuorvelBin_SetEncryptionMacAddressNicFile(const char* ifname, const char*
     if (path == nullptr) return fail(EINVAL);
     if (read_pass_phrase(ifname, phrase) == -1) return -1;
     ShellWord file(path);
-    Command command("%s enc -e -aes-256-cbc -in %s -out %s.1 -pass pass:%s && /bin/mv %s.1 %s", files::kOpensslTool,
-                    file.c_str(), file.c_str(), phrase.c_str(), file.c_str(), file.c_str());
+    Command command("%s enc -e -aes-256-cbc -in %s -out %s.1 -pass pass:%s && %s %s.1 %s", files::kOpensslTool,
+                    file.c_str(), file.c_str(), phrase.c_str(), files::kMoveToolWithPath, file.c_str(), file.c_str());
     Wipe wipe_command(command);
     // A cut command is not run: its last word, a file to be written, would be another one.
     return command.cut ? fail(E2BIG, 1) : run_replacing(command, path);

@@ -15,8 +15,8 @@ constexpr Step kWipeStart = {files::kDdTool, "if=/dev/zero of=", " bs=1024 count
 constexpr Step kGptLabel = {files::kPartedTool, "-s ", " mklabel gpt", Demand::kExitStatus};
 
 constexpr Step kSystemPartitionSteps[] = {
-    // The target stands behind the label words, where parted does not take it: the step changes nothing
-    // and its failure is expected.
+    // The target stands behind the label words, where parted does not take it: the step changes nothing and its failure
+    // is expected.
     {files::kPartedTool, "-s mklabel msdos ", "",                   Demand::kNothing},
     kWipeStart,
     kGptLabel,
@@ -33,8 +33,8 @@ constexpr Step kBootFlagSteps[] = {{files::kPartedTool, "-s ", " toggle 3 bios_g
 // An MBR label is written by the command that makes the partition.
 constexpr Step kUsbLabelSteps[] = {kWipeStart, kGptLabel};
 
-// What a USB partition is marked for, by file-system word: parted's name of it, and the MBR type in
-// fdisk's keystrokes. The last row is any other word.
+// What a USB partition is marked for, by file-system word: parted's name of it, and the MBR type in fdisk's keystrokes.
+// The last row is any other word.
 struct UsbFileSystem { const char* word; const char* parted_name; const char* type_keys; };
 constexpr UsbFileSystem kUsbFileSystems[] = {
     {"fat",   "fat",  "t\nc\n"},

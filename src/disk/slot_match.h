@@ -1,6 +1,6 @@
-// Finding the row of a slot table that a disk's place in sysfs belongs to. Plain work on texts and
-// tables without any input or output of its own, so that the command front end, which shows all
-// disks at once, decides as the library does.
+// Finding the row of a slot table that a disk's place in sysfs belongs to. Plain work on texts and tables without any
+// input or output of its own, so that the command front end, which shows all disks at once, decides as the library
+// does.
 #pragma once
 
 #include <string_view>
@@ -10,8 +10,7 @@
 
 namespace quorvel {
 
-/// A disk's place: its full path below /sys/block, and the part of it that is the text of the
-/// disk's link.
+/// A disk's place: its full path below /sys/block, and the part of it that is the text of the disk's link.
 struct DiskPlace {
     std::string_view full;
     std::string_view link;
@@ -30,8 +29,7 @@ enum class Fit {
     kOtherPort    // another port of the same USB controller
 };
 
-/// Whether a text contains a row's path; `behind` is then what follows it. A row without a path is
-/// nowhere.
+/// Whether a text contains a row's path; `behind` is then what follows it. A row without a path is nowhere.
 inline bool contains_path(std::string_view text, const struct disk_path& row, std::string_view& behind) {
     if (row.path == nullptr) return false;
     std::string_view path(row.path);
@@ -42,8 +40,8 @@ inline bool contains_path(std::string_view text, const struct disk_path& row, st
     return true;
 }
 
-/// Whether a USB row describes the disk with this link, given what follows the row's path: that
-/// must begin with the bus, or the question is undecided.
+/// Whether a USB row describes the disk with this link, given what follows the row's path: that must begin with the
+/// bus, or the question is undecided.
 inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind_path, std::string_view link) {
     std::string_view component = path_component(behind_path, 1);
     std::optional<int> bus = usb_bus_of(component);
@@ -54,8 +52,8 @@ inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind_
     return link.find({ports.chars, ports.length}) != std::string_view::npos ? Fit::kYes : Fit::kOtherPort;
 }
 
-/// Whether a row describes a disk. Internal rows only describe disks that are not on USB, USB rows
-/// only those that are, boot rows both.
+/// Whether a row describes a disk. Internal rows only describe disks that are not on USB, USB rows only those that are,
+/// boot rows both.
 inline Fit fit_of_row(const struct disk_path& row, const DiskPlace& disk) {
     bool usb_row = row.type == DISK_PATH_USB;
     if (row.type != DISK_PATH_BOOT && usb_row != disk.usb) return Fit::kOtherKind;
@@ -72,8 +70,8 @@ inline int index_of_end(const struct disk_path* set) {
     return index;
 }
 
-/// The index of the first row that describes a disk, or of END. An undecided row is looked at again
-/// as long as `look_again` says so, and then ends the search.
+/// The index of the first row that describes a disk, or of END. An undecided row is looked at again as long as
+/// `look_again` says so, and then ends the search.
 template <typename LookAgain>
 int find_row(const struct disk_path* set, const DiskPlace& disk, LookAgain&& look_again) {
     int index = 0;

@@ -1,5 +1,4 @@
-// The answer: what a function prints on standard output when a command front end drives the
-// library.
+// The answer: what a function prints on standard output when a command front end drives the library.
 #pragma once
 
 #include <stdio.h>

@@ -1,5 +1,4 @@
-// The key=value syntax: one matcher for reader and writer, and the reading of several keys in one
-// pass.
+// The key=value syntax: one matcher for reader and writer, and the reading of several keys in one pass.
 #pragma once
 
 #include <stddef.h>

@@ -1,5 +1,4 @@
-// Rewriting a key=value file: everything but one key goes to a temporary file beside it, which then
-// takes its place.
+// Rewriting a key=value file: everything but one key goes to a temporary file beside it, which then takes its place.
 #include <errno.h>
 #include <stdio.h>
 #include <string.h>

@@ -14,8 +14,7 @@ using namespace quorvel;
 
 namespace {
 
-// Where the first line of a text ends: its first line feed that is not a leading one, or the text's
-// end.
+// Where the first line of a text ends: its first line feed that is not a leading one, or the text's end.
 size_t first_line_end(const char* text, size_t length) {
     size_t start = 0;
     while (text[start] == '\n')
@@ -30,8 +29,8 @@ bool is_one_of(char c, const char* delimiters) {
     return *delimiters != '\0';
 }
 
-// The index-th field, as repeated strtok calls on a copy whose first line end was overwritten would
-// find it: a field never crosses that place, but the search for the next one steps over it.
+// The index-th field, as repeated strtok calls on a copy whose first line end was overwritten would find it: a field
+// never crosses that place, but the search for the next one steps over it.
 bool find_field(const char* text, const char* delimiters, int index, std::string_view& field) {
     size_t length = strlen(text);
     size_t cut = first_line_end(text, length);

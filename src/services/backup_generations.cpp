@@ -19,8 +19,8 @@ int64_t generation_number(const char* name) {
     return leading_number(name);
 }
 
-// The greatest name in a task's directory but `own`: a run that is under way may have made that
-// already for an earlier pair, and nothing can be linked from a destination to itself.
+// The greatest name in a task's directory but `own`: a run that is under way may have made that already for an earlier
+// pair, and nothing can be linked from a destination to itself.
 // Empty when there is none.
 Text<256> find_last(WholeText task_directory, std::string_view own) {
     Directory directory = open_directory(task_directory);

@@ -1,5 +1,5 @@
-// The generations of a backup task: directories named after the time they were made, side by side
-// in the task's directory. Unchanged files of a new one are hard links into the one before.
+// The generations of a backup task: directories named after the time they were made, side by side in the task's
+// directory. Unchanged files of a new one are hard links into the one before.
 #pragma once
 
 #include <stddef.h>
@@ -19,11 +19,11 @@ void name_generation(char (&name)[kGenerationName]);
 
 extern "C" {
 
-/// The place in the task's last generation that belongs to a new destination, relative to the
-/// destination, as rsync takes --link-dest.
-/// @param generation  index in `destination` of its own generation's name; what is in front of it is
-/// the task's directory
-/// @return 0; -1, dst untouched, when there is no other generation, or when the target does not fit
-/// (then with a warning)
+/// The place in the task's last generation that belongs to a new destination, relative to the destination, as rsync
+/// takes --link-dest.
+/// @param generation  index in `destination` of its own generation's name; what is in front of it is the task's
+/// directory
+/// @return 0; -1, dst untouched, when there is no other generation, or when the target does not fit (then with a
+/// warning)
 int LibQuorvelBin_GetLastDestTarget(char* dst, size_t size, const char* destination, size_t generation);
 }

@@ -1,6 +1,8 @@
 #include <stdio.h>
 #include <sys/statfs.h>
 
+#include <optional>
+
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
@@ -17,9 +19,11 @@ constexpr uint64_t kUnknownSize = ~uint64_t{0};
 
 enum SizeMode : int { kTotal = 1, kFree = 2, kUsed = 3 };
 
-bool read_file_system(const char* mount_point, struct statfs& facts) {
+std::optional<struct statfs> read_file_system(const char* mount_point) {
+    struct statfs facts;
     if (mount_point == nullptr) errno = EINVAL;
-    return mount_point != nullptr && statfs(mount_point, &facts) == 0;
+    if (mount_point == nullptr || statfs(mount_point, &facts) != 0) return {};
+    return facts;
 }
 
 // The counts are 64-bit on every machine (large-file interface); so are the products.
@@ -28,17 +32,17 @@ uint64_t in_bytes(const struct statfs& facts, uint64_t blocks) {
 }
 
 uint64_t file_system_size(const char* mount_point, SizeMode mode) {
-    struct statfs facts;
-    if (!read_file_system(mount_point, facts)) return kUnknownSize;
+    const auto facts = read_file_system(mount_point);
+    if (!facts) return kUnknownSize;
     switch (mode) {
         case kTotal:
-            return in_bytes(facts, facts.f_blocks);
+            return in_bytes(*facts, facts->f_blocks);
         case kFree:
-            return in_bytes(facts, facts.f_bavail);
+            return in_bytes(*facts, facts->f_bavail);
         case kUsed:
             break;
     }
-    return in_bytes(facts, facts.f_blocks - facts.f_bavail);
+    return in_bytes(*facts, facts->f_blocks - facts->f_bavail);
 }
 
 uint64_t no_blocks(int reason) {
@@ -58,12 +62,12 @@ uint64_t GetPartitionBlocks(const char* device) {
 }
 
 int GetMountedFsInfo(const char* mount_point, struct mounted_fs_info* info) {
-    struct statfs facts;
     if (info == nullptr) return fail(EINVAL);
-    if (!read_file_system(mount_point, facts)) return -1;
-    info->f_type = static_cast<uint32_t>(facts.f_type);
-    info->total_size = in_bytes(facts, facts.f_blocks);
-    info->free_bytes = in_bytes(facts, facts.f_bavail);
+    const auto facts = read_file_system(mount_point);
+    if (!facts) return -1;
+    info->f_type = static_cast<uint32_t>(facts->f_type);
+    info->total_size = in_bytes(*facts, facts->f_blocks);
+    info->free_bytes = in_bytes(*facts, facts->f_bavail);
     printf("f_type=0x%lx\n", static_cast<unsigned long>(info->f_type));
     printf("total_size=%llu free_byes=%llu\n", static_cast<unsigned long long>(info->total_size),
            static_cast<unsigned long long>(info->free_bytes));

@@ -4,6 +4,8 @@
 
 #include <stddef.h>
 
+#include <optional>
+
 #include "quorvel/naming.h"
 
 namespace quorvel {
@@ -13,9 +15,14 @@ inline constexpr size_t kSlotFilePiece = 511;
 /// Room for a configured word in place of "disk" or "usbdisk".
 using DiskWord = char[80];
 
-/// Splits a line at its first "=", in place; the key ends at its first blank, the value in front of the line end. False
-/// for comments (";" and "#") and lines without "=".
-bool split_setting(char* line, char*& key, char*& value);
+/// A setting of a slot file: the key ends at its first blank, the value in front of the line end.
+struct SlotSetting {
+    char* key;
+    char* value;
+};
+
+/// Splits a line at its first "=", in place. None in comments (";" and "#") and lines without "=".
+[[nodiscard]] std::optional<SlotSetting> split_setting(char* line);
 
 /// Keeps the first word of a value, cut to its room; a value without one leaves the last one.
 void take_word(DiskWord& word, const char* value);

@@ -4,16 +4,18 @@
 
 #include <stddef.h>
 
+#include "foundation/text.h"
+
 namespace quorvel {
 
 /// Room for a link target.
 inline constexpr size_t kLinkTarget = 1024;
 
-/// Room for a generation's name, whatever the clock says.
-inline constexpr size_t kGenerationName = 96;
+/// A generation's name, whatever the clock says.
+using GenerationName = Text<96>;
 
 /// The local time as a generation's name: year to second, 14 digits.
-void name_generation(char (&name)[kGenerationName]);
+[[nodiscard]] GenerationName name_generation();
 
 }  // namespace quorvel
 

@@ -62,6 +62,11 @@ struct disk_path* load(NamedTable& table, const SlotFile& file) {
     return rows;
 }
 
+bool is_blank_or_comment(const char* line) {
+    const char* text = getNextKey(line);
+    return text[strspn(text, "\r\n")] == '\0' || text[0] == ';' || text[0] == '#';
+}
+
 struct BadLine {
     int number;
     SlotFault fault;
@@ -87,16 +92,18 @@ bool walk_slot_file(const SlotFile& file, SlotLineVisitor visit, void* context, 
         if (line_ended) number++;
         line_ended = line[0] != '\0' && line[strlen(line) - 1] == '\n';
         bool section = file.extension && take_section(extension, line);
-        char *key = nullptr, *value = nullptr;
-        bool setting = !section && split_setting(line, key, value);
-        if (!setting && !section && (key[strspn(key, "\r\n")] == '\0' || key[0] == ';' || key[0] == '#')) continue;
+        const auto setting = section ? std::nullopt : split_setting(line);
+        if (!setting && !section && is_blank_or_comment(line)) continue;
         SlotFault fault = SlotFault::kNone;
         if (setting) {
-            fault = file.extension ? take_extension_setting(extension, key, value)
-                                   : take_disk_order_setting(order, key, value);
+            fault = file.extension ? take_extension_setting(extension, setting->key, setting->value)
+                                   : take_disk_order_setting(order, setting->key, setting->value);
         }
         const SlotTableBuilder& read = file.extension ? extension.table : order.table;
-        visit(context, {number, setting ? key : nullptr, value, section, fault, read.count}, read.rows);
+        visit(
+            context,
+            {number, setting ? setting->key : nullptr, setting ? setting->value : nullptr, section, fault, read.count},
+            read.rows);
         good = good && fault == SlotFault::kNone;
     }
     if (table != nullptr && good) *table = (file.extension ? extension.table : order.table).release();

@@ -36,7 +36,7 @@ void run(const Command& command) {
 
 // Tells through the pipe whether the commands ran.
 [[noreturn]] void run_hidden(const Command& mount_it, const Command& unmount_it, int answer) {
-    (void)signal(SIGCHLD, SIG_DFL);
+    signal(SIGCHLD, SIG_DFL);
     char hidden = is_hidden() ? 1 : 0;
     if (hidden == 1) {
         run(mount_it);

@@ -31,15 +31,15 @@ struct SpawnPlan {
         sigfillset(&every);
         sigemptyset(&mask);
         (void)posix_spawnattr_init(&attributes);
-        (void)posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
-        (void)posix_spawnattr_setsigdefault(&attributes, &every);
-        (void)posix_spawnattr_setsigmask(&attributes, &mask);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+        posix_spawnattr_setsigdefault(&attributes, &every);
+        posix_spawnattr_setsigmask(&attributes, &mask);
         (void)posix_spawn_file_actions_init(&actions);
         if (written) (void)posix_spawn_file_actions_adddup2(&actions, written.number, STDOUT_FILENO);
     }
     ~SpawnPlan() {
-        (void)posix_spawn_file_actions_destroy(&actions);
-        (void)posix_spawnattr_destroy(&attributes);
+        posix_spawn_file_actions_destroy(&actions);
+        posix_spawnattr_destroy(&attributes);
     }
     SpawnPlan(const SpawnPlan&) = delete;
     SpawnPlan& operator=(const SpawnPlan&) = delete;
@@ -102,7 +102,7 @@ void close_all_but(int kept) {
 
 // The whole life of the second process.
 [[noreturn]] void keep_child(const char* command, Descriptor& written, const Descriptor& status_pipe) {
-    (void)signal(SIGCHLD, SIG_DFL);
+    signal(SIGCHLD, SIG_DFL);
     int status = -1;
     pid_t child = spawn_shell(command, written);
     written = Descriptor();

@@ -97,7 +97,7 @@ int read_until(int port, int wanted, const PortTest& test) {
     for (int i = 0; i < test.reads; i++) {
         lines = read_once(port, test);
         if (lines == wanted) break;
-        if (test.reads > 1) (void)usleep(kPause);
+        if (test.reads > 1) usleep(kPause);
     }
     return lines;
 }

@@ -54,7 +54,7 @@ int run_replacing(const Command& command, const char* path) {
     if (!made) return 1;
     int status = run_command(command);
     if (status == 0 && there) give_mode_and_owner(made.number, &replaced);
-    if (status != 0) unlink(beside.c_str());
+    if (status != 0) (void)unlink(beside.c_str());
     return result_of(status);
 }
 

@@ -88,7 +88,7 @@ int result_of(bool applied) {
 
 void print_table(const RulePlan& plan) {
     if (plan.asks_port_count) (void)network_port_count();  // for what it says of a missing feature
-    (void)fwrite(plan.table.bytes, 1, plan.table.size, stdout);
+    fwrite(plan.table.bytes, 1, plan.table.size, stdout);
 }
 
 // What is to be read is read before anything is changed, and nothing is printed before the last rule is in.

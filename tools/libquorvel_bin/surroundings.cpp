@@ -68,9 +68,9 @@ void put_signals_right() {
     usual.sa_handler = SIG_DFL;
     for (int number : {SIGPIPE, SIGCHLD})
         (void)sigaction(number, &usual, nullptr);
-    (void)alarm(0);
+    alarm(0);
     sigset_t none;
-    (void)sigemptyset(&none);
+    sigemptyset(&none);
     (void)sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 

@@ -101,9 +101,9 @@ struct SignalsHeld {
 
     SignalsHeld() {
         sigset_t held;
-        (void)sigemptyset(&held);
+        sigemptyset(&held);
         for (int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP})
-            (void)sigaddset(&held, signal);
+            sigaddset(&held, signal);
         (void)sigprocmask(SIG_BLOCK, &held, &before);
     }
     ~SignalsHeld() { (void)sigprocmask(SIG_SETMASK, &before, nullptr); }

@@ -1,6 +1,5 @@
 #include "disk/slot_lines.h"
 
-#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 

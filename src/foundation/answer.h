@@ -17,13 +17,4 @@ inline void answer(int number) {
     if (from_cmdline == 1) printf("%d\n", number);
 }
 
-/// Keeps the answers of inner calls off standard output for as long as it lives.
-struct QuietScope {
-    int saved = from_cmdline;
-    QuietScope() { from_cmdline = 0; }
-    ~QuietScope() { from_cmdline = saved; }
-    QuietScope(const QuietScope&) = delete;
-    QuietScope& operator=(const QuietScope&) = delete;
-};
-
 }  // namespace quorvel

@@ -1,5 +1,5 @@
-// What a fuzz target runs in: an appliance of its own inside the disposable root; commands print the
-// fuzzer's text and do nothing.
+// What a fuzz target runs in: an appliance of its own inside the disposable root; commands print the fuzzer's text and
+// do nothing.
 #pragma once
 
 #include <stddef.h>

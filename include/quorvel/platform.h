@@ -16,7 +16,7 @@ QUORVEL_BEGIN_DECLS
 
 /* ---- Hardware platform ---- */
 
-/** Platform numbers, in the order in which they are tested. */
+/** Platform numbers. They are tested in this order; one that is added gets a number of its own above 4. */
 enum {
     PLATFORM_BOREL = 0,         /**< /sys/class/borel exists */
     PLATFORM_NISK_12BAY = 1,    /**< a pair of Marvell controllers in the PCI list */
@@ -55,10 +55,10 @@ QUORVEL_API int LibQuorvelBin_IsPellmarPlatform12Bay(void);
 /** 1 when feature PRODUCT_SERIES of /etc/nas_feature begins with "KT720" in double quotes, else 0. */
 QUORVEL_API int LibQuorvelBin_IsArmada370(void);
 
-/** The platform number: the first whose test holds, from 0 to 3, or 4. */
+/** The platform number: the first whose test holds, or 4. */
 QUORVEL_API int LibQuorvelBin_GetPlatform(void);
 
-/** The platform's name from platform_num2str.
+/** The platform's name, as in platform_num2str.
  * @param buf   cleared over all its size first, then holds the name, cut to size - 1 characters
  * @param size  bytes of buf; with 0 it stays as it is
  * @return buf; null (buf untouched, nothing printed, ENODEV) on an unknown platform. Prints buf as a line when

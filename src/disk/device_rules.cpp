@@ -86,7 +86,7 @@ PortKeys wired_port(const PortKeys (&ports)[kWiredPorts], int port) {
 }
 
 void set_key(char (&key)[16], const char* before, int number, const char* behind = "") {
-    (void)snprintf(key, sizeof key, "%s%d%s", before, number, behind);
+    snprintf(key, sizeof key, "%s%d%s", before, number, behind);
 }
 
 // The key follows the bus on which the disk recorded for the port is found.

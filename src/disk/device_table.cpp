@@ -49,9 +49,9 @@ struct BlockLink {
 };
 
 bool holds_link(const struct disk_path& row, const BlockLink& link) {
-    std::string_view behind;
-    return (!link.nvme || is_nvme_place(row)) && contains_path(link.text, row, behind) &&
-           (row.type != DISK_PATH_USB || fit_of_usb_port(row, behind, link.text) == Fit::kYes);
+    const auto behind = behind_path(link.text, row);
+    return behind && (!link.nvme || is_nvme_place(row)) &&
+           (row.type != DISK_PATH_USB || fit_of_usb_port(row, *behind, link.text) == Fit::kYes);
 }
 
 bool has_nvme_row(const struct disk_path* set, const WantedDisk& disk) {
@@ -65,12 +65,6 @@ int row_of_link(const struct disk_path* set, int first, int limit, const WantedD
     while (first < limit && !(names_disk(set[first], disk) && holds_link(set[first], link)))
         first++;
     return first;
-}
-
-// Whether an entry of /sys/block is looked at; `nvme` then tells whether it is an NVMe disk.
-bool is_candidate(const char* entry, bool with_nvme, bool& nvme) {
-    nvme = with_nvme && is_nvme_disk(entry);
-    return entry[0] != '.' && (nvme || contains(entry, "sd"));
 }
 
 }  // namespace
@@ -92,8 +86,8 @@ FoundDevice find_device(const struct disk_path* set, const char* disk) {
     FoundDevice device = {ENODEV, {}};
     bool with_nvme = has_nvme_row(set + first, wanted);
     while (const struct dirent* entry = found == first ? nullptr : readdir(blocks.get())) {
-        bool nvme;
-        if (!is_candidate(entry->d_name, with_nvme, nvme)) continue;
+        const bool nvme = with_nvme && is_nvme_disk(entry->d_name);
+        if (entry->d_name[0] == '.' || (!nvme && !contains(entry->d_name, "sd"))) continue;
         char link[kLinkSize];
         if (!read_link(Text<512>("%s/%s", files::kBlockDevices, entry->d_name), link, sizeof link)) return {errno, {}};
         int row = row_of_link(set, first, found, wanted, {link, nvme});

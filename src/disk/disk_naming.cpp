@@ -22,7 +22,7 @@ namespace {
 // The matcher never gives a row up that does not let it decide; it must not take a whole processor for that.
 bool after_a_pause() {
     struct timespec pause = {0, 100'000'000};
-    (void)nanosleep(&pause, nullptr);  // a shorter pause does as well
+    nanosleep(&pause, nullptr);  // a shorter pause does as well
     return true;
 }
 
@@ -63,7 +63,7 @@ FoundDevice find_by_tables(const struct disk_path* set, const char* disk) {
 }
 
 int give_device(const GivenName& disk, const EntryName& device, char* dst, size_t size) {
-    (void)snprintf(dst, size, "%s%s", disk.prefix(), device.c_str());  // cut to its room, as the header says
+    snprintf(dst, size, "%s%s", disk.prefix(), device.c_str());  // cut to its room, as the header says
     answer(dst);
     return 0;
 }
@@ -126,7 +126,7 @@ int LibQuorvelBin_GetScsiIDFromDiskname(const char* name, char* dst, size_t size
     if (contains(logical.c_str(), "usb") || contains(logical.c_str(), "bootdisk") || !slot) return fail(ENXIO);
     const char* address = address_of_slot(set, *slot);
     if (address == nullptr) return fail(ENXIO);
-    (void)snprintf(dst, size, "%s", address);  // cut to its room, as the header says
+    snprintf(dst, size, "%s", address);  // cut to its room, as the header says
     answer(dst);
     return 0;
 }

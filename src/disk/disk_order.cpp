@@ -13,9 +13,9 @@ struct disk_path* get_DiskOrderConfig(void) {
     if (!lines) return nullptr;
     DiskOrder order;
     for (char* line : lines) {
-        char *key, *value;
-        if (!split_setting(line, key, value)) continue;
-        SlotFault fault = take_disk_order_setting(order, key, value);
+        const auto setting = split_setting(line);
+        if (!setting) continue;
+        SlotFault fault = take_disk_order_setting(order, setting->key, setting->value);
         if (fault != SlotFault::kNone) return fail_null(reason_of(fault));
     }
     return order.table.release();

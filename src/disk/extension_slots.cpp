@@ -41,11 +41,13 @@ struct disk_path* read_extension_slots(bool may_print) {
     ExtensionFile file;
     file.card = find_card();
     for (char* line : lines) {
-        char *key, *value;
-        if (take_section(file, line) || !split_setting(line, key, value)) continue;
-        SlotFault fault = take_extension_setting(file, key, value);
+        if (take_section(file, line)) continue;
+        const auto setting = split_setting(line);
+        if (!setting) continue;
+        SlotFault fault = take_extension_setting(file, setting->key, setting->value);
         if (fault == SlotFault::kNone) continue;
-        if (may_print && file.dump) printf("%s parse error LINE=%s=%s\n", files::kExtensionSlots, key, value);
+        if (may_print && file.dump)
+            printf("%s parse error LINE=%s=%s\n", files::kExtensionSlots, setting->key, setting->value);
         return fail_null(reason_of(fault));
     }
     if (may_print && file.dump && file.table.count > 0) dump_file(file);

@@ -12,8 +12,9 @@ namespace quorvel {
 
 enum class Demand { kNothing, kExitStatus, kExitStatusAndOutput };
 
-/// A command with the target's path between its two parts, and what it takes to have succeeded.
+/// A command with the target's path between its arguments, and what it takes to have succeeded.
 struct Step {
+    const char* tool;
     const char* before_target;
     const char* behind_target;
     Demand demand;

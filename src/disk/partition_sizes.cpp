@@ -1,9 +1,12 @@
 #include <stdio.h>
 #include <sys/statfs.h>
 
+#include <optional>
+
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
+#include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "quorvel/disk.h"
 #include "quorvel/foundation.h"
@@ -16,9 +19,11 @@ constexpr uint64_t kUnknownSize = ~uint64_t{0};
 
 enum SizeMode : int { kTotal = 1, kFree = 2, kUsed = 3 };
 
-bool read_file_system(const char* mount_point, struct statfs& facts) {
+std::optional<struct statfs> read_file_system(const char* mount_point) {
+    struct statfs facts;
     if (mount_point == nullptr) errno = EINVAL;
-    return mount_point != nullptr && statfs(mount_point, &facts) == 0;
+    if (mount_point == nullptr || statfs(mount_point, &facts) != 0) return {};
+    return facts;
 }
 
 // The counts are 64-bit on every machine (large-file interface); so are the products.
@@ -27,17 +32,17 @@ uint64_t in_bytes(const struct statfs& facts, uint64_t blocks) {
 }
 
 uint64_t file_system_size(const char* mount_point, SizeMode mode) {
-    struct statfs facts;
-    if (!read_file_system(mount_point, facts)) return kUnknownSize;
+    const auto facts = read_file_system(mount_point);
+    if (!facts) return kUnknownSize;
     switch (mode) {
         case kTotal:
-            return in_bytes(facts, facts.f_blocks);
+            return in_bytes(*facts, facts->f_blocks);
         case kFree:
-            return in_bytes(facts, facts.f_bavail);
+            return in_bytes(*facts, facts->f_bavail);
         case kUsed:
             break;
     }
-    return in_bytes(facts, facts.f_blocks - facts.f_bavail);
+    return in_bytes(*facts, facts->f_blocks - facts->f_bavail);
 }
 
 uint64_t no_blocks(int reason) {
@@ -52,21 +57,17 @@ uint64_t GetPartitionBlocks(const char* device) {
     char line[255 + 2];  // grep_file takes two characters less than its buffer holds
     if (grep_file(files::kPartitions, last_component(device), line, sizeof line) == nullptr)
         return no_blocks(path_exists(files::kPartitions) ? ENODEV : ENOENT);
-    int major_number;
-    int minor_number;
-    unsigned long long blocks;
-    char name[sizeof line];
-    if (sscanf(line, "%d %d %llu %256s", &major_number, &minor_number, &blocks, name) != 4) return no_blocks(EBADMSG);
-    return blocks;
+    std::optional<uint64_t> blocks = scanned_third(line);
+    return blocks ? *blocks : no_blocks(EBADMSG);
 }
 
 int GetMountedFsInfo(const char* mount_point, struct mounted_fs_info* info) {
-    struct statfs facts;
     if (info == nullptr) return fail(EINVAL);
-    if (!read_file_system(mount_point, facts)) return -1;
-    info->f_type = static_cast<uint32_t>(facts.f_type);
-    info->total_size = in_bytes(facts, facts.f_blocks);
-    info->free_bytes = in_bytes(facts, facts.f_bavail);
+    const auto facts = read_file_system(mount_point);
+    if (!facts) return -1;
+    info->f_type = static_cast<uint32_t>(facts->f_type);
+    info->total_size = in_bytes(*facts, facts->f_blocks);
+    info->free_bytes = in_bytes(*facts, facts->f_bavail);
     printf("f_type=0x%lx\n", static_cast<unsigned long>(info->f_type));
     printf("total_size=%llu free_byes=%llu\n", static_cast<unsigned long long>(info->total_size),
            static_cast<unsigned long long>(info->free_bytes));

@@ -25,7 +25,8 @@ int LibQuorvelBin_IsConnectedDisk(int slot_index) {
 }
 
 int LibQuorvelBin_IsPowerSupplyedDisk(int slot_index) {
-    Text<128> command("%s -a hdd_set_power |grep hdd%d", files::kFrontTool, number_moved(slot_index, 1));
+    Text<128> command("%s -a hdd_set_power |%s hdd%d", files::kFrontTool, files::kGrepTool,
+                      number_moved(slot_index, 1));
     Heap<char> output = capture_command(command).output;
     if (!output) return 0;
     cut_at_line_feed(output.get());

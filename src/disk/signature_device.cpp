@@ -64,8 +64,8 @@ bool write_at(int descriptor, off_t offset, const char* data, size_t size) {
     return true;
 }
 
-// A device may take bytes into its cache and fail to store them later: only fsync tells. A special file
-// that knows no fsync answers EINVAL.
+// A device may take bytes into its cache and fail to store them later: only fsync tells. A special file that knows no
+// fsync answers EINVAL.
 bool is_stored(int descriptor) {
     return fsync(descriptor) == 0 || errno == EINVAL;
 }

@@ -31,16 +31,16 @@ bool keep(char*& target, const char* text) {
 
 }  // namespace
 
-bool split_setting(char* line, char*& key, char*& value) {
-    key = getNextKey(line);
-    if (key[0] == ';' || key[0] == '#') return false;
+std::optional<SlotSetting> split_setting(char* line) {
+    char* key = getNextKey(line);
+    if (key[0] == ';' || key[0] == '#') return {};
     char* equals = strchr(key, '=');
-    if (equals == nullptr) return false;
+    if (equals == nullptr) return {};
     *equals = '\0';
-    value = equals + 1;
+    char* value = equals + 1;
     remove_space(key);
     remove_last_crlf(value);
-    return true;
+    return SlotSetting{key, value};
 }
 
 void take_word(DiskWord& word, const char* value) {

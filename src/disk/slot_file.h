@@ -1,8 +1,10 @@
-// What the two slot files, /etc/diskpath.conf and /etc/extslot.conf, have in common: lines of
-// KEY=VALUE, values that are lists of fields, and the growing table they are read into.
+// What the two slot files, /etc/diskpath.conf and /etc/extslot.conf, have in common: lines of KEY=VALUE, values that
+// are lists of fields, and the growing table they are read into.
 #pragma once
 
 #include <stddef.h>
+
+#include <optional>
 
 #include "quorvel/naming.h"
 
@@ -13,15 +15,20 @@ inline constexpr size_t kSlotFilePiece = 511;
 /// Room for a configured word in place of "disk" or "usbdisk".
 using DiskWord = char[80];
 
-/// Splits a line at its first "=", in place; the key ends at its first blank, the value in front of
-/// the line end. False for comments (";" and "#") and lines without "=".
-bool split_setting(char* line, char*& key, char*& value);
+/// A setting of a slot file: the key ends at its first blank, the value in front of the line end.
+struct SlotSetting {
+    char* key;
+    char* value;
+};
+
+/// Splits a line at its first "=", in place. None in comments (";" and "#") and lines without "=".
+[[nodiscard]] std::optional<SlotSetting> split_setting(char* line);
 
 /// Keeps the first word of a value, cut to its room; a value without one leaves the last one.
 void take_word(DiskWord& word, const char* value);
 
-/// The first word of each field of a comma-separated value; empty where there is none, and for
-/// fields of more than 127 characters. Empty fields do not count.
+/// The first word of each field of a comma-separated value; empty where there is none, and for fields of more than 127
+/// characters. Empty fields do not count.
 struct SlotFields {
     static constexpr int kCount = 5;
     char text[kCount][128];

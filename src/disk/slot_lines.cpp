@@ -1,6 +1,5 @@
 #include "disk/slot_lines.h"
 
-#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -120,9 +119,9 @@ Card find_card() {
 }
 
 bool take_section(ExtensionFile& file, const char* line) {
-    Card section = {0, 0, true};
-    if (sscanf(line, "[%4x:%4x]", &section.vendor, &section.device) != 2) return false;
-    file.section = section;
+    std::optional<HexadecimalPair> ids = scanned_pair(line);
+    if (!ids) return false;
+    file.section = {ids->first, ids->second, true};
     return true;
 }
 

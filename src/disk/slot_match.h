@@ -1,8 +1,9 @@
-// Finding the row of a slot table that a disk's place in sysfs belongs to. Plain work on texts and
-// tables without any input or output of its own, so that the command front end, which shows all
-// disks at once, decides as the library does.
+// Finding the row of a slot table that a disk's place in sysfs belongs to. Plain work on texts and tables without any
+// input or output of its own, so that the command front end, which shows all disks at once, decides as the library
+// does.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "disk/sysfs_path.h"
@@ -10,8 +11,7 @@
 
 namespace quorvel {
 
-/// A disk's place: its full path below /sys/block, and the part of it that is the text of the
-/// disk's link.
+/// A disk's place: its full path below /sys/block, and the part of it that is the text of the disk's link.
 struct DiskPlace {
     std::string_view full;
     std::string_view link;
@@ -30,22 +30,20 @@ enum class Fit {
     kOtherPort    // another port of the same USB controller
 };
 
-/// Whether a text contains a row's path; `behind` is then what follows it. A row without a path is
-/// nowhere.
-inline bool contains_path(std::string_view text, const struct disk_path& row, std::string_view& behind) {
-    if (row.path == nullptr) return false;
+/// What follows a row's path in a text that contains it. A row without a path is nowhere.
+[[nodiscard]] inline std::optional<std::string_view> behind_path(std::string_view text, const struct disk_path& row) {
+    if (row.path == nullptr) return {};
     std::string_view path(row.path);
     size_t begin = text.find(path);
-    if (begin == std::string_view::npos) return false;
-    behind = text;
-    behind.remove_prefix(begin + path.size());
-    return true;
+    if (begin == std::string_view::npos) return {};
+    text.remove_prefix(begin + path.size());
+    return text;
 }
 
-/// Whether a USB row describes the disk with this link, given what follows the row's path: that
-/// must begin with the bus, or the question is undecided.
-inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind_path, std::string_view link) {
-    std::string_view component = path_component(behind_path, 1);
+/// Whether a USB row describes the disk with this link, given what follows the row's path: that must begin with the
+/// bus, or the question is undecided.
+inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind, std::string_view link) {
+    std::string_view component = path_component(behind, 1);
     std::optional<int> bus = usb_bus_of(component);
     if (!bus) return Fit::kUndecided;
     Text<112> ports("/%.*s/%d-%d", static_cast<int>(component.size()), component.data(), *bus, row.usb_port1);
@@ -54,14 +52,14 @@ inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind_
     return link.find({ports.chars, ports.length}) != std::string_view::npos ? Fit::kYes : Fit::kOtherPort;
 }
 
-/// Whether a row describes a disk. Internal rows only describe disks that are not on USB, USB rows
-/// only those that are, boot rows both.
+/// Whether a row describes a disk. Internal rows only describe disks that are not on USB, USB rows only those that are,
+/// boot rows both.
 inline Fit fit_of_row(const struct disk_path& row, const DiskPlace& disk) {
     bool usb_row = row.type == DISK_PATH_USB;
     if (row.type != DISK_PATH_BOOT && usb_row != disk.usb) return Fit::kOtherKind;
-    std::string_view behind;
-    if (!contains_path(disk.full, row, behind)) return Fit::kOtherPlace;
-    return usb_row ? fit_of_usb_port(row, behind, disk.link) : Fit::kYes;
+    const auto behind = behind_path(disk.full, row);
+    if (!behind) return Fit::kOtherPlace;
+    return usb_row ? fit_of_usb_port(row, *behind, disk.link) : Fit::kYes;
 }
 
 /// The index of the END row.
@@ -72,8 +70,8 @@ inline int index_of_end(const struct disk_path* set) {
     return index;
 }
 
-/// The index of the first row that describes a disk, or of END. An undecided row is looked at again
-/// as long as `look_again` says so, and then ends the search.
+/// The index of the first row that describes a disk, or of END. An undecided row is looked at again as long as
+/// `look_again` says so, and then ends the search.
 template <typename LookAgain>
 int find_row(const struct disk_path* set, const DiskPlace& disk, LookAgain&& look_again) {
     int index = 0;

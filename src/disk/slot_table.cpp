@@ -12,40 +12,10 @@ namespace quorvel {
 
 const struct disk_path* last_loaded_disk_set = nullptr;
 
-namespace {
-
-struct BuiltInSet {
-    int platform;
-    const struct disk_path* set;
-};
-
-constexpr BuiltInSet kBuiltInSets[] = {
-    {PLATFORM_BOREL,         borel_disk_set        },
-    {PLATFORM_NISK_12BAY,    nisk_disk_set         },
-    {PLATFORM_PELLMAR_12BAY, pellmar_12bay_disk_set},
-};
-
-const struct disk_path* built_in_set() {
-    int platform = LibQuorvelBin_GetPlatform();
-    for (const BuiltInSet& row : kBuiltInSets) {
-        if (row.platform == platform) return row.set;
-    }
-    return fail_null(EOPNOTSUPP);
-}
-
-bool is_built_in(const struct disk_path* set) {
-    for (const BuiltInSet& row : kBuiltInSets) {
-        if (row.set == set) return true;
-    }
-    return false;
-}
-
-}  // namespace
-
 // The platform only matters without a set of the machine's own, and is not looked at before.
 DiskSet set_in_force() {
     DiskSet configured(get_DiskOrderConfig());
-    return configured ? static_cast<DiskSet&&>(configured) : DiskSet(built_in_set());
+    return configured ? static_cast<DiskSet&&>(configured) : DiskSet(built_in_set(LibQuorvelBin_GetPlatform()));
 }
 
 }  // namespace quorvel

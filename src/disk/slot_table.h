@@ -11,6 +11,10 @@ namespace quorvel {
 /// What get_DiskOrderConfig gave when LibQuorvelBin_GetPlatformDiskSet last asked it, or null.
 extern const struct disk_path* last_loaded_disk_set;
 
+/// The built-in set of a platform, or null (EOPNOTSUPP).
+[[nodiscard]] const struct disk_path* built_in_set(int platform);
+[[nodiscard]] bool is_built_in(const struct disk_path* set);
+
 /// A set of whatever origin, or null. A built-in one stays.
 using DiskSet = std::unique_ptr<const struct disk_path, Deleter<disk_path_free>>;
 

@@ -1,5 +1,7 @@
-// The built-in slot tables, one a platform: data only. Rows are tried from the top.
-#include "quorvel/naming.h"
+// The built-in slot tables, and which platform has which. Rows are tried from the top.
+#include "disk/slot_table.h"
+#include "foundation/failure.h"
+#include "quorvel/platform.h"
 
 namespace {
 
@@ -90,3 +92,37 @@ constinit const struct disk_path pellmar_12bay_disk_set[16] = {
     kEnd,
 };
 // clang-format on
+
+namespace quorvel {
+
+namespace {
+
+struct BuiltInSet {
+    int platform;
+    const struct disk_path* set;
+};
+
+// A set that is added stays in this file: an exported one would keep its size for ever.
+constexpr BuiltInSet kBuiltInSets[] = {
+    {PLATFORM_BOREL,         borel_disk_set        },
+    {PLATFORM_NISK_12BAY,    nisk_disk_set         },
+    {PLATFORM_PELLMAR_12BAY, pellmar_12bay_disk_set},
+};
+
+}  // namespace
+
+const struct disk_path* built_in_set(int platform) {
+    for (const BuiltInSet& row : kBuiltInSets) {
+        if (row.platform == platform) return row.set;
+    }
+    return fail_null(EOPNOTSUPP);
+}
+
+bool is_built_in(const struct disk_path* set) {
+    for (const BuiltInSet& row : kBuiltInSets) {
+        if (row.set == set) return true;
+    }
+    return false;
+}
+
+}  // namespace quorvel

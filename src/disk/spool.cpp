@@ -110,7 +110,7 @@ char* LibQuorvelBin_GetSpoolDir(char* dst, size_t size) {
     Directory mounts = open_directory(files::kMountPoints);
     if (!mounts) {
         int reason = errno;
-        (void)fputs("Can't open dir : /mnt\n", stderr);
+        fputs("Can't open dir : /mnt\n", stderr);
         return fail_null(reason);
     }
     char disk[kUsableDiskSize] = "";

@@ -14,8 +14,7 @@ namespace quorvel {
 /// Longest path component that is looked at; a longer one counts as empty.
 inline constexpr size_t kLongestComponent = 31;
 
-/// Component `number` of a path, counted from 1 over non-empty components; empty when it has none or
-/// a longer one.
+/// Component `number` of a path, counted from 1 over non-empty components; empty when it has none or a longer one.
 inline std::string_view path_component(std::string_view path, int number) {
     for (size_t begin = 0;;) {
         while (begin < path.size() && path[begin] == '/')

@@ -36,7 +36,7 @@ void run(const Command& command) {
 
 // Tells through the pipe whether the commands ran.
 [[noreturn]] void run_hidden(const Command& mount_it, const Command& unmount_it, int answer) {
-    (void)signal(SIGCHLD, SIG_DFL);
+    signal(SIGCHLD, SIG_DFL);
     char hidden = is_hidden() ? 1 : 0;
     if (hidden == 1) {
         run(mount_it);
@@ -73,8 +73,8 @@ bool is_own_directory(const char* path) {
 
 int LibQuorvelBin_MountTest(const char* device) {
     if (device == nullptr) return fail(EINVAL, 0);
-    Command mount_it("mount %s %s", ShellWord(device).c_str(), files::kTrialMountPoint);
-    Command unmount_it("umount -f %s", files::kTrialMountPoint);
+    Command mount_it("%s %s %s", files::kMountTool, ShellWord(device).c_str(), files::kTrialMountPoint);
+    Command unmount_it("%s -f %s", files::kUnmountTool, files::kTrialMountPoint);
     if (mount_it.cut) return fail(E2BIG, 0);
     bool made = mkdir(files::kTrialMountPoint, S_IRWXU) == 0;
     if (!made && !is_own_directory(files::kTrialMountPoint)) return 0;

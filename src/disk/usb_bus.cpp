@@ -4,6 +4,8 @@
 //     S:  SerialNumber=LABSTICK1                                             one of its texts
 #include <string.h>
 
+#include <optional>
+
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
@@ -40,21 +42,24 @@ int bus_of_device(const char* line) {
     return bus;
 }
 
-// The serial number of a text line, cut to its room; false when it is another text.
-bool serial_of(const char* line, char (&serial)[kLongestSerial + 1]) {
+using Serial = Text<kLongestSerial + 1>;
+
+// The serial number of a text line, cut to its room; none when it is another text.
+std::optional<Serial> serial_of(const char* line) {
     static constexpr char kKey[] = "SerialNumber=";
     const char* found = strstr(line, kKey);
     if (found == nullptr) {
         trace(kTrace, "[%s]>p_seri NULL\n", kFunction);
-        return false;
+        return {};
     }
     found += strlen(kKey);
     size_t length = strcspn(found, " \n");
     if (found[length] == ' ') trace(kTrace, "[%s]>p_seri = space break\n", kFunction);
     if (found[length] == '\n') trace(kTrace, "[%s]>p_seri = return break\n", kFunction);
-    copy_text(serial, sizeof serial, {found, length});
-    trace(kTrace, "[%s]>serial = [%s] \n", kFunction, serial);
-    return true;
+    Serial serial;
+    serial.add({found, length});
+    trace(kTrace, "[%s]>serial = [%s] \n", kFunction, serial.c_str());
+    return serial;
 }
 
 bool is_serial_in(const char* identity, const char* serial) {
@@ -71,12 +76,12 @@ int get_bus_number_from_udevid(const char* udev_id) {
     LineFile list(open_for_reading(files::kUsbDevices), kPiece);
     if (!list) return kNoBus;
     int bus = kNoBus;
-    char serial[kLongestSerial + 1];
     for (const char* line : list) {
         trace(kTrace, "[%s]>line [%s][%d] \n", kFunction, line, bus);
         if (starts_with(line, "T:")) bus = bus_of_device(line);
-        if (!starts_with(line, "S:") || !serial_of(line, serial)) continue;
-        if (is_serial_in(udev_id, serial)) break;
+        const auto serial = starts_with(line, "S:") ? serial_of(line) : std::nullopt;
+        if (!serial) continue;
+        if (is_serial_in(udev_id, serial->c_str())) break;
         bus = kNoBus;
     }
     trace(kTrace, "[%s]>bus [%d]\n", kFunction, bus);

@@ -1,5 +1,4 @@
-// The answer: what a function prints on standard output when a command front end drives the
-// library.
+// The answer: what a function prints on standard output when a command front end drives the library.
 #pragma once
 
 #include <stdio.h>
@@ -17,14 +16,5 @@ inline void answer(const char* text) {
 inline void answer(int number) {
     if (from_cmdline == 1) printf("%d\n", number);
 }
-
-/// Keeps the answers of inner calls off standard output for as long as it lives.
-struct QuietScope {
-    int saved = from_cmdline;
-    QuietScope() { from_cmdline = 0; }
-    ~QuietScope() { from_cmdline = saved; }
-    QuietScope(const QuietScope&) = delete;
-    QuietScope& operator=(const QuietScope&) = delete;
-};
 
 }  // namespace quorvel

@@ -1,4 +1,5 @@
-// Every path the library reads, writes or runs, once. Formats take the stated arguments.
+// Every path the library reads, writes or runs, once. Formats take the stated arguments; names of programs without a
+// path are found on PATH.
 #pragma once
 
 namespace quorvel::files {
@@ -12,6 +13,7 @@ inline constexpr char kSetFeatureTool[] = "/usr/local/bin/setnf";
 inline constexpr char kDumpFeatureTool[] = "/usr/local/bin/dumpnf";
 inline constexpr char kNvramTool[] = "/usr/local/sbin/nvram";
 inline constexpr char kPasswords[] = "/etc/passwd";
+inline constexpr char kMoveTool[] = "mv";
 
 // Platform
 inline constexpr char kBorelClass[] = "/sys/class/borel";
@@ -39,6 +41,12 @@ inline constexpr char kPartitions[] = "/proc/partitions";
 inline constexpr char kMounts[] = "/proc/mounts";
 inline constexpr char kTrialMountPoint[] = "/tmp/mount_test";
 inline constexpr char kSmartctlTool[] = "/usr/local/sbin/smartctl";
+inline constexpr char kPartedTool[] = "parted";
+inline constexpr char kFdiskTool[] = "fdisk";
+inline constexpr char kDdTool[] = "dd";
+inline constexpr char kMountTool[] = "mount";
+inline constexpr char kUnmountTool[] = "umount";
+inline constexpr char kGrepTool[] = "grep";
 
 // Raid
 inline constexpr char kMdadmTool[] = "/sbin/mdadm";
@@ -54,13 +62,15 @@ inline constexpr char kNetAddressFormat[] = "/sys/class/net/%s/address";  // int
 inline constexpr char kNetMtuFormat[] = "/sys/class/net/%s/mtu";          // interface
 inline constexpr char kResolverSettings[] = "/etc/resolv.conf";
 inline constexpr char kOpensslTool[] = "/usr/local/ssl/bin/openssl";
+inline constexpr char kMoveToolWithPath[] = "/bin/mv";
+inline constexpr char kLookupTool[] = "nslookup";
 
 // Services
 inline constexpr char kIscsiSessions[] = "/proc/net/iet/session";
 inline constexpr char kIscsiDisks[] = "/etc/tevra/iscsi_disks%d";  // configuration number
 inline constexpr char kServicePorts[] = "/etc/tevra/service_ports";
 inline constexpr char kBackupTask[] = "/etc/tevra/backup%d";  // task number
-inline constexpr char kFilterTool[] = "iptables";             // found on PATH, as the next two
+inline constexpr char kFilterTool[] = "iptables";
 
 // Hardware
 inline constexpr char kTextLoopbackPort[] = "/dev/ttyS0";

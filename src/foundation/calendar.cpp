@@ -2,6 +2,8 @@
 #include <stdio.h>
 #include <time.h>
 
+#include <optional>
+
 #include "foundation/answer.h"
 #include "foundation/failure.h"
 #include "foundation/text.h"
@@ -41,14 +43,15 @@ Date day_after(Date date) {
 }
 
 // Exactly "YYYY-MM-DD", and a day that there is.
-bool read_date(const char* text, Date& date) {
+std::optional<Date> read_date(const char* text) {
     constexpr char kForm[] = "dddd-dd-dd";
     for (size_t i = 0; i < sizeof kForm; i++) {
-        if (kForm[i] == 'd' ? !is_digit(text[i]) : text[i] != kForm[i]) return false;
+        if (kForm[i] == 'd' ? !is_digit(text[i]) : text[i] != kForm[i]) return {};
     }
     auto digits = [text](int at) { return (text[at] - '0') * 10 + (text[at + 1] - '0'); };
-    date = {digits(0) * 100 + digits(2), digits(5), digits(8)};
-    return date.month >= 1 && date.month <= 12 && date.day >= 1 && date.day <= days_in_month(date);
+    const Date date = {digits(0) * 100 + digits(2), digits(5), digits(8)};
+    if (date.month < 1 || date.month > 12 || date.day < 1 || date.day > days_in_month(date)) return {};
+    return date;
 }
 
 int write_date(const Date& date, char* dst, size_t size) {
@@ -63,9 +66,9 @@ int write_date(const Date& date, char* dst, size_t size) {
 }  // namespace
 
 int LibQuorvelBin_DayAfter(const char* date, char* dst, size_t size) {
-    Date day;
-    if (date == nullptr || dst == nullptr || !read_date(date, day)) return fail(EINVAL);
-    return write_date(day_after(day), dst, size);
+    if (date == nullptr || dst == nullptr) return fail(EINVAL);
+    const auto day = read_date(date);
+    return day ? write_date(day_after(*day), dst, size) : fail(EINVAL);
 }
 
 int LibQuorvelBin_Tomorrow(char* dst, size_t size) {

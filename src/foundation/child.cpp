@@ -31,15 +31,15 @@ struct SpawnPlan {
         sigfillset(&every);
         sigemptyset(&mask);
         (void)posix_spawnattr_init(&attributes);
-        (void)posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
-        (void)posix_spawnattr_setsigdefault(&attributes, &every);
-        (void)posix_spawnattr_setsigmask(&attributes, &mask);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+        posix_spawnattr_setsigdefault(&attributes, &every);
+        posix_spawnattr_setsigmask(&attributes, &mask);
         (void)posix_spawn_file_actions_init(&actions);
         if (written) (void)posix_spawn_file_actions_adddup2(&actions, written.number, STDOUT_FILENO);
     }
     ~SpawnPlan() {
-        (void)posix_spawn_file_actions_destroy(&actions);
-        (void)posix_spawnattr_destroy(&attributes);
+        posix_spawn_file_actions_destroy(&actions);
+        posix_spawnattr_destroy(&attributes);
     }
     SpawnPlan(const SpawnPlan&) = delete;
     SpawnPlan& operator=(const SpawnPlan&) = delete;
@@ -75,12 +75,16 @@ int wait_status_of(pid_t child) {
     return status;
 }
 
-bool make_pipe(Descriptor& reading, Descriptor& writing) {
+struct Pipe {
+    Descriptor reading, writing;
+
+    explicit operator bool() const { return reading && writing; }
+};
+
+Pipe make_pipe() {
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) return false;
-    reading = above_standard(ends[0]);
-    writing = above_standard(ends[1]);
-    return reading && writing;
+    if (pipe2(ends, O_CLOEXEC) != 0) return {};
+    return {above_standard(ends[0]), above_standard(ends[1])};
 }
 
 // Ignored, or answered by a handler that may take the status of any child.
@@ -98,7 +102,7 @@ void close_all_but(int kept) {
 
 // The whole life of the second process.
 [[noreturn]] void keep_child(const char* command, Descriptor& written, const Descriptor& status_pipe) {
-    (void)signal(SIGCHLD, SIG_DFL);
+    signal(SIGCHLD, SIG_DFL);
     int status = -1;
     pid_t child = spawn_shell(command, written);
     written = Descriptor();
@@ -109,10 +113,11 @@ void close_all_but(int kept) {
 }
 
 pid_t start_keeper(const char* command, Child& child, Descriptor& written) {
-    Descriptor status_pipe;
-    if (!make_pipe(child.status, status_pipe)) return -1;
+    Pipe status = make_pipe();
+    if (!status) return -1;
+    child.status = static_cast<Descriptor&&>(status.reading);
     pid_t keeper = fork_undisturbed();
-    if (keeper == 0) keep_child(command, written, status_pipe);
+    if (keeper == 0) keep_child(command, written, status.writing);
     return keeper;
 }
 
@@ -128,9 +133,11 @@ sigset_t ending_signals() {
 
 Child start_shell(const char* command, Output output) {
     Child child;
-    Descriptor written;
-    if (output == Output::kRead && !make_pipe(child.output, written)) return Child();
-    child.pid = caller_takes_children() ? start_keeper(command, child, written) : spawn_shell(command, written);
+    Pipe pipe = output == Output::kRead ? make_pipe() : Pipe();
+    if (output == Output::kRead && !pipe) return child;
+    child.output = static_cast<Descriptor&&>(pipe.reading);
+    child.pid =
+        caller_takes_children() ? start_keeper(command, child, pipe.writing) : spawn_shell(command, pipe.writing);
     return child.pid > 0 ? static_cast<Child&&>(child) : Child();
 }
 

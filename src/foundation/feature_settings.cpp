@@ -1,5 +1,4 @@
-// The model's feature settings in /etc/nas_feature: typed getters, and changing one through the
-// firmware's tools.
+// The model's feature settings in /etc/nas_feature: typed getters, and changing one through the firmware's tools.
 #include "foundation/feature_settings.h"
 
 #include "foundation/appliance_files.h"

@@ -29,7 +29,7 @@ mode_t type_of(const struct stat& status) {
 
 // close() is not repeated on EINTR: on Linux the descriptor is gone either way.
 void Descriptor::close_now() {
-    if (number >= 0) close(number);
+    if (number >= 0) (void)close(number);
 }
 
 Descriptor above_standard(int descriptor) {

@@ -1,5 +1,4 @@
-// Owned handles: whatever is opened or allocated closes or frees itself, on every path out of a
-// function.
+// Owned handles: whatever is opened or allocated closes or frees itself, on every path out of a function.
 #pragma once
 
 #include <dirent.h>

@@ -47,23 +47,22 @@ bool next_long_line(LineReader& reader, char* line, size_t limit) {
 
 }  // namespace
 
-bool is_setting_of(std::string_view piece, std::string_view key, std::string_view& value) {
+std::optional<std::string_view> value_of_setting(std::string_view piece, std::string_view key) {
     piece = without_leading_blanks(piece);
-    if (piece.size() <= key.size()) return false;
-    if (!key.empty() && (piece[0] != key[0] || memcmp(piece.data(), key.data(), key.size()) != 0)) return false;
-    if (key.empty() && piece[0] == '#') return false;
+    if (piece.size() <= key.size()) return {};
+    if (!key.empty() && (piece[0] != key[0] || memcmp(piece.data(), key.data(), key.size()) != 0)) return {};
+    if (key.empty() && piece[0] == '#') return {};
 
     std::string_view rest = piece;
     rest.remove_prefix(key.size());
-    if (rest[0] != '=' && !is_blank_character(rest[0])) return false;
+    if (rest[0] != '=' && !is_blank_character(rest[0])) return {};
     rest = std::string_view(rest.data(), strnlen(rest.data(), rest.size()));
     size_t equals = rest.find('=');
-    if (equals == std::string_view::npos) return false;
+    if (equals == std::string_view::npos) return {};
     rest.remove_prefix(equals + 1);
-    value = rest;
-    while (value.ends_with('\n') || value.ends_with('\r'))
-        value.remove_suffix(1);
-    return true;
+    while (rest.ends_with('\n') || rest.ends_with('\r'))
+        rest.remove_suffix(1);
+    return rest;
 }
 
 size_t read_keys(const char* path, std::span<KeyRequest> requests) {
@@ -79,9 +78,9 @@ size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
     LineReader reader(descriptor, kReaderPiece);
     for (std::string_view piece; found < requests.size() && !(piece = next_piece(reader)).empty();) {
         for (KeyRequest& request : requests) {
-            std::string_view value;
-            if (!sets_key(piece, request.key, value) || request.found) continue;
-            copy_value(request.dst, request.size, value);
+            const auto value = value_of_key(piece, request.key);
+            if (!value || request.found) continue;
+            copy_value(request.dst, request.size, *value);
             request.found = true;
             found++;
         }

@@ -1,10 +1,10 @@
-// The key=value syntax: one matcher for reader and writer, and the reading of several keys in one
-// pass.
+// The key=value syntax: one matcher for reader and writer, and the reading of several keys in one pass.
 #pragma once
 
 #include <stddef.h>
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -24,17 +24,17 @@ inline bool is_possible_key(std::string_view key) {
            std::none_of(key.begin(), key.end(), [](char c) { return c == '=' || is_blank_character(c); });
 }
 
-/// sets_key for a piece that is not settled by one character.
-bool is_setting_of(std::string_view piece, std::string_view key, std::string_view& value);
+/// value_of_key for a piece that is not settled by one character.
+[[nodiscard]] std::optional<std::string_view> value_of_setting(std::string_view piece, std::string_view key);
 
-/// Whether a piece of a line, which is not empty, sets `key`, which is_possible_key; `value` is then what stands behind
-/// the "=", without its line end. Most lines are settled by one character: the last one of the key, as the keys of a
-/// file like to begin alike.
-inline bool sets_key(std::string_view piece, std::string_view key, std::string_view& value) {
+/// What a piece of a line, which is not empty, sets `key` to, which is_possible_key: the text behind the "=", without
+/// its line end; none when it does not set it. Most lines are settled by one character: the last one of the key, as the
+/// keys of a file like to begin alike.
+[[nodiscard]] inline std::optional<std::string_view> value_of_key(std::string_view piece, std::string_view key) {
     if (!key.empty() && piece[0] != ' ' && piece[0] != '\t') {
-        if (piece.size() <= key.size() || piece[key.size() - 1] != key.back()) return false;
+        if (piece.size() <= key.size() || piece[key.size() - 1] != key.back()) return {};
     }
-    return is_setting_of(piece, key, value);
+    return value_of_setting(piece, key);
 }
 
 /// A key looked for, which is_possible_key, and the cleared buffer for its value, filled as get_StringbyKey fills it.

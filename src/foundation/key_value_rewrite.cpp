@@ -1,10 +1,12 @@
-// Rewriting a key=value file: everything but one key goes to a temporary file beside it, which then
-// takes its place.
+// Rewriting a key=value file: everything but one key goes to a temporary file beside it, which then takes its place.
 #include <errno.h>
 #include <stdio.h>
 #include <string.h>
 #include <sys/stat.h>
 
+#include <optional>
+
+#include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/key_value.h"
@@ -22,14 +24,21 @@ namespace {
 constexpr size_t kWriterText = 256;  // the temporary name, and the command that moves it into place
 constexpr int kDelete = 2;
 
-// Only a file that does not exist counts as empty; `source` then stays closed.
-bool open_source(const char* path, Descriptor& source, struct stat& status) {
-    source = open_for_reading(path);
-    if (!source) return errno == ENOENT;
-    if (fstat(source.number, &status) != 0) return false;
-    if (S_ISREG(status.st_mode)) return true;
-    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
-    return false;
+// The file as it is; closed when it does not exist.
+struct Source {
+    Descriptor file;
+    struct stat status;
+};
+
+// Only a file that does not exist counts as empty; none, and errno, for one that cannot be read.
+std::optional<Source> open_source(const char* path) {
+    Source source = {open_for_reading(path), {}};
+    if (!source.file && errno != ENOENT) return {};
+    if (!source.file) return source;
+    if (fstat(source.file.number, &source.status) != 0) return {};
+    if (S_ISREG(source.status.st_mode)) return source;
+    errno = S_ISDIR(source.status.st_mode) ? EISDIR : EINVAL;
+    return {};
 }
 
 // Collects the new content and writes it block by block.
@@ -72,8 +81,7 @@ bool copy_other_settings(int source, std::string_view key, Target& target) {
     bool possible = is_possible_key(key);
     bool dropped = false;  // a whole line, or the end of one
     for (std::string_view piece; !(piece = next_piece(reader)).empty();) {
-        std::string_view value;
-        if (possible && sets_key(piece, key, value)) {
+        if (possible && value_of_key(piece, key)) {
             dropped |= piece.ends_with('\n');
             continue;
         }
@@ -95,10 +103,9 @@ bool is_on_disk(int descriptor) {
 
 bool write_new_content(const char* path, const char* key, const char* value, int mode, int descriptor) {
     Target target(descriptor);
-    Descriptor source;
-    struct stat status;
-    if (!open_source(path, source, status)) return false;
-    if (source && !copy_other_settings(source.number, key, target)) return false;
+    std::optional<Source> source = open_source(path);
+    if (!source) return false;
+    if (source->file && !copy_other_settings(source->file.number, key, target)) return false;
     if (mode != kDelete) {
         // A file without a last line end must not have its last setting joined to the new one.
         if (!target.complete_line) add(target, "\n");
@@ -109,7 +116,7 @@ bool write_new_content(const char* path, const char* key, const char* value, int
     write_block(target);
     if (target.failed) return false;
     // Nobody else may read it before it is whole.
-    give_mode_and_owner(descriptor, source ? &status : nullptr);
+    give_mode_and_owner(descriptor, source->file ? &source->status : nullptr);
     return is_on_disk(descriptor);
 }
 
@@ -133,7 +140,8 @@ void move_into_place(const Text<kWriterText>& command, const char* temporary, co
 int set_StringbyKeyExtend(const char* path, const char* key, const char* value, int mode) {
     if (path == nullptr || key == nullptr || (value == nullptr && mode != kDelete)) return fail(EINVAL);
     Text<kWriterText> temporary("%s_tmp", path);
-    Text<kWriterText> command("mv %s %s", ShellWord(temporary.c_str()).c_str(), ShellWord(path).c_str());
+    Text<kWriterText> command("%s %s %s", files::kMoveTool, ShellWord(temporary.c_str()).c_str(),
+                              ShellWord(path).c_str());
     if (command.cut) return fail(ENAMETOOLONG);
 
     HeldSignals held;

@@ -1,10 +1,12 @@
 #include "foundation/numbers.h"
 
 #include <limits.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
 #include <algorithm>
+#include <charconv>
 
 #include "foundation/text.h"
 
@@ -33,6 +35,28 @@ std::optional<int> number_after(const char* text, const char* word) {
     const char* found = strstr(text, word);
     if (found == nullptr) return {};
     return leading_int(found + strlen(word));
+}
+
+std::optional<uint32_t> whole_number(std::string_view text) {
+    const char* past = text.data() + text.size();
+    uint32_t number = 0;
+    auto [end, error] = std::from_chars(text.data(), past, number);
+    if (error != std::errc() || end != past) return {};
+    return number;
+}
+
+std::optional<HexadecimalPair> scanned_pair(const char* text) {
+    HexadecimalPair pair;
+    if (sscanf(text, "[%4x:%4x]", &pair.first, &pair.second) != 2) return {};
+    return pair;
+}
+
+std::optional<uint64_t> scanned_third(const char* line) {
+    int first, second;
+    unsigned long long third;
+    char fourth[2];
+    if (sscanf(line, "%d %d %llu %1s", &first, &second, &third, fourth) != 4) return {};
+    return third;
 }
 
 bool is_all_digits(const char* text) {

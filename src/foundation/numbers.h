@@ -5,6 +5,7 @@
 #include <stdint.h>
 
 #include <optional>
+#include <string_view>
 
 namespace quorvel {
 
@@ -23,6 +24,18 @@ int leading_int(const char* text);
 
 /// The number behind the first occurrence of `word`, as leading_int; none when the word does not occur.
 [[nodiscard]] std::optional<int> number_after(const char* text, const char* word);
+
+/// A text that is nothing but a decimal number of 32 bits without a sign.
+[[nodiscard]] std::optional<uint32_t> whole_number(std::string_view text);
+
+/// The two numbers of "[VVVV:DDDD]" as scanf reads them: at most four hexadecimal digits each.
+struct HexadecimalPair {
+    unsigned first, second;
+};
+[[nodiscard]] std::optional<HexadecimalPair> scanned_pair(const char* text);
+
+/// The third of a line's four words as scanf reads them: none unless the first three are numbers.
+[[nodiscard]] std::optional<uint64_t> scanned_third(const char* line);
 
 /// One number up or down, for counts that begin at 0 on one side and at 1 on the other; wraps.
 constexpr int number_moved(int number, int by) {

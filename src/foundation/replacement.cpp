@@ -43,7 +43,7 @@ bool is_free(int descriptor) {
     if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) return true;
     if (errno != EWOULDBLOCK && errno != EINTR) return false;
     errno = ETIMEDOUT;  // what it is when this was the last try
-    (void)nanosleep(&kPause, nullptr);
+    nanosleep(&kPause, nullptr);
     return false;
 }
 
@@ -96,7 +96,7 @@ void give_mode_and_owner(int descriptor, const struct stat* replaced) {
     } else {
         // There is no other way to ask for the mask; for that moment it is a strict one.
         mode_t mask = umask(077);
-        (void)umask(mask);
+        umask(mask);
         mode = kWidest & ~mask;
     }
     if (fchmod(descriptor, mode) != 0) errno = 0;

@@ -1,5 +1,5 @@
-// Bounded text: every path, key and command line the library forms is built in one of these. A text
-// that does not fit is cut, stays terminated and says so.
+// Bounded text: every path, key and command line the library forms is built in one of these. A text that does not fit
+// is cut, stays terminated and says so.
 #pragma once
 
 #include <stdarg.h>
@@ -10,8 +10,7 @@
 
 namespace quorvel {
 
-/// vsnprintf at offset `length` of a buffer; the new length. Sets `cut` when not all of it had
-/// room.
+/// vsnprintf at offset `length` of a buffer; the new length. Sets `cut` when not all of it had room.
 __attribute__((format(printf, 5, 0))) size_t format_at(char* buffer, size_t size, size_t length, bool& cut,
                                                        const char* format, va_list arguments);
 

@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "foundation/failure.h"
 #include "foundation/handles.h"
@@ -14,8 +15,7 @@ using namespace quorvel;
 
 namespace {
 
-// Where the first line of a text ends: its first line feed that is not a leading one, or the text's
-// end.
+// Where the first line of a text ends: its first line feed that is not a leading one, or the text's end.
 size_t first_line_end(const char* text, size_t length) {
     size_t start = 0;
     while (text[start] == '\n')
@@ -30,28 +30,22 @@ bool is_one_of(char c, const char* delimiters) {
     return *delimiters != '\0';
 }
 
-// The index-th field, as repeated strtok calls on a copy whose first line end was overwritten would
-// find it: a field never crosses that place, but the search for the next one steps over it.
-bool find_field(const char* text, const char* delimiters, int index, std::string_view& field) {
+// The index-th field, as repeated strtok calls on a copy whose first line end was overwritten would find it: a field
+// never crosses that place, but the search for the next one steps over it.
+std::optional<std::string_view> find_field(const char* text, const char* delimiters, int index) {
     size_t length = strlen(text);
     size_t cut = first_line_end(text, length);
-    if (index <= 0) {
-        field = std::string_view(text, cut);
-        return true;
-    }
+    if (index <= 0) return std::string_view(text, cut);
     for (size_t at = 0;;) {
         size_t limit = at <= cut ? cut : length;
         while (at < limit && is_one_of(text[at], delimiters))
             at++;
-        if (at == limit) return false;
+        if (at == limit) return {};
         size_t end = at + 1;
         while (end < limit && !is_one_of(text[end], delimiters))
             end++;
-        if (--index == 0) {
-            field = std::string_view(text + at, end - at);
-            return true;
-        }
-        if (end >= length) return false;
+        if (--index == 0) return std::string_view(text + at, end - at);
+        if (end >= length) return {};
         at = end + 1;
     }
 }
@@ -60,12 +54,12 @@ bool find_field(const char* text, const char* delimiters, int index, std::string
 
 int LibQuorvelBin_GetSpecifiedKey(char* dst, uint64_t dst_size, const char* text, const char* delimiters, int index) {
     if (dst == nullptr || text == nullptr || delimiters == nullptr) return fail(EINVAL);
-    std::string_view field;
-    if (!find_field(text, delimiters, index, field)) return fail(ENODATA);
-    if (field.size() >= dst_size) return fail(ERANGE);
+    const auto field = find_field(text, delimiters, index);
+    if (!field) return fail(ENODATA);
+    if (field->size() >= dst_size) return fail(ERANGE);
     // The field may lie in dst itself.
-    memmove(dst, field.data(), field.size());
-    dst[field.size()] = '\0';
+    memmove(dst, field->data(), field->size());
+    dst[field->size()] = '\0';
     return 0;
 }
 

@@ -1,5 +1,5 @@
 // User names, read from the password file itself: name services would bring modules of their own into every caller.
-#include <charconv>
+#include <optional>
 #include <string_view>
 
 #include "foundation/answer.h"
@@ -7,6 +7,7 @@
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
+#include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "quorvel/foundation.h"
 
@@ -16,23 +17,21 @@ namespace {
 
 constexpr size_t kLongestEntry = 4096;
 
-// Cuts the first field off a line of fields separated by colons; false when no colon ends it.
-bool cut_field(std::string_view& line, std::string_view& field) {
+// Cuts the first field off a line of fields separated by colons; none when no colon ends it.
+std::optional<std::string_view> cut_field(std::string_view& line) {
     size_t colon = line.find(':');
-    if (colon == std::string_view::npos) return false;
-    field = line.substr(0, colon);
+    if (colon == std::string_view::npos) return {};
+    std::string_view field = line.substr(0, colon);
     line.remove_prefix(colon + 1);
-    return true;
+    return field;
 }
 
-// "name:password:uid:gid:comment:home:shell"
-bool is_entry_of(std::string_view line, uint32_t uid, std::string_view& name) {
-    std::string_view password;
-    std::string_view number;
-    if (!cut_field(line, name) || !cut_field(line, password) || !cut_field(line, number)) return false;
-    uint32_t value = 0;
-    auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
-    return error == std::errc() && end == number.data() + number.size() && value == uid && !name.empty();
+// The name in a user's entry "name:password:uid:gid:comment:home:shell"; empty when it is another's, or none.
+std::string_view name_in_entry(std::string_view line, uint32_t uid) {
+    const auto name = cut_field(line);
+    const auto password = cut_field(line);
+    const auto number = cut_field(line);
+    return password && number && whole_number(*number) == uid ? *name : "";
 }
 
 }  // namespace
@@ -43,9 +42,9 @@ int LibQuorvelBin_GetUsernameByUID(uint32_t uid, char* dst, size_t size) {
     if (!file) return -1;
     bool line_begins = true;
     for (std::string_view piece; !(piece = next_piece(file.reader)).empty(); line_begins = piece.ends_with('\n')) {
-        std::string_view name;
         // What follows a piece without a line end is the rest of an overlong line, no entry.
-        if (!line_begins || piece[0] == '#' || !is_entry_of(piece, uid, name)) continue;
+        const std::string_view name = line_begins && piece[0] != '#' ? name_in_entry(piece, uid) : "";
+        if (name.empty()) continue;
         if (name.size() >= size) return fail(ERANGE);
         copy_text(dst, size, name);
         answer(dst);

@@ -76,7 +76,7 @@ int clear_nand_boot(void) {
     CommandOutput command(Command("%s -c set %s %d", files::kBootSettingsTool, kNandBoot, 0), kLine);
     bool line_ended = true;
     for (std::string_view piece; !(piece = next_piece(command.lines)).empty(); line_ended = piece.ends_with('\n'))
-        (void)fwrite(piece.data(), 1, piece.size(), stdout);  // what nobody can see changes nothing
+        fwrite(piece.data(), 1, piece.size(), stdout);  // what nobody can see changes nothing
     if (!line_ended) putchar('\n');
     return was_started(command) ? 0 : -1;
 }

@@ -14,9 +14,9 @@
 #include "foundation/files.h"
 #include "hw/forced_tx.h"
 #include "hw/modem_lines.h"
+#include "platform/platforms.h"
 #include "quorvel/foundation.h"
 #include "quorvel/hw.h"
-#include "quorvel/platform.h"
 
 using namespace quorvel;
 
@@ -68,21 +68,10 @@ struct PortTest {
 constexpr PortTest kTextPortTest = {files::kTextLoopbackPort, kTextPortPatterns, 3, true, false};
 constexpr PortTest kLinePortTest = {files::kLineLoopbackPort, kLinePortPatterns, 1, false, true};
 
-// The platforms with another port than kLinePortTest's.
-struct PlatformPort {
-    int platform;
-    const PortTest* test;
-};
-constexpr PlatformPort kPlatformPorts[] = {
-    {PLATFORM_BOREL,      &kTextPortTest},
-    {PLATFORM_NISK_12BAY, &kTextPortTest},
-};
-
-const PortTest& test_of(int platform) {
-    for (const PlatformPort& row : kPlatformPorts) {
-        if (row.platform == platform) return *row.test;
-    }
-    return kLinePortTest;
+const PortTest& test_of_machine() {
+    const Platform* platform = find_platform();
+    const bool carries_text = platform != nullptr && platform->loopback_port == LoopbackPort::kText;
+    return carries_text ? kTextPortTest : kLinePortTest;
 }
 
 void report(const char* text) {
@@ -108,7 +97,7 @@ int read_until(int port, int wanted, const PortTest& test) {
     for (int i = 0; i < test.reads; i++) {
         lines = read_once(port, test);
         if (lines == wanted) break;
-        if (test.reads > 1) (void)usleep(kPause);
+        if (test.reads > 1) usleep(kPause);
     }
     return lines;
 }
@@ -192,6 +181,6 @@ int test_line_port(const PortTest& test) {
 }  // namespace
 
 int LibQuorvelBin_UpsTest(void) {
-    const PortTest& test = test_of(LibQuorvelBin_GetPlatform());
+    const PortTest& test = test_of_machine();
     return test.carries_text ? test_text_port(test) : test_line_port(test);
 }

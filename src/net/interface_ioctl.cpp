@@ -117,7 +117,7 @@ Descriptor interface_socket() {
     if (open_socket || errno != EINVAL) return open_socket;
     // A kernel that does not know the flag takes it for another type of socket.
     open_socket = Descriptor(socket(AF_INET, SOCK_DGRAM, 0));
-    if (open_socket) fcntl(open_socket.number, F_SETFD, FD_CLOEXEC);
+    if (open_socket) (void)fcntl(open_socket.number, F_SETFD, FD_CLOEXEC);
     return open_socket;
 }
 

@@ -54,7 +54,7 @@ int run_replacing(const Command& command, const char* path) {
     if (!made) return 1;
     int status = run_command(command);
     if (status == 0 && there) give_mode_and_owner(made.number, &replaced);
-    if (status != 0) unlink(beside.c_str());
+    if (status != 0) (void)unlink(beside.c_str());
     return result_of(status);
 }
 
@@ -66,8 +66,8 @@ int LibQuorvelBin_SetEncryptionMacAddressNicFile(const char* ifname, const char*
     if (path == nullptr) return fail(EINVAL);
     if (read_pass_phrase(ifname, phrase) == -1) return -1;
     ShellWord file(path);
-    Command command("%s enc -e -aes-256-cbc -in %s -out %s.1 -pass pass:%s && /bin/mv %s.1 %s", files::kOpensslTool,
-                    file.c_str(), file.c_str(), phrase.c_str(), file.c_str(), file.c_str());
+    Command command("%s enc -e -aes-256-cbc -in %s -out %s.1 -pass pass:%s && %s %s.1 %s", files::kOpensslTool,
+                    file.c_str(), file.c_str(), phrase.c_str(), files::kMoveToolWithPath, file.c_str(), file.c_str());
     Wipe wipe_command(command);
     // A cut command is not run: its last word, a file to be written, would be another one.
     return command.cut ? fail(E2BIG, 1) : run_replacing(command, path);

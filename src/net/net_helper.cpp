@@ -1,5 +1,5 @@
-// The net helper: address, netmask, prefix length and network address, of interfaces or of figures
-// given on the command line.
+// The net helper: address, netmask, prefix length and network address, of interfaces or of figures given on the command
+// line.
 #include <stdio.h>
 #include <string.h>
 

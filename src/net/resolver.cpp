@@ -78,7 +78,8 @@ Probe ask_server(const char* address, int timeout, int retries) {
     print_foreign(address);
     printf(" ... ");
     (void)fflush(stdout);  // what cannot be shown must not keep the question from being asked
-    Text<kCommandSize> command("nslookup -timeout=%d -retry=%d %s", timeout, retries, ShellWord(address).c_str());
+    Text<kCommandSize> command("%s -timeout=%d -retry=%d %s", files::kLookupTool, timeout, retries,
+                               ShellWord(address).c_str());
     Probe probe = run_lookup(command);
     if (probe == Probe::not_run) {
         printf("can't execute cmd (");

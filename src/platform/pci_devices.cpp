@@ -2,14 +2,10 @@
 
 #include <string.h>
 
-#include "foundation/failure.h"
-#include "quorvel/platform.h"
-
 namespace quorvel {
 
 namespace {
 
-constexpr size_t kPiece = 1023;
 constexpr size_t kIdLength = sizeof PciDevice::id - 1;
 
 // The characters that an id begins with: only where one stands in the list are all ids compared.
@@ -35,26 +31,10 @@ void find_in_piece(std::string_view piece, const FirstCharacters& first, std::sp
 
 void find_pci_devices(std::span<PciDevice> devices) {
     const FirstCharacters first(devices);
-    walk_pci_list(kPiece, [devices, &first](std::string_view piece) {
+    walk_pci_list(kPciPiece, [devices, &first](std::string_view piece) {
         find_in_piece(piece, first, devices);
         return false;
     });
 }
 
 }  // namespace quorvel
-
-using namespace quorvel;
-
-int LibQuorvelbin_HasSomeExtentionChip(const char* id) {
-    if (id == nullptr) return fail(EINVAL, 0);
-    bool present = false;
-    walk_pci_list(kPiece, [&present, id](std::string_view piece) {
-        present = piece.find(id) != std::string_view::npos;
-        return present;
-    });
-    return present ? 1 : 0;
-}
-
-int LibQuorvelbin_Has7042ExtentionChip(void) {
-    return LibQuorvelbin_HasSomeExtentionChip("11ab7042");
-}

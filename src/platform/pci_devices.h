@@ -10,6 +10,9 @@
 
 namespace quorvel {
 
+/// The pieces in which chips are looked for.
+inline constexpr size_t kPciPiece = 1023;
+
 /// Shows the list in pieces of at most so many characters until `is_enough` says so or it ends.
 template <typename IsEnough>
 void walk_pci_list(size_t longest_piece, IsEnough&& is_enough) {

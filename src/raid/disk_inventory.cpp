@@ -2,11 +2,11 @@
 #include <inttypes.h>
 #include <stddef.h>
 
-#include "foundation/answer.h"
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/trace.h"
 #include "quorvel/disk.h"
+#include "quorvel/foundation.h"
 #include "quorvel/naming.h"
 #include "raid/inventory.h"
 #include "raid/list.h"
@@ -75,16 +75,22 @@ void add_disk(int slot_index, int member_partition) {
     list_add(&disk.release()->links, &diskinfo_list);
 }
 
-}  // namespace
-
-int LibQuorvelBin_InitDiskInfo(void) {
-    const QuietScope quiet;
-    const int count = LibQuorvelBin_GetMaxDiskNum();
-    make_empty(diskinfo_list);
-    if (count <= 0) return 0;
+void add_disks(int count) {
+    if (count <= 0) return;
     const int member_partition = get_hdd_link_partno();
     for (int i = 0; i < count; i++)
         add_disk(i, member_partition);
+}
+
+}  // namespace
+
+int LibQuorvelBin_InitDiskInfo(void) {
+    // The answers of inner calls are none of this one's.
+    const int printing = from_cmdline;
+    from_cmdline = 0;
+    make_empty(diskinfo_list);
+    add_disks(LibQuorvelBin_GetMaxDiskNum());
+    from_cmdline = printing;
     return 0;
 }
 

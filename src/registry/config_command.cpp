@@ -18,8 +18,8 @@ namespace {
 
 constexpr char kFunction[] = "LibQuorvelBin_ConfigHelper";
 
-// An operation is chosen by the length of its word and then by the word's first characters: any
-// word of six that begins with "delet" deletes.
+// An operation is chosen by the length of its word and then by the word's first characters: any word of six that begins
+// with "delet" deletes.
 struct OperationWord {
     size_t length;
     const char* beginning;

@@ -43,7 +43,7 @@ void print_line(char* line) {
     Text<kReaderPiece + 8> text;
     for (const char* part : {"\t\t", static_cast<const char*>(line), strchr(line, '=') != nullptr ? "\n" : "=\n"})
         text.add(part);
-    (void)fwrite(text.chars, 1, text.length, stdout);
+    fwrite(text.chars, 1, text.length, stdout);
 }
 
 int list_file(ConfigEntry& entry) {

@@ -19,8 +19,8 @@ int64_t generation_number(const char* name) {
     return leading_number(name);
 }
 
-// The greatest name in a task's directory but `own`: a run that is under way may have made that
-// already for an earlier pair, and nothing can be linked from a destination to itself.
+// The greatest name in a task's directory but `own`: a run that is under way may have made that already for an earlier
+// pair, and nothing can be linked from a destination to itself.
 // Empty when there is none.
 Text<256> find_last(WholeText task_directory, std::string_view own) {
     Directory directory = open_directory(task_directory);
@@ -46,13 +46,13 @@ int depth(const char* path) {
 
 }  // namespace
 
-void quorvel::name_generation(char (&name)[kGenerationName]) {
+GenerationName quorvel::name_generation() {
     time_t now = time(nullptr);
     struct tm local = {};
     tzset();
     (void)localtime_r(&now, &local);
-    (void)snprintf(name, sizeof name, "%04d%02d%02d%02d%02d%02d", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
-                   local.tm_hour, local.tm_min, local.tm_sec);
+    return GenerationName("%04d%02d%02d%02d%02d%02d", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+                          local.tm_hour, local.tm_min, local.tm_sec);
 }
 
 int LibQuorvelBin_GetLastDestTarget(char* dst, size_t size, const char* destination, size_t generation) {

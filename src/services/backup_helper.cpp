@@ -63,9 +63,8 @@ bool print_pair(const BackupTask& task, int number, const char* generation) {
 bool get_destination(int argc, char** argv) {
     BackupTask task;
     if (argc != 4 || LibQuorvelBin_LoadTaskInfo(argv[2], &task) != 0) return false;
-    char generation[kGenerationName] = "";
-    if (task.hardlink == kOn) name_generation(generation);
-    (void)print_pair(task, leading_int(argv[3]), generation);  // a missing pair is no failure
+    const GenerationName generation = task.hardlink == kOn ? name_generation() : GenerationName();
+    (void)print_pair(task, leading_int(argv[3]), generation.c_str());  // a missing pair is no failure
     return true;
 }
 
@@ -80,9 +79,8 @@ bool show_destinations(int argc, char** argv) {
     BackupTask task;
     if (argc < 3 || LibQuorvelBin_LoadTaskInfo(argv[2], &task) != 0) return false;
     // Before the loop: all pairs of a run belong to one generation.
-    char generation[kGenerationName] = "";
-    if (task.hardlink == kOn) name_generation(generation);
-    for (int number = 1; print_pair(task, number, generation); number++) {
+    const GenerationName generation = task.hardlink == kOn ? name_generation() : GenerationName();
+    for (int number = 1; print_pair(task, number, generation.c_str()); number++) {
     }
     return true;
 }

@@ -61,7 +61,7 @@ struct BackupPair {
 
 extern "C" {
 
-/// Reads the file of a task into a fresh record; a missing file leaves it as it is. 0, or -1 and a
-/// line of its own when the number is not all digits.
+/// Reads the file of a task into a fresh record; a missing file leaves it as it is. 0, or -1 and a line of its own when
+/// the number is not all digits.
 int LibQuorvelBin_LoadTaskInfo(const char* number, quorvel::BackupTask* task);
 }

@@ -50,8 +50,7 @@ int list_ports() {
     return 0;
 }
 
-// The length of the conversion that printf would see at a "%", up to its letter; 0 when it would
-// see none.
+// The length of the conversion that printf would see at a "%", up to its letter; 0 when it would see none.
 size_t conversion_length(const char* text) {
     constexpr char kFlags[] = "-+ #0'I";
     constexpr char kWidth[] = "*$0123456789";
@@ -65,8 +64,8 @@ size_t conversion_length(const char* text) {
     return text[length] != '\0' && strchr(kLetters, text[length]) != nullptr ? length + 1 : 0;
 }
 
-// An argument as a format gives it that has nothing to convert: "%%" is "%", a conversion is
-// nothing. Null when there is no memory.
+// An argument as a format gives it that has nothing to convert: "%%" is "%", a conversion is nothing. Null when there
+// is no memory.
 Heap<char> expand_path(const char* argument) {
     Heap<char> path(static_cast<char*>(malloc(strlen(argument) + 1)));
     if (!path) return path;
@@ -89,7 +88,7 @@ int result_of(bool applied) {
 
 void print_table(const RulePlan& plan) {
     if (plan.asks_port_count) (void)network_port_count();  // for what it says of a missing feature
-    (void)fwrite(plan.table.bytes, 1, plan.table.size, stdout);
+    fwrite(plan.table.bytes, 1, plan.table.size, stdout);
 }
 
 // What is to be read is read before anything is changed, and nothing is printed before the last rule is in.

@@ -66,7 +66,7 @@ void plan_line(const char* line, RulePlan& plan) {
     for (; denial.interface < plan.interfaces; denial.interface++) {
         bool denied = is_denied(line, denial.interface);
         fputs(denied ? "  D  | " : "     | ", table);
-        if (denied) (void)fwrite(&denial, sizeof denial, 1, plan.denials.stream.get());
+        if (denied) fwrite(&denial, sizeof denial, 1, plan.denials.stream.get());
     }
     fputc('\n', table);
 }

@@ -1,5 +1,4 @@
-// The services that the firewall knows, and the ports each of them listens on, with TCP and UDP
-// alike.
+// The services that the firewall knows, and the ports each of them listens on, with TCP and UDP alike.
 #include "quorvel/services.h"
 
 namespace {

@@ -18,10 +18,10 @@ void write_pci_list(const std::string& ids) {
 }
 
 TEST_F(Identity, PlatformOfMachine) {
-    for (const auto& [what, borel, chips, product, bays, number, series] : table<7>("platform/expected/machines")) {
+    for (const auto& [what, driver, chips, product, bays, number, series] : table<7>("platform/expected/machines")) {
         SCOPED_TRACE(what);
         SetUp();
-        if (!borel.empty()) make_directory("/sys/class/borel");
+        if (!driver.empty()) make_directory("/sys/class/" + driver);
         if (!chips.empty()) write_pci_list(chips);
         write_file("/etc/nas_feature", product);
         EXPECT_EQ(LibQuorvelBin_GetPlatform(), std::stoi(number));

@@ -67,8 +67,7 @@ std::vector<std::array<std::string, N>> table(const std::string& name) {
     return rows;
 }
 
-// An empty appliance for every test: all that an earlier one wrote is gone, the library's globals
-// are as at load.
+// An empty appliance for every test: all that an earlier one wrote is gone, the library's globals are as at load.
 class ApplianceTest : public testing::Test {
 protected:
     void SetUp() override;

@@ -1,5 +1,4 @@
-// One row per command word of the front end. The rooms of the subsystems each hold a table;
-// main.cpp walks them.
+// One row per command word of the front end. The rooms of the subsystems each hold a table; main.cpp walks them.
 #pragma once
 
 #include <stdio.h>
@@ -13,8 +12,7 @@ struct Command {
     const char* statuses;   // exit statuses in words: "0 found, 1 not found"
     int least;              // arguments behind the word that must be there
     int most;               // ... and that may be there; -1 for any number
-    // Gets the front end's whole vector: argv[0] the front end, argv[1] the word. Returns the exit
-    // status.
+    // Gets the front end's whole vector: argv[0] the front end, argv[1] the word. Returns the exit status.
     int (*run)(int argc, char** argv);
 };
 

@@ -43,7 +43,7 @@ bool is_listed(const char* table, dev_t number, Text<256>& where) {
         found = entry->mnt_fsname[0] == '/' && block_number(entry->mnt_fsname, listed) && listed == number;
         if (found) where.add(entry->mnt_dir);
     }
-    (void)endmntent(list);
+    endmntent(list);
     return found;
 }
 
@@ -95,7 +95,7 @@ bool find_disk(const char* path, Disk& disk, Reason& reason) {
         return true;
     });
     if (!found) return !because(reason, {path, " is no whole disk"});
-    (void)snprintf(disk.node, sizeof disk.node, "/dev/%s", disk.kernel);
+    snprintf(disk.node, sizeof disk.node, "/dev/%s", disk.kernel);
     dev_t own;
     if (!block_number(disk.node, own) || own != number)
         return !because(reason, {disk.node, " is not the disk behind ", path});

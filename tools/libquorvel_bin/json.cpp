@@ -17,7 +17,7 @@ namespace {
 struct Stream {
     using Ch = char;
     FILE* file;
-    void Put(char c) { (void)putc_unlocked(c, file); }
+    void Put(char c) { putc_unlocked(c, file); }
     void Flush() {}
 };
 

@@ -1,5 +1,5 @@
-// libquorvel_bin COMMAND [ARGUMENT]...: the library's answers for shell scripts. A link named after
-// a command is that command.
+// libquorvel_bin COMMAND [ARGUMENT]...: the library's answers for shell scripts. A link named after a command is that
+// command.
 #include <errno.h>
 #include <stdio.h>
 #include <string.h>

@@ -71,7 +71,7 @@ bool is_undecided_in(const struct disk_path* set, const quorvel::DiskPlace& plac
 const struct disk_path* find_named(const struct disk_path* set, const char* name) {
     for (; set != nullptr && set->type != DISK_PATH_END; set++) {
         char row_name[128];
-        (void)snprintf(row_name, sizeof row_name, "%s%d", quorvel::word_of_row(*set), set->slot);
+        snprintf(row_name, sizeof row_name, "%s%d", quorvel::word_of_row(*set), set->slot);
         if (strcmp(row_name, name) == 0) return set;
     }
     return nullptr;
@@ -79,7 +79,7 @@ const struct disk_path* find_named(const struct disk_path* set, const char* name
 
 bool is_device(const char* name) {
     char entry[512];
-    (void)snprintf(entry, sizeof entry, "/sys/block/%s", name);
+    snprintf(entry, sizeof entry, "/sys/block/%s", name);
     struct stat status;
     return lstat(entry, &status) == 0;
 }

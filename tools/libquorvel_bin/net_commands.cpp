@@ -11,11 +11,6 @@
 
 namespace {
 
-int print_truth(int truth) {
-    printf("%d\n", truth);
-    return truth == 1 ? kExitOk : kExitNo;
-}
-
 // An interface's name is looked for below /sys/class/net: a path would lead elsewhere.
 bool is_no_interface(char** argv) {
     if (argv[2] == nullptr || strchr(argv[2], '/') == nullptr) return false;
@@ -57,7 +52,7 @@ int run_ifinfo(int, char** argv) {
 }
 
 int run_bonding(int, char**) {
-    return print_truth(LibQuorvelBin_IsBondingMode());
+    return print_predicate(LibQuorvelBin_IsBondingMode());
 }
 
 int run_netif_count(int, char**) {
@@ -66,7 +61,7 @@ int run_netif_count(int, char**) {
 }
 
 int run_netif_exists(int, char** argv) {
-    return print_truth(is_no_interface(argv) ? 0 : LibQuorvelBin_IsExistNetIf(argv[2]));
+    return print_predicate(is_no_interface(argv) ? 0 : LibQuorvelBin_IsExistNetIf(argv[2]));
 }
 
 int run_netif_index(int, char** argv) {
@@ -76,11 +71,11 @@ int run_netif_index(int, char** argv) {
 }
 
 int run_netif_enabled(int, char** argv) {
-    return print_truth(LibQuorvelBin_IsNetIfEnabled(argv[2]));
+    return print_predicate(LibQuorvelBin_IsNetIfEnabled(argv[2]));
 }
 
 int run_netif_dhcp(int, char** argv) {
-    return print_truth(LibQuorvelBin_IsNetIfDhcp(argv[2]));
+    return print_predicate(LibQuorvelBin_IsNetIfDhcp(argv[2]));
 }
 
 int run_setip(int, char** argv) {

@@ -62,7 +62,7 @@ bool is_on_path(const char* program) {
     for (std::string_view rest = path != nullptr ? path : ""; !rest.empty();) {
         size_t length = std::min(rest.find(':'), rest.size());
         char file[4096];
-        (void)snprintf(file, sizeof file, "%.*s/%s", static_cast<int>(length), rest.data(), program);
+        snprintf(file, sizeof file, "%.*s/%s", static_cast<int>(length), rest.data(), program);
         if (access(file, X_OK) == 0) return true;
         rest.remove_prefix(std::min(length + 1, rest.size()));
     }

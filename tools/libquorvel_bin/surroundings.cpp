@@ -102,9 +102,9 @@ void put_signals_right() {
     // A file that may not grow further is an error to be told, and what was begun is cleared away.
     usual.sa_handler = SIG_IGN;
     (void)sigaction(SIGXFSZ, &usual, nullptr);
-    (void)alarm(0);
+    alarm(0);
     sigset_t none;
-    (void)sigemptyset(&none);
+    sigemptyset(&none);
     (void)sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 

@@ -19,7 +19,7 @@ Answer settled_answer(const NamingSource& source, const BlockDisk& disk) {
     constexpr useconds_t kPause = 50'000;
     Answer answer = answer_for(source, disk);
     for (int i = 1; i < kLooks && answer.name.length > 0 && answer.back.length == 0; i++) {
-        (void)usleep(kPause);
+        usleep(kPause);
         answer = answer_for(source, disk);
     }
     return answer;

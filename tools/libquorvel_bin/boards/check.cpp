@@ -13,7 +13,7 @@ void find(Findings& findings, Severity severity, const char* file, int line, con
     printf("%s: ", error ? "error" : "warning");
     va_list arguments;
     va_start(arguments, format);
-    (void)vprintf(format, arguments);
+    vprintf(format, arguments);
     va_end(arguments);
     puts("");
 }

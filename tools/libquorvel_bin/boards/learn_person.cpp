@@ -113,7 +113,7 @@ bool learn_bay(Plugging& plugging, int32_t type, int slot) {
         }
         char line[64];
         if (end >= 0) {
-            (void)usleep(200'000);
+            usleep(200'000);
             int64_t left = (end - milliseconds()) / 1000;
             if (left != told && left > 0) printf("  waiting for a disk, %d s left\n", static_cast<int>(told = left));
         } else if (is_line_waiting(200)) {
@@ -161,7 +161,7 @@ void read_somewhere(Light& light) {
     light.at = (light.at * 6364136223846793005U + 1442695040888963407U);
     uint64_t blocks = light.size / kReadSize;
     off_t place = blocks > 0 ? static_cast<off_t>(light.at % blocks * kReadSize) : 0;
-    if (pread(light.descriptor, light.block, kReadSize, place) < 0) (void)usleep(50'000);
+    if (pread(light.descriptor, light.block, kReadSize, place) < 0) usleep(50'000);
 }
 
 // Reads for as long as nothing is typed, and no longer than the wait.

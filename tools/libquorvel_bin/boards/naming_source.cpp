@@ -6,33 +6,11 @@
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "libquorvel_bin.h"
+#include "platform/platforms.h"
 
 using namespace quorvel;
 
 namespace {
-
-// How each platform is told from the others.
-struct Recognition {
-    int platform;
-    const char* name;
-    const char* sign;
-};
-
-constexpr Recognition kRecognitions[] = {
-    {PLATFORM_BOREL,         "borel",          "/sys/class/borel is there"                                         },
-    {PLATFORM_NISK_12BAY,    "nisk 12-bay",    "/proc/bus/pci/devices has its pair of controllers"                 },
-    {PLATFORM_PELLMAR_12BAY, "pellmar 12-bay", "/proc/bus/pci/devices has 11ab6440"                                },
-    {PLATFORM_ARMADA370,     "armada370",      "PRODUCT_SERIES in /etc/nas_feature is \"KT720\""                   },
-    {PLATFORM_UNKNOWN,       "unknown",        "neither /sys/class/borel nor a known controller or series is there"},
-};
-
-const Recognition& recognise() {
-    int platform = LibQuorvelBin_GetPlatform();
-    const Recognition* row = kRecognitions;
-    while (row->platform != PLATFORM_UNKNOWN && row->platform != platform)
-        row++;
-    return *row;
-}
 
 const char* shown_setting(const char* value) {
     return value[0] != '\0' ? value : "(not set)";
@@ -41,13 +19,14 @@ const char* shown_setting(const char* value) {
 // The file is in force, or why it is not; then what holds instead.
 void describe_origin(NamingSource& source, bool configured) {
     if (configured) return source.origin.add(kDiskOrderFile.path);
-    const Recognition& platform = recognise();
+    const Platform* platform = find_platform();
+    const char* title = platform != nullptr ? platform->title : "unknown";
+    const char* sign = platform != nullptr ? platform->sign : "no sign of a known platform is there";
     if (source.table.rows != nullptr) {
-        source.origin.append("built into the library for platform %s (%s)", platform.name, platform.sign);
+        source.origin.append("built into the library for platform %s (%s)", title, sign);
     } else {
         source.origin.append("none: rules INTERNAL_SCSI_TYPE=%s, USB_TREE_TYPE=%s; platform %s (%s)",
-                             shown_setting(source.wiring.internal), shown_setting(source.wiring.usb_tree),
-                             platform.name, platform.sign);
+                             shown_setting(source.wiring.internal), shown_setting(source.wiring.usb_tree), title, sign);
     }
     SlotFault fault = SlotFault::kNone;
     int line = first_bad_line(kDiskOrderFile, fault);
@@ -80,6 +59,11 @@ struct disk_path* load(NamedTable& table, const SlotFile& file) {
     return rows;
 }
 
+bool is_blank_or_comment(const char* line) {
+    const char* text = getNextKey(line);
+    return text[strspn(text, "\r\n")] == '\0' || text[0] == ';' || text[0] == '#';
+}
+
 struct BadLine {
     int number;
     SlotFault fault;
@@ -105,16 +89,18 @@ bool walk_slot_file(const SlotFile& file, SlotLineVisitor visit, void* context, 
         if (line_ended) number++;
         line_ended = line[0] != '\0' && line[strlen(line) - 1] == '\n';
         bool section = file.extension && take_section(extension, line);
-        char *key = nullptr, *value = nullptr;
-        bool setting = !section && split_setting(line, key, value);
-        if (!setting && !section && (key[strspn(key, "\r\n")] == '\0' || key[0] == ';' || key[0] == '#')) continue;
+        const auto setting = section ? std::nullopt : split_setting(line);
+        if (!setting && !section && is_blank_or_comment(line)) continue;
         SlotFault fault = SlotFault::kNone;
         if (setting) {
-            fault = file.extension ? take_extension_setting(extension, key, value)
-                                   : take_disk_order_setting(order, key, value);
+            fault = file.extension ? take_extension_setting(extension, setting->key, setting->value)
+                                   : take_disk_order_setting(order, setting->key, setting->value);
         }
         const SlotTableBuilder& read = file.extension ? extension.table : order.table;
-        visit(context, {number, setting ? key : nullptr, value, section, fault, read.count}, read.rows);
+        visit(
+            context,
+            {number, setting ? setting->key : nullptr, setting ? setting->value : nullptr, section, fault, read.count},
+            read.rows);
         good = good && fault == SlotFault::kNone;
     }
     if (table != nullptr && good) *table = (file.extension ? extension.table : order.table).release();

@@ -88,8 +88,7 @@ void explain_port(const struct disk_path& row, const DiskPlace& disk, Reason& re
 }
 
 void explain_indecision(const struct disk_path& row, const DiskPlace& disk, Reason& reason) {
-    std::string_view behind;
-    (void)contains_path(disk.full, row, behind);
+    std::string_view behind = behind_path(disk.full, row).value_or("");
     std::string_view next = take_component(behind);
     reason.append("behind its path \"usb\" and a bus must follow, not \"%.*s\": programs that ask wait for ever",
                   length_of(next), next.data());

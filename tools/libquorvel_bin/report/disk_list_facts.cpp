@@ -34,7 +34,7 @@ bool is_listed(const Facts& facts, const char* name) {
 
 void add_port(Facts& facts, const char* word, int port) {
     struct disk_entry entry = {};
-    (void)snprintf(entry.name, sizeof entry.name, "%s%d", word != nullptr ? word : "usbdisk", port);
+    snprintf(entry.name, sizeof entry.name, "%s%d", word != nullptr ? word : "usbdisk", port);
     entry.kind = DISK_PATH_USB;
     entry.slot = port;
     if (!is_listed(facts, entry.name)) (void)add_entry(&entry, &facts);

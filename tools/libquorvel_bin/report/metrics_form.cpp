@@ -16,16 +16,16 @@ namespace {
 
 // Label values: "\", '"' and line feeds are written with a backslash. Line feeds cannot occur in facts.
 void print_label(FILE* stream, const char* name, const char* value, bool first) {
-    (void)fprintf(stream, "%s%s=\"", first ? "" : ",", name);
+    fprintf(stream, "%s%s=\"", first ? "" : ",", name);
     for (const char* c = value; *c != '\0'; c++) {
-        if (*c == '\\' || *c == '"') (void)fputc('\\', stream);
-        (void)fputc(*c, stream);
+        if (*c == '\\' || *c == '"') fputc('\\', stream);
+        fputc(*c, stream);
     }
-    (void)fputc('"', stream);
+    fputc('"', stream);
 }
 
 void begin_family(FILE* stream, const char* name, const char* type, const char* help) {
-    (void)fprintf(stream, "# HELP quorvel_%s %s\n# TYPE quorvel_%s %s\n", name, help, name, type);
+    fprintf(stream, "# HELP quorvel_%s %s\n# TYPE quorvel_%s %s\n", name, help, name, type);
 }
 
 /// A label of every sample of a record.
@@ -51,7 +51,7 @@ template <typename Record>
 const char* value_of(const Record& record, const Label<Record>& label, char (&digits)[32]) {
     if (label.words != nullptr) return text_of(record.*label.words);
     digits[0] = '\0';
-    if (is_known(record.*label.number)) (void)snprintf(digits, sizeof digits, "%" PRId64, (record.*label.number).value);
+    if (is_known(record.*label.number)) snprintf(digits, sizeof digits, "%" PRId64, (record.*label.number).value);
     return digits;
 }
 
@@ -59,12 +59,12 @@ template <typename Record>
 void print_labels(FILE* stream, const Record& record, std::span<const Label<Record>> labels) {
     char digits[32];
     bool first = true;
-    (void)fputc('{', stream);
+    fputc('{', stream);
     for (const Label<Record>& label : labels) {
         print_label(stream, label.name, value_of(record, label, digits), first);
         first = false;
     }
-    (void)fputc('}', stream);
+    fputc('}', stream);
 }
 
 template <typename Record>
@@ -105,9 +105,9 @@ void print_family(FILE* stream, std::span<const Record> records, const Family<Re
         if (!has_sample(record, family) || is_repeated(records, record, labels)) continue;
         if (!begun) begin_family(stream, family.name, family.type, family.help);
         begun = true;
-        (void)fprintf(stream, "quorvel_%s", family.name);
+        fprintf(stream, "quorvel_%s", family.name);
         print_labels(stream, record, labels);
-        (void)fprintf(stream, " %.17g\n", value_of(record, family));
+        fprintf(stream, " %.17g\n", value_of(record, family));
     }
 }
 
@@ -262,7 +262,7 @@ constexpr Family<BackupFacts> kBackupFamilies[] = {
 
 void print_count(FILE* stream, const char* name, const char* help, size_t count) {
     begin_family(stream, name, kGauge, help);
-    (void)fprintf(stream, "quorvel_%s %zu\n", name, count);
+    fprintf(stream, "quorvel_%s %zu\n", name, count);
 }
 
 void print_firewall(FILE* stream, const List<ServiceFacts>& services) {
@@ -270,10 +270,10 @@ void print_firewall(FILE* stream, const List<ServiceFacts>& services) {
     begin_family(stream, "firewall_open", kGauge, "Whether a service is open on an interface, as configured.");
     for (const ServiceFacts& service : services) {
         for (const GateFacts& gate : service.gates) {
-            (void)fputs("quorvel_firewall_open{", stream);
+            fputs("quorvel_firewall_open{", stream);
             print_label(stream, "service", text_of(service.name), true);
             print_label(stream, "interface", text_of(gate.interface), false);
-            (void)fprintf(stream, "} %d\n", gate.open.value ? 1 : 0);
+            fprintf(stream, "} %d\n", gate.open.value ? 1 : 0);
         }
     }
 }
@@ -321,9 +321,9 @@ void print_metrics(const Facts& facts, FILE* stream) {
         print_count(stream, "iscsi_connections", "Connections to iSCSI targets.", connections(facts));
     print_count(stream, "problems", "What is wrong, counted.", facts.problems.count);
     begin_family(stream, "verdict", kGauge, "0 well, 1 degraded, 2 data at risk or lost, 3 not to be told.");
-    (void)fprintf(stream, "quorvel_verdict %d\n", facts.verdict);
+    fprintf(stream, "quorvel_verdict %d\n", facts.verdict);
     begin_family(stream, "report_timestamp_seconds", kGauge, "When the facts were gathered.");
-    (void)fprintf(stream, "quorvel_report_timestamp_seconds %" PRId64 "\n", facts.taken_seconds);
+    fprintf(stream, "quorvel_report_timestamp_seconds %" PRId64 "\n", facts.taken_seconds);
 }
 
 }  // namespace report

@@ -31,68 +31,67 @@ const char* class_of(Paint paint) {
 }
 
 void print_element(FILE* stream, const char* name, std::string_view text) {
-    (void)fprintf(stream, "<%s>", name);
+    fprintf(stream, "<%s>", name);
     print_xml(stream, text);
-    (void)fprintf(stream, "</%s>\n", name);
+    fprintf(stream, "</%s>\n", name);
 }
 
 // ---- Tables ----
 
 void print_cell(FILE* stream, const Cell& cell, const char* column) {
-    (void)fputs("<td data-label=\"", stream);
+    fputs("<td data-label=\"", stream);
     print_xml(stream, column != nullptr ? column : "");
-    (void)fputc('"', stream);
-    if (const char* name = class_of(cell.paint)) (void)fprintf(stream, " class=\"%s\"", name);
-    (void)fputs("><span>", stream);
+    fputc('"', stream);
+    if (const char* name = class_of(cell.paint)) fprintf(stream, " class=\"%s\"", name);
+    fputs("><span>", stream);
     print_xml(stream, cell.text.c_str());
-    (void)fputs("</span></td>", stream);
+    fputs("</span></td>", stream);
 }
 
 void print_row(FILE* stream, const Row& row, const Room& room) {
-    (void)fputs("<tr>", stream);
+    fputs("<tr>", stream);
     for (size_t i = 0; i < Row::kMostCells && (i < row.count || room.columns[i] != nullptr); i++)
         print_cell(stream, i < row.count ? row.cells[i] : Cell(), room.columns[i]);
-    (void)fputs("</tr>\n", stream);
+    fputs("</tr>\n", stream);
 }
 
 void print_room(FILE* stream, const Room& room) {
     if (room.rows.count == 0) return;
-    (void)fputs("<section>\n", stream);
+    fputs("<section>\n", stream);
     print_element(stream, "h2", room.heading);
-    (void)fputs("<table>\n<thead><tr>", stream);
+    fputs("<table>\n<thead><tr>", stream);
     for (const char* column : room.columns) {
         if (column == nullptr) continue;
-        (void)fputs("<th scope=\"col\">", stream);
+        fputs("<th scope=\"col\">", stream);
         print_xml(stream, column);
-        (void)fputs("</th>", stream);
+        fputs("</th>", stream);
     }
-    (void)fputs("</tr></thead>\n<tbody>\n", stream);
+    fputs("</tr></thead>\n<tbody>\n", stream);
     for (const Row& row : room.rows)
         print_row(stream, row, room);
-    (void)fputs("</tbody>\n</table>\n</section>\n", stream);
+    fputs("</tbody>\n</table>\n</section>\n", stream);
 }
 
 // ---- The page ----
 
 void print_problems(FILE* stream, const Facts& facts) {
     static constexpr const char* kClassesOfSeverity[] = {"good", "warning", "bad", "warning"};
-    (void)fprintf(stream, "<p class=\"%s\">Verdict: %s</p>\n", kClassesOfSeverity[facts.verdict],
-                  word_of(facts.verdict));
+    fprintf(stream, "<p class=\"%s\">Verdict: %s</p>\n", kClassesOfSeverity[facts.verdict], word_of(facts.verdict));
     if (facts.problems.count == 0) return;
-    (void)fputs("<ul>\n", stream);
+    fputs("<ul>\n", stream);
     for (const Problem& problem : facts.problems) {
-        (void)fprintf(stream, "<li class=\"%s\">", kClassesOfSeverity[problem.severity]);
+        fprintf(stream, "<li class=\"%s\">", kClassesOfSeverity[problem.severity]);
         print_xml(stream, text_of(problem.subject));
-        (void)fputs(": ", stream);
+        fputs(": ", stream);
         print_xml(stream, text_of(problem.text));
-        (void)fprintf(stream, " (%s)</li>\n", word_of(problem.severity));
+        fprintf(stream, " (%s)</li>\n", word_of(problem.severity));
     }
-    (void)fputs("</ul>\n", stream);
+    fputs("</ul>\n", stream);
 }
 
 void print_identity(FILE* stream, const Facts& facts) {
     const SystemFacts& system = facts.system;
-    (void)fputs("<p>", stream);
+    fputs("<p>", stream);
     for (const Words* words : {&system.product_name, &system.platform, &system.firmware_version, &system.kernel}) {
         if (!is_known(*words)) continue;
         print_xml(stream, words == &system.platform           ? "platform "
@@ -100,34 +99,34 @@ void print_identity(FILE* stream, const Facts& facts) {
                           : words == &system.kernel           ? "kernel "
                                                               : "");
         print_xml(stream, text_of(*words));
-        (void)fputs("; ", stream);
+        fputs("; ", stream);
     }
     const time_t taken = facts.taken_seconds;
     struct tm parts = {};
     char when[64] = "";
     if (gmtime_r(&taken, &parts) != nullptr) (void)strftime(when, sizeof when, "%Y-%m-%d %H:%M:%S UTC", &parts);
     print_xml(stream, when);
-    (void)fputs("</p>\n", stream);
+    fputs("</p>\n", stream);
 }
 
 }  // namespace
 
 void print_page(const Facts& facts, FILE* stream) {
     const char* name = is_known(facts.system.hostname) ? text_of(facts.system.hostname) : "appliance";
-    (void)fputs(
+    fputs(
         "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n<meta "
         "charset=\"utf-8\"/>\n"
         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n",
         stream);
     print_element(stream, "title", name);
-    (void)fprintf(stream, "<style>\n%s</style>\n</head>\n<body>\n<main>\n", kStyle);
+    fprintf(stream, "<style>\n%s</style>\n</head>\n<body>\n<main>\n", kStyle);
     print_element(stream, "h1", name);
     print_identity(stream, facts);
     print_problems(stream, facts);
     print_picture(facts, stream);
     for (const Room& room : rooms_of(facts))
         print_room(stream, room);
-    (void)fputs("</main>\n</body>\n</html>\n", stream);
+    fputs("</main>\n</body>\n</html>\n", stream);
 }
 
 }  // namespace report

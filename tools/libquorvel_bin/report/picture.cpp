@@ -46,25 +46,24 @@ struct Picture {
 // A box with its lines of text; screen readers get them as one label.
 void print_box(const Picture& picture, const Box& box, std::initializer_list<const char*> lines) {
     FILE* stream = picture.stream;
-    (void)fputs("<g role=\"img\" aria-label=\"", stream);
+    fputs("<g role=\"img\" aria-label=\"", stream);
     for (const char* const& line : lines) {
-        if (&line != lines.begin() && *line != '\0') (void)fputs(", ", stream);
+        if (&line != lines.begin() && *line != '\0') fputs(", ", stream);
         print_xml(stream, line);
     }
-    (void)fprintf(stream,
-                  "\"><rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" rx=\"5\" fill=\"%s\" stroke=\"%s\"%s/>\n",
-                  box.x, box.y, box.width, box.height, box.fill, box.edge,
-                  box.dashed ? " stroke-dasharray=\"5 4\"" : " stroke-width=\"2\"");
+    fprintf(stream, "\"><rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" rx=\"5\" fill=\"%s\" stroke=\"%s\"%s/>\n",
+            box.x, box.y, box.width, box.height, box.fill, box.edge,
+            box.dashed ? " stroke-dasharray=\"5 4\"" : " stroke-width=\"2\"");
     int y = box.y + 20;
     for (const char* const& line : lines) {
         if (*line == '\0') continue;
-        (void)fprintf(stream, "<text x=\"%d\" y=\"%d\"%s>", box.x + 8, y,
-                      &line == lines.begin() ? " font-weight=\"bold\"" : "");
+        fprintf(stream, "<text x=\"%d\" y=\"%d\"%s>", box.x + 8, y,
+                &line == lines.begin() ? " font-weight=\"bold\"" : "");
         print_xml_cut(stream, line, static_cast<size_t>((box.width - 16) / kPixelsAColumn));
-        (void)fputs("</text>\n", stream);
+        fputs("</text>\n", stream);
         y += kLineHeight;
     }
-    (void)fputs("</g>\n", stream);
+    fputs("</g>\n", stream);
 }
 
 // Boxes side by side, `columns` in a row; `draw` gets each record that `is_shown` and its box.
@@ -163,26 +162,25 @@ void print_network_port(const Picture& picture, const InterfaceFacts& interface,
 
 void print_heading(Picture& picture, const Facts& facts) {
     FILE* stream = picture.stream;
-    (void)fprintf(stream, "<text x=\"%d\" y=\"%d\" font-size=\"20\" font-weight=\"bold\">", kMargin, picture.y + 16);
+    fprintf(stream, "<text x=\"%d\" y=\"%d\" font-size=\"20\" font-weight=\"bold\">", kMargin, picture.y + 16);
     print_xml_cut(stream, is_known(facts.system.hostname) ? text_of(facts.system.hostname) : "appliance", 24);
-    (void)fprintf(stream, "</text>\n<text x=\"%d\" y=\"%d\" text-anchor=\"end\">", kWidth - kMargin, picture.y + 16);
+    fprintf(stream, "</text>\n<text x=\"%d\" y=\"%d\" text-anchor=\"end\">", kWidth - kMargin, picture.y + 16);
     const Text<128> verdict("verdict: %s", word_of(facts.verdict));
     print_xml(stream, verdict.c_str());
-    (void)fputs("</text>\n", stream);
+    fputs("</text>\n", stream);
     picture.y += 32;
 }
 
 void print_display(Picture& picture, const Facts& facts) {
     if (!is_known(facts.system.front_panel)) return;
     const int width = kWidth - 2 * kMargin;
-    (void)fprintf(
-        picture.stream,
-        "<g role=\"img\" aria-label=\"front panel\"><rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"30\" rx=\"3\" "
-        "fill=\"#10301c\"/>\n<text x=\"%d\" y=\"%d\" fill=\"#b8ffcf\" font-family=\"monospace\" "
-        "xml:space=\"preserve\">",
-        kMargin, picture.y, width, kMargin + 12, picture.y + 20);
+    fprintf(picture.stream,
+            "<g role=\"img\" aria-label=\"front panel\"><rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"30\" rx=\"3\" "
+            "fill=\"#10301c\"/>\n<text x=\"%d\" y=\"%d\" fill=\"#b8ffcf\" font-family=\"monospace\" "
+            "xml:space=\"preserve\">",
+            kMargin, picture.y, width, kMargin + 12, picture.y + 20);
     print_xml_cut(picture.stream, text_of(facts.system.front_panel), 64);
-    (void)fputs("</text></g>\n", picture.stream);
+    fputs("</text></g>\n", picture.stream);
     picture.y += 30 + kGap;
 }
 
@@ -190,17 +188,16 @@ void print_array_key(Picture& picture, const Facts& facts) {
     for (const ArrayFacts& array : facts.arrays) {
         if (!has_colour(array)) continue;
         const char* name = name_of(array);
-        (void)fprintf(
-            picture.stream,
-            "<rect x=\"%d\" y=\"%d\" width=\"16\" height=\"16\" fill=\"%s\" stroke=\"#444444\"/><text x=\"%d\" "
-            "y=\"%d\">",
-            kMargin, picture.y, colour_of(facts, name), kMargin + 24, picture.y + 13);
+        fprintf(picture.stream,
+                "<rect x=\"%d\" y=\"%d\" width=\"16\" height=\"16\" fill=\"%s\" stroke=\"#444444\"/><text x=\"%d\" "
+                "y=\"%d\">",
+                kMargin, picture.y, colour_of(facts, name), kMargin + 24, picture.y + 13);
         const Problem* problem = problem_of(facts, name);
         const Text<512> line("%s (%s): %s%s%s", name, text_of(array.level),
                              is_known(array.state) ? text_of(array.state) : "state not known",
                              problem != nullptr ? ", " : "", problem != nullptr ? text_of(problem->text) : "");
         print_xml_cut(picture.stream, line.c_str(), 80);
-        (void)fputs("</text>\n", picture.stream);
+        fputs("</text>\n", picture.stream);
         picture.y += 22;
     }
 }
@@ -244,20 +241,20 @@ void print_picture(const Facts& facts, FILE* stream) {
     const Text<512> title("Front of %s, %s",
                           is_known(facts.system.hostname) ? text_of(facts.system.hostname) : "the appliance",
                           word_of(facts.verdict));
-    (void)fprintf(stream,
-                  "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 %d %d\" width=\"%d\" height=\"%d\" "
-                  "font-family=\"sans-serif\" font-size=\"14\" fill=\"#111111\" role=\"group\" aria-label=\"",
-                  kWidth, height, kWidth, height);
+    fprintf(stream,
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 %d %d\" width=\"%d\" height=\"%d\" "
+            "font-family=\"sans-serif\" font-size=\"14\" fill=\"#111111\" role=\"group\" aria-label=\"",
+            kWidth, height, kWidth, height);
     print_xml(stream, title.c_str());
-    (void)fputs("\">\n<title>", stream);
+    fputs("\">\n<title>", stream);
     print_xml(stream, title.c_str());
-    (void)fprintf(stream,
-                  "</title>\n<rect x=\"1\" y=\"1\" width=\"%d\" height=\"%d\" rx=\"10\" fill=\"#f6f6f6\" "
-                  "stroke=\"#444444\" stroke-width=\"2\"/>\n",
-                  kWidth - 2, height - 2);
+    fprintf(stream,
+            "</title>\n<rect x=\"1\" y=\"1\" width=\"%d\" height=\"%d\" rx=\"10\" fill=\"#f6f6f6\" "
+            "stroke=\"#444444\" stroke-width=\"2\"/>\n",
+            kWidth - 2, height - 2);
     Picture picture = {stream};
     print_front(picture, facts);
-    (void)fputs("</svg>\n", stream);
+    fputs("</svg>\n", stream);
 }
 
 }  // namespace report

@@ -50,7 +50,7 @@ __attribute__((format(printf, 4, 5))) void tell(Facts& facts, Severity severity,
     char text[512];
     va_list arguments;
     va_start(arguments, format);
-    (void)vsnprintf(text, sizeof text, format, arguments);
+    vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
     problem->severity = severity;
     set(problem->subject, subject);

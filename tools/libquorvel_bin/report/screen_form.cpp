@@ -19,7 +19,7 @@ Paint paint_of(Severity severity) {
 
 void print_line(const Screen& screen, std::string_view text, Paint paint) {
     (void)print_cut(screen, text, screen.columns, paint);
-    (void)fputc('\n', screen.stream);
+    fputc('\n', screen.stream);
 }
 
 // ---- Title and problems ----
@@ -64,7 +64,7 @@ const char* word_of(Severity severity) {
 void print_screen(const Facts& facts, FILE* stream, size_t columns, bool colour) {
     const Screen screen = {stream, columns, colour};
     print_title(screen, facts);
-    (void)fputc('\n', stream);
+    fputc('\n', stream);
     print_problems(screen, facts);
     for (const Room& room : rooms_of(facts))
         print_table(screen, room);

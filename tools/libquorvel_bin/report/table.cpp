@@ -88,15 +88,15 @@ void print_row(const Screen& screen, const Row& row, const size_t (&widths)[Row:
     const size_t count = count_of(row);
     for (size_t i = 0; i < count && left > 2; i++) {
         const Cell& cell = row.cells[i];
-        (void)fputs("  ", screen.stream);
+        fputs("  ", screen.stream);
         left -= 2;
         const size_t width = print_cut(screen, cell.text.c_str(), left, cell.paint);
         left -= width;
         const size_t padding = i + 1 < count ? std::min(left, widths[i] - std::min(width, widths[i])) : 0;
-        (void)fprintf(screen.stream, "%*s", static_cast<int>(padding), "");
+        fprintf(screen.stream, "%*s", static_cast<int>(padding), "");
         left -= padding;
     }
-    (void)fputc('\n', screen.stream);
+    fputc('\n', screen.stream);
 }
 
 }  // namespace
@@ -116,17 +116,17 @@ size_t print_cut(const Screen& screen, std::string_view text, size_t columns, Pa
     size_t width = 0;
     const std::string_view shown = fitting(text, columns, width);
     const bool painted = screen.colour && paint != Paint::kNone && !shown.empty();
-    if (painted) (void)fputs(escape_of(paint), screen.stream);
-    (void)fwrite(shown.data(), 1, shown.size(), screen.stream);
-    if (painted) (void)fputs("\033[0m", screen.stream);
+    if (painted) fputs(escape_of(paint), screen.stream);
+    fwrite(shown.data(), 1, shown.size(), screen.stream);
+    if (painted) fputs("\033[0m", screen.stream);
     return width;
 }
 
 void print_table(const Screen& screen, const Room& room) {
     if (room.rows.count == 0) return;
-    (void)fputc('\n', screen.stream);
+    fputc('\n', screen.stream);
     (void)print_cut(screen, room.heading, screen.columns, Paint::kHeading);
-    (void)fputc('\n', screen.stream);
+    fputc('\n', screen.stream);
     const Row names = names_of(room);
     size_t widths[Row::kMostCells] = {};
     find_widths(names, widths);

@@ -39,8 +39,8 @@ int spawn_with(Run& run, int write_end, posix_spawn_file_actions_t& actions, pos
     char* environment[] = {locale, path, nullptr};
     (void)posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     (void)posix_spawn_file_actions_adddup2(&actions, write_end, STDOUT_FILENO);
-    (void)posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    (void)posix_spawnattr_setpgroup(&attributes, 0);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+    posix_spawnattr_setpgroup(&attributes, 0);
     return posix_spawnp(&run.process, run.tool->arguments[0], &actions, &attributes,
                         const_cast<char* const*>(run.tool->arguments), environment);
 }
@@ -52,9 +52,9 @@ int spawn(Run& run, int write_end) {
     int error = posix_spawnattr_init(&attributes);
     if (error == 0) {
         error = spawn_with(run, write_end, actions, attributes);
-        (void)posix_spawnattr_destroy(&attributes);
+        posix_spawnattr_destroy(&attributes);
     }
-    (void)posix_spawn_file_actions_destroy(&actions);
+    posix_spawn_file_actions_destroy(&actions);
     return error;
 }
 

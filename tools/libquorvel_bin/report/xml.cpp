@@ -42,11 +42,11 @@ void print_xml(FILE* stream, std::string_view text) {
         const std::string_view sequence = front_of(text, length > 0 ? length : 1);
         const char* reference = reference_of(sequence[0]);
         if (reference != nullptr) {
-            (void)fputs(reference, stream);
+            fputs(reference, stream);
         } else if (length == 0 || is_unknown_to_xml(sequence)) {
-            (void)fputs("\xef\xbf\xbd", stream);
+            fputs("\xef\xbf\xbd", stream);
         } else {
-            (void)fwrite(sequence.data(), 1, sequence.size(), stream);
+            fwrite(sequence.data(), 1, sequence.size(), stream);
         }
         text = behind(text, sequence.size());
     }
@@ -55,7 +55,7 @@ void print_xml(FILE* stream, std::string_view text) {
 void print_xml_cut(FILE* stream, std::string_view text, size_t columns) {
     const bool fits = width_of(text) <= columns;
     print_xml(stream, fits ? text : fitting(text, columns - 1));
-    if (!fits) (void)fputs("…", stream);
+    if (!fits) fputs("…", stream);
 }
 
 }  // namespace report

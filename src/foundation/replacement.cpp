@@ -19,9 +19,24 @@ constexpr size_t kLongestPath = 4096;
 constexpr int kTries = 2000;
 constexpr struct timespec kPause = {0, 5'000'000};
 
-bool is_own_file(const char* path) {
+// What is whole, and may be read, is moved into its place within this time.
+constexpr time_t kLongestMove = 600;
+
+// Who may read a file may also lock it, and never let go: the lock of one that was left over whole tells nothing.
+bool may_be_locked_by_others(const struct stat& status) {
+    struct timespec now;
+    if ((status.st_mode & 077) == 0 || clock_gettime(CLOCK_REALTIME, &now) != 0) return false;
+    return now.tv_sec - status.st_mtime > kLongestMove;
+}
+
+bool is_own_file(const struct stat& status) {
+    return S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1;
+}
+
+// Whether another writer may be at work on what has the name.
+bool may_be_held(const char* path) {
     struct stat status;
-    return lstat(path, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1;
+    return lstat(path, &status) == 0 && is_own_file(status) && !may_be_locked_by_others(status);
 }
 
 bool is_free(int descriptor) {
@@ -34,7 +49,7 @@ bool is_free(int descriptor) {
 
 // Removes what has the name, unless another writer holds it. False when it cannot be removed.
 bool remove_left_over(const char* path) {
-    if (is_own_file(path)) {
+    if (may_be_held(path)) {
         Descriptor old = above_standard(open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
         if (old && (!is_free(old.number) || !is_named(old.number, path))) return errno == ETIMEDOUT || errno == 0;
     }

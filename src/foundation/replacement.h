@@ -13,7 +13,8 @@ namespace quorvel {
 
 /// An empty file of that name, locked, that nobody but the caller can read. One that is there already and that another
 /// writer holds is waited for, ten seconds at most; anything else of that name (left over, a link, somebody else's) is
-/// removed and never written. None, and errno, when that cannot be done.
+/// removed and never written; what others may read counts as left over after ten minutes, whoever has locked it. None,
+/// and errno, when that cannot be done.
 [[nodiscard]] Descriptor open_replacement(WholeText path);
 
 /// Whether a path, itself no link, is the file that is open.

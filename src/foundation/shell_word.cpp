@@ -16,10 +16,11 @@ bool is_plain(char c) {
 }  // namespace
 
 ShellWord::ShellWord(const char* word) : plain(word) {
-    while (is_plain(*word))
+    const bool is_option = *word == '-';
+    while (!is_option && is_plain(*word))
         word++;
-    if (*word == '\0') return;
-    quoted.add("'");
+    if (*word == '\0' && word != plain) return;
+    quoted.add(is_option ? "'./" : "'");
     for (const char* c = std::exchange(plain, nullptr); *c != '\0'; c++)
         quoted.add(*c == '\'' ? std::string_view("'\\''") : std::string_view(c, 1));
     quoted.add("'");

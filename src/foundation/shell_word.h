@@ -8,9 +8,10 @@ namespace quorvel {
 /// Longest command line the library forms, terminator included.
 inline constexpr size_t kCommandSize = 1024;
 
-/// A text as one word of a command line: as it is, or in single quotes when it holds anything that a shell might read
-/// as more than a plain word. No text from a file or an argument becomes syntax this way. A word that had to be cut
-/// fills every command line, which is then cut and not run.
+/// A text as one word of a command line: as it is, or in single quotes when it is empty or holds anything that a shell
+/// might read as more than a plain word; a path that begins with "-" as the same path without that. No text from a file
+/// or an argument becomes syntax or an option this way. A word that had to be cut fills every command line, which is
+/// then cut and not run.
 struct ShellWord {
     explicit ShellWord(const char* word);
     const char* c_str() const { return plain != nullptr ? plain : quoted.c_str(); }

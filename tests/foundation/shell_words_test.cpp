@@ -22,6 +22,9 @@ TEST_F(ApplianceTest, HostileTextsStayOneWord) {
         {"/usr/local/bin/nslookup",    [&] { char word[] = "dns"; char* words[] = {word, nullptr}; (void)LibQuorvelBin_IsDNSReachable(1, words); },
                                                                                                 "-timeout=3 -retry=2 " + text},
         {"/usr/local/bin/mv",          [&] { (void)set_StringbyKey(device, "a", "b"); },        path + "_tmp " + path},
+        {"/usr/local/bin/mv",          [&] { (void)set_StringbyKey("-t", "a", "b"); },          "./-t_tmp ./-t"},
+        {"/usr/local/bin/mount",       [&] { (void)LibQuorvelBin_MountTest("-a"); },            "./-a /tmp/mount_test"},
+        {"/usr/local/bin/mount",       [&] { (void)LibQuorvelBin_MountTest(""); },              " /tmp/mount_test"},
     };
     // clang-format on
     stand_in(path);  // a device that may be executed

@@ -191,6 +191,13 @@ TEST_F(Vocabulary, AReplacementIsNewAndNobodyElses) {
     EXPECT_EQ(errno, ETIMEDOUT);
     EXPECT_EQ(std::exchange(pauses, -1), 2000);
     EXPECT_EQ(read_file(kPath), "new");
+    // Left over whole: whoever may read it may lock it for ever.
+    const struct timespec long_ago[] = {
+        {1'000'000'000, 0},
+        {1'000'000'000, 0}
+    };
+    futimens(held.number, long_ago);
+    EXPECT_TRUE(open_replacement(kPath));
     make_directory("/tmp/directory");
     EXPECT_FALSE(open_replacement("/tmp/directory"));
 }

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,6 +34,8 @@ Answer ask(Words words) {
 using CheckedCommands = ApplianceTest;
 
 TEST_F(CheckedCommands, RefuseAndCompare) {
+    make_directory("/run");
+    ASSERT_EQ(mkfifo("/run/pipe", 0600), 0);
     play("tools/expected/checked", ask,
          {
              {"{lf}",   "\n"           },

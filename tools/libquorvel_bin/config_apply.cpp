@@ -115,9 +115,11 @@ int run_config_apply(int argc, char** argv) {
         return kExitUsage;
     }
     SettingsList list;
-    int faults = read_list(options.list, list) ? check_list(list, options.add) : -1;
-    if (faults < 0) {
-        fprintf(stderr, "config apply: %s: %s\n", options.list, strerror(errno));
+    const char* unreadable = read_list(options.list, list);
+    const int faults = unreadable == nullptr ? check_list(list, options.add) : 0;
+    if (faults < 0) unreadable = strerror(errno);
+    if (unreadable != nullptr) {
+        fprintf(stderr, "config apply: %s: %s\n", options.list, unreadable);
         return kExitNo;
     }
     if (faults > 0) {

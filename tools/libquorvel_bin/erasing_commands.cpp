@@ -2,6 +2,7 @@
 
 #include <stdio.h>
 #include <string.h>
+#include <sys/stat.h>
 
 #include "command.h"
 #include "disk/data_partition_size.h"
@@ -62,6 +63,12 @@ bool stands_in_the_way(const Request& request, const Disk& disk, Reason& reason)
            is_refused_size(request, disk.node, reason);
 }
 
+// What is there but can hold no partitions: a pipe would keep dd waiting, which no signal ends here.
+bool is_no_disk(const char* path) {
+    struct stat status;
+    return stat(path, &status) == 0 && !S_ISBLK(status.st_mode) && !S_ISREG(status.st_mode);
+}
+
 // ---- The plan ----
 
 void print_steps(std::span<const Step> steps, const char* node) {
@@ -97,10 +104,13 @@ int run_request(int argc, char** argv, Request request) {
     Disk disk;
     Reason reason;
     const bool found = find_disk(request.device, disk, reason);
-    const bool refused = (!found || stands_in_the_way(request, disk, reason)) && !request.force;
+    const bool overridable = !is_no_disk(request.device);
+    const bool refused = (!found || stands_in_the_way(request, disk, reason)) && !(request.force && overridable);
     // Links may be laid anew in the meantime, the kernel's own name may not.
     const char* node = found ? disk.node : request.device;
-    if (refused) fprintf(stderr, "%s: refused: %s (--force overrides)\n", argv[1], reason.c_str());
+    if (refused) {
+        fprintf(stderr, "%s: refused: %s%s\n", argv[1], reason.c_str(), overridable ? " (--force overrides)" : "");
+    }
     if (refused && (!found || !request.dry_run)) return kExitRefused;
     if (!request.dry_run) return lay_out(request, node);
     if (found) describe_disk(disk);

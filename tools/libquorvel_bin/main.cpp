@@ -95,7 +95,17 @@ bool only_looks(char** argv) {
     return strcmp(argv[1], "config") == 0 && argv[2] != nullptr && strcmp(argv[2], "read") == 0;
 }
 
+// Whoever watches takes 1 of "status" for a verdict.
+int without_room(const Command& command, const char* limit) {
+    constexpr int kVerdictUnknown = 3;
+    fprintf(stderr, "%s: %s: the caller's limit of %s is too low\n", kName, command.word, limit);
+    return strcmp(command.word, "status") == 0 ? kVerdictUnknown : kExitNo;
+}
+
 int run_command(const Command& command, int argc, char** argv) {
+    // With less, what could not be looked at would look as if it were not there.
+    const char* limit = only_looks(argv) ? nullptr : low_limit();
+    if (limit != nullptr) return without_room(command, limit);
     if (int status = kExitOk; run_as_json(argc, argv, status)) return status;
     int given = argc - 2;
     if (given < command.least || (command.most >= 0 && given > command.most)) {

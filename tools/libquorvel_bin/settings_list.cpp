@@ -1,7 +1,6 @@
 #include "settings_list.h"
 
 #include <errno.h>
-#include <fcntl.h>
 #include <stdio.h>
 #include <string.h>
 #include <sys/stat.h>
@@ -84,10 +83,13 @@ const char* check_line(SettingsList& list, Change& change, char* text, size_t le
 
 }  // namespace
 
-bool read_list(const char* path, SettingsList& list) {
-    if (strcmp(path, "-") == 0) return read_all(STDIN_FILENO, list);
-    Descriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY));
-    return file && read_all(file.number, list);
+const char* read_list(const char* path, SettingsList& list) {
+    if (strcmp(path, "-") == 0) return read_all(STDIN_FILENO, list) ? nullptr : strerror(errno);
+    errno = 0;
+    mode_t type;
+    Descriptor file = open_for_reading(path, type);
+    if (type == S_IFREG && read_all(file.number, list)) return nullptr;
+    return errno != 0 ? strerror(errno) : "no regular file; \"-\" reads standard input";
 }
 
 int check_list(SettingsList& list, bool may_add) {

@@ -36,8 +36,9 @@ struct SettingsList {
     Change* end() const { return changes.get() + count; }
 };
 
-/// Reads a list to its end; false when it cannot be read, with errno.
-bool read_list(const char* path, SettingsList& list);
+/// Reads a list to its end: a regular file, which nobody has to be waited for, or standard input, which is "-". Null,
+/// or why it cannot be read.
+const char* read_list(const char* path, SettingsList& list);
 
 /// Takes the text apart and looks at every entry. Tells each line at fault on standard error and gives their number,
 /// or -1 without memory.

@@ -6,6 +6,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/auxv.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <string_view>
@@ -41,6 +42,29 @@ bool is_plain_zone(std::string_view zone) {
     return !zone.starts_with(':') && !zone.starts_with('/') && zone.find("..") == std::string_view::npos;
 }
 
+// What every command gets by with, and what it is given when the caller may have that much.
+struct Limit {
+    int resource;
+    rlim_t least;
+    rlim_t wanted;
+    const char* name;
+};
+
+constexpr Limit kLimits[] = {
+    {RLIMIT_NOFILE, 16,       256,      "open files"      },
+    {RLIMIT_STACK,  1U << 18, 1U << 20, "the stack's size"},
+};
+
+// Beyond the hard limit only root may go.
+bool raise_limit(const Limit& limit) {
+    struct rlimit present = {};
+    if (getrlimit(limit.resource, &present) != 0 || present.rlim_cur >= limit.wanted) return true;
+    struct rlimit raised = {limit.wanted, present.rlim_max < limit.wanted ? limit.wanted : present.rlim_max};
+    if (setrlimit(limit.resource, &raised) == 0) return true;
+    raised = {present.rlim_max, present.rlim_max};
+    return present.rlim_max >= limit.least && setrlimit(limit.resource, &raised) == 0;
+}
+
 char kPath[] = "PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin";
 char kLocale[] = "LC_ALL=C";
 char* kCleanEnvironment[] = {kPath, kLocale, nullptr};
@@ -63,11 +87,21 @@ void put_surroundings_right() {
     clean_environment();
 }
 
+const char* low_limit() {
+    for (const Limit& limit : kLimits) {
+        if (!raise_limit(limit)) return limit.name;
+    }
+    return nullptr;
+}
+
 void put_signals_right() {
     struct sigaction usual = {};
     usual.sa_handler = SIG_DFL;
     for (int number : {SIGPIPE, SIGCHLD})
         (void)sigaction(number, &usual, nullptr);
+    // A file that may not grow further is an error to be told, and what was begun is cleared away.
+    usual.sa_handler = SIG_IGN;
+    (void)sigaction(SIGXFSZ, &usual, nullptr);
     (void)alarm(0);
     sigset_t none;
     (void)sigemptyset(&none);

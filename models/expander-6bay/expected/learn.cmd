@@ -14,5 +14,18 @@ grep -h ^HDD /etc/diskpath.conf
 printf '1 NONE\nx SAS1\n' >/tmp/serials
 libquorvel_bin learn --serials /tmp/serials --yes
 libquorvel_bin learn
+rm -f /tmp/serials && mkfifo /tmp/serials
+libquorvel_bin learn --serials /tmp/serials --yes
+rm /tmp/serials
+# What a disk says of itself is text: it moves no cursor and becomes no row.
+printf '....\033]2;x\007PMP4\nHDD_BOOT=1,\t/x' >/sys/devices/pci0000:00/0000:00:17.0/ata3/host3/target3:0:0/3:0:0:0/vpd_pg80
+echo '4 PMP4' >/tmp/serials
+libquorvel_bin learn --serials /tmp/serials --yes | grep -a sdf
+echo '4 ]2;x?PMP4?HDD_BOOT=1,?/x' >/tmp/serials
+libquorvel_bin learn --serials /tmp/serials --yes | grep -a ^sdf
+# Nothing is written through what has the name of the new file.
+ln -s /etc/hosts /etc/diskpath.conf_tmp
+libquorvel_bin learn --from-kernel --yes >/tmp/shown
+ls /etc/diskpath* /etc/hosts 2>&1
 printf '1 USB-A\n' >/tmp/serials
 libquorvel_bin learn --serials /tmp/serials --yes || ls /etc/diskpath*

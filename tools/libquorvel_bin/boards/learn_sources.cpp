@@ -1,7 +1,9 @@
 // Learning without plugging: by serial numbers, and from what the kernel itself tells of bays.
 #include <dirent.h>
+#include <errno.h>
 #include <stdio.h>
 #include <string.h>
+#include <sys/stat.h>
 
 #include "boards/learn.h"
 #include "foundation/files.h"
@@ -165,9 +167,12 @@ bool read_bay(const char* text, int32_t& type, int& slot) {
 
 bool learn_by_serials(Proposal& proposal, const AllDisks& all, const char* path) {
     constexpr size_t kPiece = 511;
-    Descriptor file = open_for_reading(path);
-    if (!file) {
-        perror(path);
+    errno = 0;
+    mode_t type;
+    Descriptor file = open_for_reading(path, type);
+    if (type != S_IFREG) {
+        // Nobody has to be waited for to write into a regular file.
+        fprintf(stderr, "%s: %s\n", path, errno != 0 ? strerror(errno) : "no regular file");
         return false;
     }
     LineReader reader(file.number, kPiece);

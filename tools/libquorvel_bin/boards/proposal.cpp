@@ -1,19 +1,17 @@
 #include "boards/proposal.h"
 
 #include <errno.h>
-#include <fcntl.h>
-#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <new>
 
 #include "boards/naming_source.h"
 #include "boards/reasons.h"
-#include "foundation/files.h"
+#include "foundation/child.h"
+#include "foundation/replacement.h"
 #include "libquorvel_bin.h"
 
 using namespace quorvel;
@@ -21,7 +19,6 @@ using namespace quorvel;
 namespace {
 
 constexpr char kCopy[] = "/etc/diskpath.conf.old";
-constexpr char kTemporary[] = "/etc/diskpath.conf.new";
 
 // ---- Rows ----
 
@@ -95,37 +92,20 @@ bool is_name_of(const Proposal& proposal, const BlockDisk& disk, const AllDisks&
 
 // ---- The file ----
 
-// What comes in between would leave the new file behind half-written.
-struct SignalsHeld {
-    sigset_t before;
-
-    SignalsHeld() {
-        sigset_t held;
-        (void)sigemptyset(&held);
-        for (int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP})
-            (void)sigaddset(&held, signal);
-        (void)sigprocmask(SIG_BLOCK, &held, &before);
-    }
-    ~SignalsHeld() { (void)sigprocmask(SIG_SETMASK, &before, nullptr); }
-    SignalsHeld(const SignalsHeld&) = delete;
-    SignalsHeld& operator=(const SignalsHeld&) = delete;
-};
-
-bool fill(FILE* file, const Proposal& proposal) {
+// The whole file as a text, or nothing and errno.
+std::string_view text_of(const Proposal& proposal, Heap<char>& text) {
+    char* content = nullptr;
+    size_t length = 0;
+    File file(open_memstream(&content, &length));
+    if (!file) return {};
     Rows rows;
     make_rows(rows, proposal);
-    fputs("; Slots of this machine, written by libquorvel_bin learn.\n", file);
-    print_rows(file, rows);
-    return fflush(file) == 0 && ferror(file) == 0 && fsync(fileno(file)) == 0;
-}
-
-bool write_new(const Proposal& proposal) {
-    Descriptor opened(open(kTemporary, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
-    if (!opened) return false;
-    File file(fdopen(opened.number, "w"));
-    if (!file) return false;
-    (void)opened.release();
-    return fill(file.get(), proposal);
+    fputs("; Slots of this machine, written by libquorvel_bin learn.\n", file.get());
+    print_rows(file.get(), rows);
+    const bool whole = ferror(file.get()) == 0;
+    const bool closed = fclose(file.release()) == 0;
+    text.reset(content);
+    return whole && closed ? std::string_view(content, length) : std::string_view();
 }
 
 bool keep_copy() {
@@ -213,11 +193,10 @@ bool show_proposal(const Proposal& proposal, const AllDisks& all) {
 }
 
 bool write_proposal(const Proposal& proposal) {
-    SignalsHeld held;
-    bool written = write_new(proposal) && keep_copy() && rename(kTemporary, kDiskOrderFile.path) == 0;
-    if (!written) {
-        perror("libquorvel_bin: learn: /etc/diskpath.conf is as it was");
-        (void)unlink(kTemporary);
-    }
+    const HeldSignals held;
+    Heap<char> text;
+    const std::string_view content = text_of(proposal, text);
+    const bool written = !content.empty() && keep_copy() && replace_file(kDiskOrderFile.path, content);
+    if (!written) perror("libquorvel_bin: learn: /etc/diskpath.conf is as it was");
     return written;
 }

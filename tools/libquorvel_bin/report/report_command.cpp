@@ -1,6 +1,5 @@
 // report and status: the whole appliance in one answer, and the verdict alone.
 #include <errno.h>
-#include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -10,6 +9,7 @@
 
 #include "command.h"
 #include "foundation/handles.h"
+#include "foundation/replacement.h"
 #include "foundation/text.h"
 #include "report/forms.h"
 #include "report/gather.h"
@@ -108,29 +108,35 @@ bool print(const Facts& facts, Form form, FILE* stream) {
     return true;
 }
 
-// A device, or a link such as /dev/stdout, must not become a file.
-bool may_be_replaced(const char* path) {
-    struct stat status;
-    if (lstat(path, &status) != 0 || S_ISREG(status.st_mode)) return true;
-    errno = EEXIST;
-    return false;
+// The mode of a file that somebody else laid there is no reason to show him the report.
+bool print_whole(const Facts& facts, Form form, FILE* stream, const struct stat* replaced) {
+    if (!print(facts, form, stream) || fflush(stream) != 0 || ferror(stream) != 0) return false;
+    const bool own = replaced != nullptr && replaced->st_uid == geteuid();
+    quorvel::give_mode_and_owner(fileno(stream), own ? replaced : nullptr);
+    return true;
 }
 
-// A reader of the file sees the old report or the new one: it is written beside it and moved into its place.
+// A reader of the file sees the old report or the new one: it is written beside it, locked, and moved into its place. A
+// device, or a link such as /dev/stdout, must not become a file.
 bool print_to_file(const Facts& facts, const Options& options) {
-    if (!may_be_replaced(options.file)) return false;
-    const quorvel::Text<4096> beside("%s.XXXXXX", options.file);
-    char path[sizeof beside.chars];
-    memcpy(path, beside.chars, sizeof path);
-    const int descriptor = beside.cut ? -1 : mkostemp(path, O_CLOEXEC);
-    if (descriptor == -1) return false;
-    quorvel::File file(fdopen(descriptor, "w"));
-    if (file == nullptr) (void)close(descriptor);
-    bool written = file != nullptr && fchmod(descriptor, 0644) == 0 && print(facts, options.form, file.get()) &&
-                   ferror(file.get()) == 0;
-    if (file != nullptr && fclose(file.release()) != 0) written = false;
-    if (written && rename(path, options.file) == 0) return true;
-    (void)unlink(path);
+    struct stat replaced;
+    const bool there = lstat(options.file, &replaced) == 0;
+    if (there && !S_ISREG(replaced.st_mode)) {
+        errno = EEXIST;
+        return false;
+    }
+    const quorvel::Text<4096> beside("%s_tmp", options.file);
+    quorvel::Descriptor made = quorvel::open_replacement(beside);
+    const quorvel::File file(made ? fdopen(made.number, "w") : nullptr);
+    if (file == nullptr) return false;
+    (void)made.release();  // the stream has it
+    if (print_whole(facts, options.form, file.get(), there ? &replaced : nullptr) &&
+        rename(beside.c_str(), options.file) == 0) {
+        return true;
+    }
+    const int reason = errno;
+    (void)unlink(beside.c_str());
+    errno = reason;
     return false;
 }
 

@@ -168,11 +168,15 @@ class Copy:
     def check_unharmed(self, what, sanitized):
         """Without a fault everything passes; otherwise nothing could be told."""
         rooms = [what] if what in ROOMS else ROOMS
-        good = self.build("build") and all(self.room_passes(room) for room in rooms) and self.models_pass()
-        if good and sanitized:
-            good = self.build("build-asan") and all(self.room_passes(room, "build-asan") for room in rooms)
-        if not good:
-            sys.exit("mutate: the tests do not pass as they are\n" + self.said[-4000:])
+        steps = [("the build", lambda: self.build("build"))]
+        steps += [("the tests of " + room, lambda room=room: self.room_passes(room)) for room in rooms]
+        steps += [("the sample appliances", self.models_pass)]
+        if sanitized:
+            steps += [("the build for sanitizers", lambda: self.build("build-asan"))]
+            steps += [("the sanitized tests of " + room, lambda room=room: self.room_passes(room, "build-asan")) for room in rooms]
+        for name, passes in steps:
+            if not passes():
+                sys.exit("mutate: %s fail as they are\n%s" % (name, self.said[-4000:]))
 
 
 class Hunt:

@@ -168,11 +168,13 @@ TEST_F(FirewallTest, ReplacesItsFileWhenTheNewOneIsWhole) {
     // There is no room: nothing is lost and nothing is left over.
     signal(SIGXFSZ, SIG_IGN);
     const std::string before = read_file(ports_file);
-    const struct rlimit small = {100, RLIM_INFINITY}, none = {RLIM_INFINITY, RLIM_INFINITY};
+    struct rlimit usual;
+    getrlimit(RLIMIT_FSIZE, &usual);
+    const struct rlimit small = {100, usual.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
     const int result = LibQuorvelBin_FirewallEntry(
         2, std::array{const_cast<char*>("firewall"), const_cast<char*>("--def_config")}.data());
-    setrlimit(RLIMIT_FSIZE, &none);
+    setrlimit(RLIMIT_FSIZE, &usual);
     EXPECT_EQ(std::pair(result, errno), std::pair(-1, EFBIG));
     EXPECT_EQ(read_file("/etc/tevra/file"), before);
     EXPECT_EQ(quorvel::capture_command("ls /etc/tevra").output.get(), std::string("file\nservice_ports\n"));

@@ -75,7 +75,8 @@ def in_turn(what, seed):
 
 def limited():
     """What a planted fault may take of the machine."""
-    resource.setrlimit(resource.RLIMIT_FSIZE, (1 << 30, 1 << 30))
+    # A test makes a file beyond 4 GiB, of holes.
+    resource.setrlimit(resource.RLIMIT_FSIZE, (6 << 30, 6 << 30))
     resource.setrlimit(resource.RLIMIT_CPU, (LONGEST_AT_WORK, LONGEST_AT_WORK))
 
 

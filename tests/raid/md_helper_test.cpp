@@ -121,7 +121,8 @@ TEST_F(MdHelperTest, TracesTellEveryStep) {
     debug = 102;
     EXPECT_EQ(text_of("expected/guess-traces"), run({"diskinfo", "guess"}));
     model(4, 1);
-    const std::string output = run({"diskmode"}), report = printed_by([] { LibQuorvelBin_ShowDiskInfo("disk4"); });
+    const std::string output = run({"diskmode"}),
+                      report = printed_by([] { EXPECT_EQ(0, LibQuorvelBin_ShowDiskInfo("disk4")); });
     EXPECT_EQ(text_of("expected/diskmode-traces"), output.substr(output.find("diskmode")) + "\n");
     EXPECT_NE(std::string::npos, report.find(": array1\nARRAY : array1\nin_array(sb.minor) : array1\n")) << report;
 }

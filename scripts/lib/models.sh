@@ -9,7 +9,7 @@ model_names() {
 list_models() {
     local name
     for name in $(model_names); do
-        printf '%-16s %s\n' "$name" "$(<"$project_dir/models/$name/model.txt")"
+        printf '%-16s %s\n' "$name" "$(head -n 1 "$project_dir/models/$name/model.txt" | tr -cd '[:print:]')"
     done
 }
 

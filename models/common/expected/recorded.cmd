@@ -1,7 +1,7 @@
 # What the appliance answered when it was recorded; of what check finds, all but programs that are missing.
 ask() {
     answer=$(libquorvel_bin "$@" 2>/dev/null) && status=0 || status=$?
-    echo "$*: $answer ($status)"
+    printf '%s\n' "$*: $answer ($status)"
 }
 for question in platform series kernel slots disks spooldir available_disk firminfo "md diskmode" "iscsi session_info" \
     "config read info.tevra.etc" "backup Info 1"; do

@@ -10,6 +10,9 @@ libquorvel_bin diskname sdg
 # What the kernel tells by itself: the bays of the enclosure.
 libquorvel_bin learn --from-kernel --yes >/tmp/shown
 grep -h ^HDD /etc/diskpath.conf
+# What an enclosure says that counts to no bay.
+echo 2147483647 >/sys/class/enclosure/0:0:3:0/Slot02/slot
+libquorvel_bin learn --from-kernel --yes >/tmp/shown; grep -h ^HDD /etc/diskpath.conf
 # What is refused.
 printf '1 NONE\nx SAS1\n' >/tmp/serials
 libquorvel_bin learn --serials /tmp/serials --yes

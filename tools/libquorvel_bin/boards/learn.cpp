@@ -28,7 +28,7 @@ constexpr struct option kOptions[] = {
 bool take_number(const char* text, int& number) {
     if (!is_all_digits(text)) return false;
     number = leading_int(text);
-    return number <= 999;
+    return number <= kMostBay;
 }
 
 bool take_option(LearnOptions& options, int option) {

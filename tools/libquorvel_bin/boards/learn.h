@@ -3,6 +3,9 @@
 
 #include "boards/proposal.h"
 
+/// The highest number of a bay that is asked for, read or believed.
+constexpr int kMostBay = 999;
+
 struct LearnOptions {
     const char* serials = nullptr;  // file with lines "BAY SERIAL"
     bool from_kernel = false, blink = false, yes = false;

@@ -82,11 +82,12 @@ void take_disk(KernelSearch& search, int disk, int slot, const char* source) {
         add_bay(search.proposal, DISK_PATH_INTERNAL, slot, search.all.disks[disk], search.all) && search.right;
 }
 
+// An enclosure says what it likes.
 bool read_number_of(const char* path, int& number) {
     char line[32];
     if (!read_first_line(path, line, sizeof line) || !is_digit(line[0])) return false;
     number = leading_int(line);
-    return true;
+    return number <= kMostBay;
 }
 
 // Calls `visit` with the path of each entry of a directory, in the order of their names.
@@ -134,7 +135,9 @@ void search_pci_slots(KernelSearch& search) {
     for_each_entry("/sys/bus/pci/slots", [&search](const char* slot) {
         char address[32];
         int number = leading_int(last_component(slot));
-        if (number < 1 || !read_first_line(Text<640>("%s/address", slot).c_str(), address, sizeof address)) return;
+        if (number < 1 || number > kMostBay ||
+            !read_first_line(Text<640>("%s/address", slot).c_str(), address, sizeof address))
+            return;
         Text<64> device("/%s.", address);
         for (int i = 0; i < search.all.count; i++) {
             const BlockDisk& disk = search.all.disks[i];
@@ -162,7 +165,7 @@ bool read_bay(const char* text, int32_t& type, int& slot) {
     const char* number = text + strlen(row->word);
     type = row->type;
     slot = leading_int(number);
-    return is_all_digits(number) && slot >= 1;
+    return is_all_digits(number) && slot >= 1 && slot <= kMostBay;
 }
 
 bool learn_by_serials(Proposal& proposal, const AllDisks& all, const char* path) {

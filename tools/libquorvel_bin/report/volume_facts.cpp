@@ -30,13 +30,14 @@ std::string_view unescape(std::string_view field, char* target, size_t size) {
     return {target, length};
 }
 
+void set_sizes_unknown(VolumeFacts& volume, const char* reason) {
+    for (Number* number : {&volume.size_bytes, &volume.used_bytes, &volume.free_bytes})
+        set_unknown(*number, reason);
+}
+
 void gather_sizes(VolumeFacts& volume, const char* mount_point) {
     struct statvfs sizes = {};
-    if (statvfs(mount_point, &sizes) != 0) {
-        for (Number* number : {&volume.size_bytes, &volume.used_bytes, &volume.free_bytes})
-            set_unknown(*number, "the file system does not answer");
-        return;
-    }
+    if (statvfs(mount_point, &sizes) != 0) return set_sizes_unknown(volume, "the file system does not answer");
     const uint64_t unit = sizes.f_frsize;
     const auto total = static_cast<int64_t>(sizes.f_blocks * unit);
     const auto free_bytes = static_cast<int64_t>(sizes.f_bavail * unit);
@@ -45,7 +46,12 @@ void gather_sizes(VolumeFacts& volume, const char* mount_point) {
     set(volume.used_bytes, total - free_bytes);
 }
 
-// Network file systems are not asked: a server that is gone would hold the report up.
+// What a program of some account's answers, or leaves unanswered, under any device's name; "fuseblk" only root mounts.
+bool is_answered_by_program(std::string_view type) {
+    return type == "fuse" || type.starts_with("fuse.");
+}
+
+// Network file systems and programs are not asked: one that is gone would hold the report up.
 void take_mount(Facts& facts, std::string_view line) {
     char mount_point[4096], device[4096];
     const std::string_view source = unescape(next_field(line, " "), device, sizeof device);
@@ -55,8 +61,10 @@ void take_mount(Facts& facts, std::string_view line) {
     if (volume == nullptr) return;
     set(volume->mount_point, place);
     set(volume->device, source);
-    set(volume->type, next_field(line, " "));
-    gather_sizes(*volume, mount_point);
+    const std::string_view type = next_field(line, " ");
+    set(volume->type, type);
+    if (!is_answered_by_program(type)) return gather_sizes(*volume, mount_point);
+    set_sizes_unknown(*volume, "the file system is a program, which is not asked");
 }
 
 void gather_mounts(Facts& facts) {

@@ -17,6 +17,7 @@
 #include "registry/key_notation.h"
 
 using namespace quorvel;
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -38,10 +39,10 @@ int reject_key(const char* name, const char* path, int reason) {
 }
 
 // "\t\tNAME=REST\n", which is the line as it stands, with a "=" behind it when it has none.
-void print_line(char* line) {
-    cut_at_line_feed(line);
+void print_line(const char* line) {
+    std::string_view setting(line, strcspn(line, "\n"));
     Text<kReaderPiece + 8> text;
-    for (const char* part : {"\t\t", static_cast<const char*>(line), strchr(line, '=') != nullptr ? "\n" : "=\n"})
+    for (std::string_view part : {"\t\t"sv, setting, setting.find('=') != setting.npos ? "\n"sv : "=\n"sv})
         text.add(part);
     fwrite(text.chars, 1, text.length, stdout);
 }
@@ -61,7 +62,7 @@ int list_file(ConfigEntry& entry) {
     char dotted[kDottedText] = "";
     append_dotted(dotted, sizeof dotted, path.c_str());
     printf("\t%s\n\t{\n", dotted);
-    for (char* line : file)
+    for (const char* line : file)
         print_line(line);
     puts("\t}");
     return 0;

@@ -73,6 +73,10 @@ Descriptor create_anew(WholeText path, mode_t mode) {
     return open_path(path, kFlags, mode);
 }
 
+Descriptor open_or_create(WholeText path, mode_t mode) {
+    return open_path(path, O_WRONLY | O_CREAT | O_NOCTTY | O_NONBLOCK | O_CLOEXEC, mode);
+}
+
 Directory open_directory(WholeText path) {
     return Directory(path.text != nullptr ? opendir(path.text) : nullptr);
 }

@@ -26,6 +26,10 @@ namespace quorvel {
 /// Makes a file and opens it for writing, close-on-exec. Whatever has this name is removed first and never written to.
 [[nodiscard]] Descriptor create_anew(WholeText path, mode_t mode);
 
+/// Opens what is there for writing, as it is, or makes an empty file of this mode at most. Whether it was there is not
+/// asked first: a wrong answer would empty it.
+[[nodiscard]] Descriptor open_or_create(WholeText path, mode_t mode);
+
 /// A directory to walk with readdir, or null.
 [[nodiscard]] Directory open_directory(WholeText path);
 

@@ -112,7 +112,8 @@ bool replace_file(WholeText path, std::string_view content) {
     if (!file) return false;
     struct stat replaced;
     bool there = stat(path.text, &replaced) == 0;
-    bool whole = write_fully(file.number, content.data(), content.size());
+    // What is there and cannot be looked at would get another mode.
+    bool whole = (there || errno == ENOENT) && write_fully(file.number, content.data(), content.size());
     if (whole) give_mode_and_owner(file.number, there ? &replaced : nullptr);
     if (whole && fsync(file.number) == 0 && rename(temporary.c_str(), path.text) == 0) return true;
     int error = errno;

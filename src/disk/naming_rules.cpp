@@ -54,9 +54,14 @@ std::optional<int> armada370_port(const char* device) {
 }
 
 std::optional<int> usb_port(const NamingRule& rule, const char* device, std::string_view path) {
-    if (rule.component == 0) return armada370_port(device);
-    if (strcmp(rule.tree, "borel-platform") == 0) return borel_port(rule, path);
-    return leading_int(Component(path, rule.component).from(strlen(rule.before)));
+    switch (rule.port) {
+        case PortSource::kHotPlug:
+            return armada370_port(device);
+        case PortSource::kBorelWires:
+            return borel_port(rule, path);
+        default:
+            return leading_int(Component(path, rule.component).from(strlen(rule.before)));
+    }
 }
 
 // ---- Internal slots ----

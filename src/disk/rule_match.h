@@ -17,10 +17,18 @@ enum class RuleCondition : unsigned char {
     kAlways
 };
 
+/// Where the port of a USB disk comes from.
+enum class PortSource : unsigned char {
+    kNone,        // the disk is internal
+    kComponent,   // a number in the rule's component of the path
+    kBorelWires,  // the same, as the ports of that platform are wired
+    kHotPlug      // the record of the hot-plug side
+};
+
 /// Which component of the full path tells the number, and how it counts. The number of an internal disk is that of its
 /// host or target and a step, the port of a USB one what follows the component's first characters.
 struct NamingRule {
-    bool usb;
+    PortSource port;
     RuleCondition when;
     signed char component;  // 0 when the path does not tell
     signed char step;
@@ -28,20 +36,24 @@ struct NamingRule {
     char before[8];
 };
 
+constexpr bool is_usb(const NamingRule& rule) {
+    return rule.port != PortSource::kNone;
+}
+
 /// The last rule of each kind always holds. That of internal disks counts past the chip, whose two ports sit below the
 /// built-in ones.
 inline constexpr NamingRule kNamingRules[] = {
-    {false, RuleCondition::kOtherThanMultiHost, 9,  1,  "",                   ""    },
-    {false, RuleCondition::kPlatform,           8,  1,  "",                   ""    },
-    {false, RuleCondition::kOldSysfs,           9,  1,  "",                   ""    },
-    {false, RuleCondition::kHostInSight,        7,  1,  "",                   ""    },
-    {false, RuleCondition::kAlways,             8,  -1, "",                   ""    },
-    {true,  RuleCondition::kTree,               0,  0,  "armada370-platform", ""    },
-    {true,  RuleCondition::kTree,               9,  0,  "borel-platform",     "B-"  },
-    {true,  RuleCondition::kTree,               10, 0,  "single-roothub",     "B-"  },
-    {true,  RuleCondition::kTree,               11, 0,  "single-roothub+hub", "B-1."},
-    {true,  RuleCondition::kOldSysfs,           9,  0,  "",                   "usb" },
-    {true,  RuleCondition::kAlways,             8,  0,  "",                   "usb" },
+    {PortSource::kNone,       RuleCondition::kOtherThanMultiHost, 9,  1,  "",                   ""    },
+    {PortSource::kNone,       RuleCondition::kPlatform,           8,  1,  "",                   ""    },
+    {PortSource::kNone,       RuleCondition::kOldSysfs,           9,  1,  "",                   ""    },
+    {PortSource::kNone,       RuleCondition::kHostInSight,        7,  1,  "",                   ""    },
+    {PortSource::kNone,       RuleCondition::kAlways,             8,  -1, "",                   ""    },
+    {PortSource::kHotPlug,    RuleCondition::kTree,               0,  0,  "armada370-platform", ""    },
+    {PortSource::kBorelWires, RuleCondition::kTree,               9,  0,  "borel-platform",     "B-"  },
+    {PortSource::kComponent,  RuleCondition::kTree,               10, 0,  "single-roothub",     "B-"  },
+    {PortSource::kComponent,  RuleCondition::kTree,               11, 0,  "single-roothub+hub", "B-1."},
+    {PortSource::kComponent,  RuleCondition::kOldSysfs,           9,  0,  "",                   "usb" },
+    {PortSource::kComponent,  RuleCondition::kAlways,             8,  0,  "",                   "usb" },
 };
 
 inline bool condition_holds(const NamingRule& rule, const Wiring& wiring, std::string_view path, bool new_sysfs) {
@@ -65,7 +77,7 @@ inline bool condition_holds(const NamingRule& rule, const Wiring& wiring, std::s
 /// The rule that gives a disk its number.
 inline const NamingRule& rule_of(const Wiring& wiring, const DiskPlace& disk, bool new_sysfs) {
     const NamingRule* rule = kNamingRules;
-    while (rule->usb != disk.usb || !condition_holds(*rule, wiring, disk.full, new_sysfs))
+    while (is_usb(*rule) != disk.usb || !condition_holds(*rule, wiring, disk.full, new_sysfs))
         rule++;
     return *rule;
 }

@@ -1,7 +1,6 @@
 // The trial mount. What a strange disk holds is mounted where nobody else can run it or keep it mounted: in a mount
 // namespace that ends with the call.
 #include <errno.h>
-#include <fcntl.h>
 #include <sched.h>
 #include <signal.h>
 #include <stdio.h>
@@ -47,16 +46,14 @@ void run(const Command& command) {
 }
 
 bool ran_hidden(const Command& mount_it, const Command& unmount_it) {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) return false;
-    Descriptor reading = above_standard(ends[0]);
-    Descriptor writing = above_standard(ends[1]);
+    Pipe answer = make_pipe();
+    if (!answer) return false;
     (void)fflush(stdout);
-    pid_t process = reading && writing ? fork_undisturbed() : -1;
-    if (process == 0) run_hidden(mount_it, unmount_it, writing.number);
-    writing = Descriptor();
+    pid_t process = fork_undisturbed();
+    if (process == 0) run_hidden(mount_it, unmount_it, answer.writing.number);
+    answer.writing = Descriptor();
     char hidden = 0;
-    if (process > 0 && read_fully(reading.number, &hidden, sizeof hidden) != sizeof hidden) hidden = 0;
+    if (process > 0 && read_fully(answer.reading.number, &hidden, sizeof hidden) != sizeof hidden) hidden = 0;
     while (process > 0 && waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
     }
     return hidden == 1;

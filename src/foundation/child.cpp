@@ -75,18 +75,6 @@ int wait_status_of(pid_t child) {
     return status;
 }
 
-struct Pipe {
-    Descriptor reading, writing;
-
-    explicit operator bool() const { return reading && writing; }
-};
-
-Pipe make_pipe() {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) return {};
-    return {above_standard(ends[0]), above_standard(ends[1])};
-}
-
 // Ignored, or answered by a handler that may take the status of any child.
 bool caller_takes_children() {
     struct sigaction action;
@@ -139,6 +127,12 @@ Child start_shell(const char* command, Output output) {
     child.pid =
         caller_takes_children() ? start_keeper(command, child, pipe.writing) : spawn_shell(command, pipe.writing);
     return child.pid > 0 ? static_cast<Child&&>(child) : Child();
+}
+
+Pipe make_pipe() {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) return {};
+    return {above_standard(ends[0]), above_standard(ends[1])};
 }
 
 pid_t fork_undisturbed() {

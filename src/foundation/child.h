@@ -27,6 +27,14 @@ enum class Output { kOfCaller, kRead };
 /// Waits for a child's end; its wait status, or -1 without one.
 int wait_for(Child& child);
 
+/// A pipe whose ends are closed on exec and are none of the standard descriptors; false when there is none (errno).
+struct Pipe {
+    Descriptor reading, writing;
+
+    explicit operator bool() const { return reading && writing; }
+};
+[[nodiscard]] Pipe make_pipe();
+
 /// fork(2) for a process that only waits for others: no handler of the caller's runs in it, and no signal ends it
 /// first.
 [[nodiscard]] pid_t fork_undisturbed();

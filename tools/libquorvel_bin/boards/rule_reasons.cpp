@@ -48,7 +48,7 @@ void explain_condition(const NamingRule& rule, bool holds, const NamingSource& s
 
 void explain_number(const NamingRule& rule, const BlockDisk& disk, const Answer& answer, Reason& reason) {
     bool has_name = answer.name.length > 0;
-    if (rule.component == 0) {
+    if (rule.port == PortSource::kHotPlug) {
         reason.append("; %s tells %s", files::kDeviceLinks, has_name ? "the port" : "no port with a disk on record");
         return;
     }
@@ -65,8 +65,9 @@ int rules_looked_at(const NamingSource& source, const BlockDisk& disk) {
 Reason reason_of_rule(const NamingRule& rule, bool holds, const NamingSource& source, const BlockDisk& disk,
                       const Answer& answer) {
     Reason reason;
-    if (rule.usb != disk.place().usb) {
-        reason.add(rule.usb ? "the rule is a USB one, the disk is not on USB" : "the disk is on USB, the rule is not");
+    if (is_usb(rule) != disk.place().usb) {
+        reason.add(is_usb(rule) ? "the rule is a USB one, the disk is not on USB"
+                                : "the disk is on USB, the rule is not");
         return reason;
     }
     explain_condition(rule, holds, source, disk, reason);
@@ -75,7 +76,7 @@ Reason reason_of_rule(const NamingRule& rule, bool holds, const NamingSource& so
 }
 
 Text<64> name_of_rule(const NamingRule& rule) {
-    const char* word = rule.usb ? "usbdisk" : "disk";
+    const char* word = is_usb(rule) ? "usbdisk" : "disk";
     if (rule.component == 0) return Text<64>("%s on record", word);
     return Text<64>("%s by component %d", word, rule.component);
 }

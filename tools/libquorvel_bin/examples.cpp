@@ -24,9 +24,9 @@ void print_line(const char* before, std::string_view line, const char* behind = 
 // From a line to the status behind it.
 void print_from(std::string_view line, std::string_view model, std::string_view rest) {
     print_line("\nFor example, on the sample appliance ", model, ":");
-    for (; !line.starts_with("= "); line = take_line(rest))
+    for (; !line.starts_with("= ") && !rest.empty(); line = take_line(rest))
         print_line("  ", line);
-    if (line != "= 0") print_line("  with the exit status ", line.substr(2));
+    if (line.starts_with("= ") && line != "= 0") print_line("  with the exit status ", line.substr(2));
 }
 
 }  // namespace

@@ -95,7 +95,8 @@ QUORVEL_API void remove_character(char* text, int length, char ch);
 
 /** The index-th field of the first line of a text, fields being separated by runs of any of the delimiter characters.
  * When the first line has fewer fields, counting goes on into the following lines, whose line feeds are then part of
- * the fields. An index of 0 or less gives the whole first line, leading line feeds included.
+ * the fields; it ends at a first line whose last character is a delimiter. An index of 0 or less gives the whole first
+ * line, leading line feeds included.
  * @param dst       receives the field and its terminator; may be the text itself
  * @param dst_size  bytes of dst; the field must be shorter
  * @return 0, or -1 with dst untouched when there is no such field or it does not fit. Works without a copy of the text,
@@ -230,9 +231,9 @@ QUORVEL_API int LibQuorvelBin_SetConfValInString(const char* key, const char* va
  * @param src      a terminated text of any length
  * @return dst. A byte sequence that cannot be converted ends the text: what came before it, then "?", and the
  * terminator where there is room for it. Null, dst untouched, when there is no such converter (the line
- * ">remote2local_UTF8: iconv_open() fail" above debug level 9). Null and ERANGE when dst is too small (the line
- * ">remote2local_UTF8: dstsize(SIZE) is too short"): it then holds what had room, then "?", and no terminator; nothing
- * is written for a size of 0. Null for a null argument; silent. */
+ * ">remote2local_UTF8: iconv_open() fail" above debug level 9). Null and ERANGE when dst is too small, as it is with a
+ * size of 1 for any text that is not empty (the line ">remote2local_UTF8: dstsize(SIZE) is too short"): it then holds
+ * what had room, then "?", and no terminator; nothing is written for a size of 0. Null for a null argument; silent. */
 QUORVEL_API char* remote2local_UTF8(char* dst, size_t dstsize, const char* src);
 
 /** A text from UTF-8 to the appliance's code page; all else as remote2local_UTF8, whose name its messages replace by

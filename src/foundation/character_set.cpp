@@ -117,7 +117,8 @@ char* convert(const char* function, const Converter& converter, char* dst, size_
     Room room = {dst, std::max<size_t>(dstsize, 1) - 1};
     int error = convert_all(converter.handle, source, room);
     if (error != 0 && dstsize > 0) *room.out++ = '?';
-    if (error == E2BIG || dstsize == 0) {
+    const bool no_room = dstsize == 0 || (dstsize == 1 && error != 0);
+    if (error == E2BIG || no_room) {
         printf(">%s: dstsize(%d) is too short\n", function, static_cast<int>(dstsize));
         return fail_null(ERANGE);
     }

@@ -2,6 +2,8 @@
 
 #include <string.h>
 
+#include <algorithm>
+
 #include "foundation/appliance_files.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
@@ -138,17 +140,45 @@ void set_superblock_unknown(DiskFacts& disk, const char* reason) {
         set_unknown(*number, reason);
 }
 
-void take_superblock(DiskFacts& disk, const Tool& tool) {
-    set_superblock_unknown(disk, tool.reason != nullptr ? tool.reason : "no array superblock on the disk");
+struct Examined {
+    DiskFacts* disk;
+    quorvel::Text<64> path;  // of its member partition
+};
+
+// Whose superblock begins with a line and the one behind it. Both are asked for: a superblock has room for a name that
+// looks like the first, not like both.
+const Examined* examined_in(std::span<const Examined> disks, std::string_view line, std::string_view behind_it) {
+    if (!line.ends_with(":") || !behind_it.starts_with("          Magic : ")) return nullptr;
+    const std::string_view path = line.substr(0, line.size() - 1);
+    const auto found =
+        std::find_if(disks.begin(), disks.end(), [path](const Examined& disk) { return disk.path.c_str() == path; });
+    return found != disks.end() ? &*found : nullptr;
+}
+
+void take_superblocks(std::span<const Examined> disks, const Tool& tool) {
+    for (const Examined& examined : disks)
+        set_superblock_unknown(*examined.disk,
+                               tool.reason != nullptr ? tool.reason : "no array superblock on the disk");
     if (tool.reason != nullptr) return;
-    for (std::string_view text = printed_by(tool); !text.empty();)
-        take_superblock_line(disk, next_line(text));
+    const Examined* current = nullptr;
+    for (std::string_view text = printed_by(tool); !text.empty();) {
+        const std::string_view line = next_line(text);
+        std::string_view rest = text;
+        if (const Examined* begun = examined_in(disks, line, next_line(rest))) {
+            current = begun;
+        } else if (current != nullptr) {
+            take_superblock_line(*current->disk, line);
+        }
+    }
 }
 
 bool wants_superblock(const DiskFacts& disk, const Request& request) {
     if (!request.contents || !is_internal(disk) || !is_known(disk.device)) return false;
     return !is_known(disk.asleep) || !disk.asleep.value;
 }
+
+constexpr size_t kMostExamined = 16;
+static_assert(2 + kMostExamined < Tool::kMostArguments);
 
 // Every disk's member partition has the number behind the first "_" of the first disk's link.
 int member_partition() {
@@ -167,6 +197,29 @@ void run(List<Tool>& tools, const Request& request) {
         }
     }
     if (request.tools) run_tools({tools.items, tools.count}, kToolMilliseconds);
+}
+
+// So many disks in one run of mdadm. Where one of them holds up the others, each is asked by itself.
+void examine(std::span<const Examined> disks, const Request& request, size_t at_once) {
+    List<Tool> tools;
+    for (size_t first = 0; first < disks.size(); first += at_once) {
+        Tool* tool = add(tools);
+        if (tool == nullptr) return;
+        tool->arguments[0] = quorvel::files::kMdadmTool;
+        tool->arguments[1] = "--examine";
+        for (size_t i = 0; i < std::min(at_once, disks.size() - first); i++)
+            tool->arguments[2 + i] = disks[first + i].path.c_str();
+    }
+    run(tools, request);
+    for (const Tool& tool : tools) {
+        const auto asked = disks.first(std::min(at_once, disks.size()));
+        disks = disks.subspan(asked.size());
+        if (tool.reason == kTooLate && asked.size() > 1) {
+            examine(asked, request, 1);
+        } else {
+            take_superblocks(asked, tool);
+        }
+    }
 }
 
 }  // namespace
@@ -190,20 +243,15 @@ void ask_drives(Facts& facts, const Request& request) {
 }
 
 void ask_superblocks(Facts& facts, const Request& request) {
-    List<Tool> tools;
+    List<Examined> disks;
     const int partition = member_partition();
-    for (const DiskFacts& disk : facts.disks) {
-        Tool* tool = wants_superblock(disk, request) ? add(tools) : nullptr;
-        if (tool == nullptr) continue;
-        tool->arguments[0] = quorvel::files::kMdadmTool;
-        tool->arguments[1] = "--examine";
-        tool->device.append(quorvel::files::kMemberPartition, text_of(disk.name), partition);
-    }
-    run(tools, request);
-    size_t next = 0;
     for (DiskFacts& disk : facts.disks) {
-        if (wants_superblock(disk, request) && next < tools.count) take_superblock(disk, tools.items[next++]);
+        Examined* examined = wants_superblock(disk, request) ? add(disks) : nullptr;
+        if (examined == nullptr) continue;
+        examined->disk = &disk;
+        examined->path.append(quorvel::files::kMemberPartition, text_of(disk.name), partition);
     }
+    examine({disks.items, disks.count}, request, kMostExamined);
 }
 
 }  // namespace report

@@ -91,7 +91,7 @@ void finish(Run& run) {
 
 // A process that not even a kill ends (it waits for a device) is left behind.
 void end_late(Run& run) {
-    run.tool->reason = "the tool did not answer in time";
+    run.tool->reason = kTooLate;
     run.tool->length = 0;
     (void)kill(-run.process, SIGKILL);
     (void)kill(run.process, SIGKILL);

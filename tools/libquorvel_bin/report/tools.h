@@ -12,10 +12,11 @@
 namespace report {
 
 inline constexpr int kToolMilliseconds = 5000;
+inline constexpr char kTooLate[] = "the tool did not answer in time";
 
 /// One call: arguments before it runs; afterwards what it printed, or the reason why there is nothing.
 struct Tool {
-    static constexpr size_t kMostArguments = 10;
+    static constexpr size_t kMostArguments = 20;
 
     const char* arguments[kMostArguments] = {};  // the program's path first
     quorvel::Text<64> device;                    // what an argument may point at

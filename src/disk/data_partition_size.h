@@ -11,19 +11,19 @@ inline constexpr uint64_t kLastSmallDisk = 249;  // gigabytes; larger disks come
 inline constexpr uint64_t kLastAcceptedDigit = 6;
 
 /// A disk's size in units of 10^9 bytes, from blocks of 1024 bytes.
-inline uint64_t gigabytes_of(uint64_t blocks) {
+[[nodiscard]] inline uint64_t gigabytes_of(uint64_t blocks) {
     return blocks * 1024 / 1000000000;
 }
 
 /// The gigabytes that the layout gives to data on a disk of so many.
-inline int data_gigabytes(uint64_t capacity, bool short_layout) {
+[[nodiscard]] inline int data_gigabytes(uint64_t capacity, bool short_layout) {
     constexpr int kShortDataSize = 17, kSystemSize = 8;
     if (short_layout) return kShortDataSize;
     return static_cast<int>(capacity <= kLastSmallDisk ? capacity / 5 * 5 : capacity - capacity % 10) - kSystemSize;
 }
 
 /// Whether the layout refuses a disk of so many gigabytes, which it does when the data partition is due.
-inline bool layout_refuses(uint64_t capacity, bool short_layout) {
+[[nodiscard]] inline bool layout_refuses(uint64_t capacity, bool short_layout) {
     return !short_layout && capacity > kLastSmallDisk && capacity % 10 > kLastAcceptedDigit;
 }
 

@@ -24,7 +24,7 @@ struct DevicePath {
     SysfsPath full;
     size_t link_at = 0;
 
-    DiskPlace place() const {
+    [[nodiscard]] DiskPlace place() const {
         return {
             {full.chars,           full.length          },
             {full.chars + link_at, full.length - link_at}
@@ -33,12 +33,12 @@ struct DevicePath {
 };
 
 /// Whether sysfs has the layout of kernels from 2.6.31.8 on.
-bool has_new_sysfs();
+[[nodiscard]] bool has_new_sysfs();
 
 /// The path of a device; none, and errno, when it has no readable link.
 [[nodiscard]] std::optional<DevicePath> device_path(const char* device, bool new_sysfs);
 
 /// "nvme0n1"; not "nvme0c0n1", a path to a disk with several.
-bool is_nvme_disk(const char* entry);
+[[nodiscard]] bool is_nvme_disk(const char* entry);
 
 }  // namespace quorvel

@@ -19,7 +19,7 @@ struct GivenName {
     bool had_dev = false;
     int fault = 0;  // EINVAL: null, or fewer than two characters; ENODEV: a path, which no disk is called
 
-    const char* prefix() const { return had_dev ? "/dev/" : ""; }
+    [[nodiscard]] const char* prefix() const { return had_dev ? "/dev/" : ""; }
 };
 
 [[nodiscard]] GivenName given_name(const char* given);

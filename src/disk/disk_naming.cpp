@@ -62,7 +62,7 @@ FoundDevice find_by_tables(const struct disk_path* set, const char* disk) {
     return other.fault == ENXIO ? device : other;
 }
 
-int give_device(const GivenName& disk, const EntryName& device, char* dst, size_t size) {
+[[nodiscard]] int give_device(const GivenName& disk, const EntryName& device, char* dst, size_t size) {
     snprintf(dst, size, "%s%s", disk.prefix(), device.c_str());  // cut to its room, as the header says
     answer(dst);
     return 0;

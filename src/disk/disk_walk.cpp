@@ -29,7 +29,7 @@ struct Walk {
     size_t count = 0, room = 0;
 };
 
-bool add(Walk& walk, const Entry& entry) {
+[[nodiscard]] bool add(Walk& walk, const Entry& entry) {
     if (walk.count == walk.room) {
         size_t room = walk.room * 2 + 16;
         Entry* grown = static_cast<Entry*>(realloc(walk.entries.get(), room * sizeof(Entry)));
@@ -89,7 +89,7 @@ Entry describe(const Walk& walk, const char* device) {
     return entry;
 }
 
-bool add_disks(Walk& walk) {
+[[nodiscard]] bool add_disks(Walk& walk) {
     Directory blocks = open_directory(files::kBlockDevices);
     if (!blocks) return false;
     while (const struct dirent* entry = readdir(blocks.get())) {
@@ -108,13 +108,13 @@ bool is_listed(const Walk& walk, const Entry& bay) {
     });
 }
 
-bool add_bay(Walk& walk, const NamedDisk& named) {
+[[nodiscard]] bool add_bay(Walk& walk, const NamedDisk& named) {
     Entry bay = {};
     set_name(bay, named);
     return is_listed(walk, bay) || add(walk, bay);
 }
 
-bool add_bays_of_table(Walk& walk, const struct disk_path* row) {
+[[nodiscard]] bool add_bays_of_table(Walk& walk, const struct disk_path* row) {
     for (; row != nullptr && row->type != DISK_PATH_END; row++) {
         bool is_bay = row->type == DISK_PATH_INTERNAL && row->path != nullptr && row->slot > 0;
         if (is_bay && !add_bay(walk, named_by_row(*row))) return false;
@@ -122,7 +122,7 @@ bool add_bays_of_table(Walk& walk, const struct disk_path* row) {
     return true;
 }
 
-bool add_bays_of_setting(Walk& walk) {
+[[nodiscard]] bool add_bays_of_setting(Walk& walk) {
     int bays = std::min(LibQuorvelBin_GetMaxDiskNum(), kMostBays);
     for (int slot = 1; slot <= bays; slot++) {
         if (!add_bay(walk, {DISK_PATH_INTERNAL, "disk", slot})) return false;
@@ -143,7 +143,7 @@ int compare_entries(const void* one, const void* other) {
     return strcmp(a.device, b.device);
 }
 
-bool take_all(Walk& walk) {
+[[nodiscard]] bool take_all(Walk& walk) {
     if (walk.table) {
         walk.extension = extension_slots();
     } else {

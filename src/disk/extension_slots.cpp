@@ -35,7 +35,7 @@ void dump_file(const ExtensionFile& file) {
         dump_row(file.table.rows[i], file.extension_slots.get()[i]);
 }
 
-struct disk_path* read_extension_slots(bool may_print) {
+[[nodiscard]] struct disk_path* read_extension_slots(bool may_print) {
     LineFile lines(open_for_reading(files::kExtensionSlots), kSlotFilePiece);
     if (!lines) return nullptr;
     ExtensionFile file;

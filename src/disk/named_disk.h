@@ -15,13 +15,14 @@ struct NamedDisk {
     const char* address = nullptr;  // the SCSI address that the row states, or null
 };
 
-inline NamedDisk named_by_row(const struct disk_path& row) {
+[[nodiscard]] inline NamedDisk named_by_row(const struct disk_path& row) {
     return {row.type, word_of_row(row), row.slot, row.scsi_id};
 }
 
 /// The disk's name by a table, which may be null. A row that is undecided is looked at as find_row does.
 template <typename LookAgain>
-std::optional<NamedDisk> named_by_table(const struct disk_path* set, const DiskPlace& disk, LookAgain&& look_again) {
+[[nodiscard]] std::optional<NamedDisk> named_by_table(const struct disk_path* set, const DiskPlace& disk,
+                                                      LookAgain&& look_again) {
     if (set == nullptr) return {};
     const struct disk_path& row = set[find_row(set, disk, look_again)];
     if (row.type == DISK_PATH_END) return {};

@@ -13,7 +13,7 @@ using namespace quorvel;
 namespace {
 
 // The line every creation begins with; false, with its own line, when the device has no size to read.
-bool report_size(const char* device, const Target& target, const char* unit, char closing) {
+[[nodiscard]] bool report_size(const char* device, const Target& target, const char* unit, char closing) {
     int reason = errno;
     uint64_t bytes = target.blocks * 1024;
     printf("%s total %s=%llu bytes=%llu %llu[GB%c\n", device, unit, static_cast<unsigned long long>(target.blocks),
@@ -29,13 +29,13 @@ int report_failed_layout(const char* layout, FILE* report) {
     return fail(reason);
 }
 
-bool make_data_partition(const Target& target, int gigabytes) {
+[[nodiscard]] bool make_data_partition(const Target& target, int gigabytes) {
     Text<kCommandSize> command = data_partition_command(target.path, gigabytes);
     puts(command.c_str());
     return run_layout_command(command, Demand::kExitStatusAndOutput);
 }
 
-int lay_out_internal_disk(const Target& target) {
+[[nodiscard]] int lay_out_internal_disk(const Target& target) {
     static constexpr char kLayout[] = "CreatePartitionHdd_sub";
     HeldSignals until_done;
     if (!run_steps(kSystemPartitions, target)) return report_failed_layout(kLayout, stderr);
@@ -47,7 +47,7 @@ int lay_out_internal_disk(const Target& target) {
     return 0;
 }
 
-int lay_out_usb(const Target& target, const char* filesystem, bool gpt) {
+[[nodiscard]] int lay_out_usb(const Target& target, const char* filesystem, bool gpt) {
     HeldSignals until_done;
     // The size may have changed since: it is what the partition gets.
     uint64_t blocks = gpt ? GetPartitionBlocks(target.path) : 0;

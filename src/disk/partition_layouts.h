@@ -20,18 +20,19 @@ struct Step {
     Demand demand;
 };
 
-Text<kCommandSize> command_of(const Step& step, const char* target);
+[[nodiscard]] Text<kCommandSize> command_of(const Step& step, const char* target);
 
 /// An internal disk: the system partitions, then data_partition_command, then the boot flag.
 extern const std::span<const Step> kSystemPartitions;
 extern const std::span<const Step> kBootFlag;
-Text<kCommandSize> data_partition_command(const char* target, int gigabytes);
+[[nodiscard]] Text<kCommandSize> data_partition_command(const char* target, int gigabytes);
 
 /// Whether a label word asks for a GPT; any other, and none, for an MBR.
-bool is_gpt_word(const char* label);
+[[nodiscard]] bool is_gpt_word(const char* label);
 
 /// A USB disk: its label, then usb_partition_command, whose demand is the exit status and the output.
-std::span<const Step> usb_label_steps(bool gpt);
-Text<kCommandSize> usb_partition_command(const char* target, uint64_t blocks, const char* filesystem, bool gpt);
+[[nodiscard]] std::span<const Step> usb_label_steps(bool gpt);
+[[nodiscard]] Text<kCommandSize> usb_partition_command(const char* target, uint64_t blocks, const char* filesystem,
+                                                       bool gpt);
 
 }  // namespace quorvel

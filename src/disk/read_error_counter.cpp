@@ -27,7 +27,7 @@ int print_usage(int result) {
     return result;
 }
 
-int get_counter(const char* target) {
+[[nodiscard]] int get_counter(const char* target) {
     char digits[kDigits + 1] = {};
     if (!read_signature_device(target, kOffset, digits, kDigits, 1)) return kBadTarget;
     printf("%d\n", leading_int(digits));
@@ -36,7 +36,7 @@ int get_counter(const char* target) {
 
 using Counter = char[kDigits + 1];
 
-int take_option(Counter& counter, int letter, const char* argument) {
+[[nodiscard]] int take_option(Counter& counter, int letter, const char* argument) {
     switch (letter) {
         case 'c':
             memset(counter, 0, sizeof counter);
@@ -51,7 +51,7 @@ int take_option(Counter& counter, int letter, const char* argument) {
 }
 
 // Operation and target are no options, wherever they stand.
-int set_counter(const char* target, int count, char** arguments) {
+[[nodiscard]] int set_counter(const char* target, int count, char** arguments) {
     Counter counter = {};
     int result = take_options(count, arguments, "-cn:", kBadOption, [&counter](int letter, const char* argument) {
         return take_option(counter, letter, argument);

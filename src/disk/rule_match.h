@@ -36,7 +36,7 @@ struct NamingRule {
     char before[8];
 };
 
-constexpr bool is_usb(const NamingRule& rule) {
+[[nodiscard]] constexpr bool is_usb(const NamingRule& rule) {
     return rule.port != PortSource::kNone;
 }
 
@@ -56,7 +56,8 @@ inline constexpr NamingRule kNamingRules[] = {
     {PortSource::kComponent,  RuleCondition::kAlways,             8,  0,  "",                   "usb" },
 };
 
-inline bool condition_holds(const NamingRule& rule, const Wiring& wiring, std::string_view path, bool new_sysfs) {
+[[nodiscard]] inline bool condition_holds(const NamingRule& rule, const Wiring& wiring, std::string_view path,
+                                          bool new_sysfs) {
     switch (rule.when) {
         case RuleCondition::kOtherThanMultiHost:
             return !wiring.internal_is("multi-host");
@@ -75,7 +76,7 @@ inline bool condition_holds(const NamingRule& rule, const Wiring& wiring, std::s
 }
 
 /// The rule that gives a disk its number.
-inline const NamingRule& rule_of(const Wiring& wiring, const DiskPlace& disk, bool new_sysfs) {
+[[nodiscard]] inline const NamingRule& rule_of(const Wiring& wiring, const DiskPlace& disk, bool new_sysfs) {
     const NamingRule* rule = kNamingRules;
     while (is_usb(*rule) != disk.usb || !condition_holds(*rule, wiring, disk.full, new_sysfs))
         rule++;

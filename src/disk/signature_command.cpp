@@ -29,7 +29,7 @@ struct SetOptions {
     const char* cryptinfo = "";
 };
 
-int take_option(SetOptions& options, int letter, const char* argument) {
+[[nodiscard]] int take_option(SetOptions& options, int letter, const char* argument) {
     switch (letter) {
         case 'r':
             options.raw_device = argument;
@@ -48,7 +48,7 @@ int take_option(SetOptions& options, int letter, const char* argument) {
     }
 }
 
-int set_signature(const char* target, const SetOptions& options) {
+[[nodiscard]] int set_signature(const char* target, const SetOptions& options) {
     std::optional<MacText> address = own_address();
     if (!address) return -1;
     disk_signature record = {};

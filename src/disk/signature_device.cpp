@@ -32,13 +32,13 @@ bool has_places(int descriptor) {
     return lseek(descriptor, 0, SEEK_CUR) >= 0;
 }
 
-ssize_t read_pipe(int descriptor, void* buffer, size_t size) {
+[[nodiscard]] ssize_t read_pipe(int descriptor, void* buffer, size_t size) {
     struct pollfd wait = {descriptor, POLLIN, 0};
     return poll(&wait, 1, kLongestWait) > 0 ? read(descriptor, buffer, size) : 0;
 }
 
 // Up to `size` bytes, or -1.
-ssize_t read_at(int descriptor, off_t offset, char* buffer, size_t size) {
+[[nodiscard]] ssize_t read_at(int descriptor, off_t offset, char* buffer, size_t size) {
     bool places = has_places(descriptor);
     if (!places && offset != 0) return -1;
     size_t done = 0;
@@ -54,7 +54,7 @@ ssize_t read_at(int descriptor, off_t offset, char* buffer, size_t size) {
 }
 
 // Whether all was written.
-bool write_at(int descriptor, off_t offset, const char* data, size_t size) {
+[[nodiscard]] bool write_at(int descriptor, off_t offset, const char* data, size_t size) {
     if (!has_places(descriptor)) return offset == 0 && write_fully(descriptor, data, size);
     for (size_t done = 0; done < size;) {
         ssize_t count = pwrite(descriptor, data + done, size - done, offset + static_cast<off_t>(done));
@@ -66,7 +66,7 @@ bool write_at(int descriptor, off_t offset, const char* data, size_t size) {
 
 // A device may take bytes into its cache and fail to store them later: only fsync tells. A special file that knows no
 // fsync answers EINVAL.
-bool is_stored(int descriptor) {
+[[nodiscard]] bool is_stored(int descriptor) {
     return fsync(descriptor) == 0 || errno == EINVAL;
 }
 

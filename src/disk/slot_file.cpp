@@ -24,7 +24,7 @@ std::string_view first_word(std::string_view text) {
     return {text.data(), length};
 }
 
-bool keep(char*& target, const char* text) {
+[[nodiscard]] bool keep(char*& target, const char* text) {
     target = strdup(text);
     return target != nullptr;
 }

@@ -47,9 +47,9 @@ struct SlotTableBuilder {
     SlotTableBuilder& operator=(const SlotTableBuilder&) = delete;
 
     /// A new zeroed row in front of END, or null when memory is short.
-    struct disk_path* add();
+    [[nodiscard]] struct disk_path* add();
     /// Hands the table over: null, and ENODATA, when nothing was added.
-    struct disk_path* release();
+    [[nodiscard]] struct disk_path* release();
 };
 
 /// What a line says about a row: `third` and `fourth` are address or ports, as the kind has them.
@@ -61,12 +61,12 @@ struct SlotTexts {
 enum class SlotFault { kNone, kSlot, kPath, kAddress, kPort, kExtensionSlot, kMemory };
 
 /// The reason as errno has it.
-int reason_of(SlotFault fault);
+[[nodiscard]] int reason_of(SlotFault fault);
 
 /// Fills a row of a kind. An empty word is none.
-SlotFault fill_row(struct disk_path& row, int32_t type, const SlotTexts& texts, const char* word);
+[[nodiscard]] SlotFault fill_row(struct disk_path& row, int32_t type, const SlotTexts& texts, const char* word);
 
 /// Fills slot and, unless it is empty, path of a row of no known kind.
-SlotFault fill_unknown_row(struct disk_path& row, const SlotTexts& texts);
+[[nodiscard]] SlotFault fill_unknown_row(struct disk_path& row, const SlotTexts& texts);
 
 }  // namespace quorvel

@@ -56,7 +56,7 @@ int extension_slot_of(const char* key) {
     return slot >= 1 && slot <= kExtensionSlotCount ? slot : 0;
 }
 
-struct disk_path* add_row(ExtensionFile& file, int extension_slot) {
+[[nodiscard]] struct disk_path* add_row(ExtensionFile& file, int extension_slot) {
     size_t count = static_cast<size_t>(file.table.count) + 1;
     uint8_t* grown = static_cast<uint8_t*>(realloc(file.extension_slots.get(), count));
     if (grown == nullptr) return nullptr;
@@ -66,7 +66,7 @@ struct disk_path* add_row(ExtensionFile& file, int extension_slot) {
     return file.table.add();
 }
 
-SlotFault take_row(ExtensionFile& file, const char* key, const char* value) {
+[[nodiscard]] SlotFault take_row(ExtensionFile& file, const char* key, const char* value) {
     int extension_slot = extension_slot_of(key);
     if (extension_slot == 0) return SlotFault::kExtensionSlot;
     struct disk_path* row = add_row(file, extension_slot);

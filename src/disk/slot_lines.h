@@ -16,7 +16,7 @@ struct DiskOrder {
     DiskWord usb_word = "";
 };
 
-SlotFault take_disk_order_setting(DiskOrder& order, const char* key, const char* value);
+[[nodiscard]] SlotFault take_disk_order_setting(DiskOrder& order, const char* key, const char* value);
 
 inline constexpr char kExtensionRow[] = "extslot";
 inline constexpr int kExtensionSlotCount = 4;
@@ -29,7 +29,7 @@ struct Card {
 };
 
 /// The last known card of the PCI list.
-Card find_card();
+[[nodiscard]] Card find_card();
 
 /// What was read of /etc/extslot.conf so far.
 struct ExtensionFile {
@@ -42,8 +42,8 @@ struct ExtensionFile {
 };
 
 /// Whether a line is a section header, which is then taken.
-bool take_section(ExtensionFile& file, const char* line);
+[[nodiscard]] bool take_section(ExtensionFile& file, const char* line);
 
-SlotFault take_extension_setting(ExtensionFile& file, const char* key, const char* value);
+[[nodiscard]] SlotFault take_extension_setting(ExtensionFile& file, const char* key, const char* value);
 
 }  // namespace quorvel

@@ -42,7 +42,7 @@ enum class Fit {
 
 /// Whether a USB row describes the disk with this link, given what follows the row's path: that must begin with the
 /// bus, or the question is undecided.
-inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind, std::string_view link) {
+[[nodiscard]] inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind, std::string_view link) {
     std::string_view component = path_component(behind, 1);
     std::optional<int> bus = usb_bus_of(component);
     if (!bus) return Fit::kUndecided;
@@ -54,7 +54,7 @@ inline Fit fit_of_usb_port(const struct disk_path& row, std::string_view behind,
 
 /// Whether a row describes a disk. Internal rows only describe disks that are not on USB, USB rows only those that are,
 /// boot rows both.
-inline Fit fit_of_row(const struct disk_path& row, const DiskPlace& disk) {
+[[nodiscard]] inline Fit fit_of_row(const struct disk_path& row, const DiskPlace& disk) {
     bool usb_row = row.type == DISK_PATH_USB;
     if (row.type != DISK_PATH_BOOT && usb_row != disk.usb) return Fit::kOtherKind;
     const auto behind = behind_path(disk.full, row);
@@ -63,7 +63,7 @@ inline Fit fit_of_row(const struct disk_path& row, const DiskPlace& disk) {
 }
 
 /// The index of the END row.
-inline int index_of_end(const struct disk_path* set) {
+[[nodiscard]] inline int index_of_end(const struct disk_path* set) {
     int index = 0;
     while (set[index].type != DISK_PATH_END)
         index++;
@@ -73,7 +73,7 @@ inline int index_of_end(const struct disk_path* set) {
 /// The index of the first row that describes a disk, or of END. An undecided row is looked at again as long as
 /// `look_again` says so, and then ends the search.
 template <typename LookAgain>
-int find_row(const struct disk_path* set, const DiskPlace& disk, LookAgain&& look_again) {
+[[nodiscard]] int find_row(const struct disk_path* set, const DiskPlace& disk, LookAgain&& look_again) {
     int index = 0;
     for (; set[index].type != DISK_PATH_END; index++) {
         Fit fit = fit_of_row(set[index], disk);
@@ -87,7 +87,7 @@ int find_row(const struct disk_path* set, const DiskPlace& disk, LookAgain&& loo
 }
 
 /// The word of a row's logical name, which its slot number follows.
-inline const char* word_of_row(const struct disk_path& row) {
+[[nodiscard]] inline const char* word_of_row(const struct disk_path& row) {
     if (row.type == DISK_PATH_BOOT) return "bootdisk";
     if (row.diskname != nullptr) return row.diskname;
     return row.type == DISK_PATH_USB ? "usbdisk" : "disk";

@@ -48,14 +48,14 @@ bool leads_up(const char* path) {
     return false;
 }
 
-bool is_taken(const SpoolPath& path, char* dst, size_t size) {
+[[nodiscard]] bool is_taken(const SpoolPath& path, char* dst, size_t size) {
     if (path.length >= size || !path_exists(path)) return false;
     memset(dst, '\0', size);
     memcpy(dst, path.c_str(), path.length);
     return true;
 }
 
-bool find_mounted(DIR* mounts, const char* disk, char* dst, size_t size) {
+[[nodiscard]] bool find_mounted(DIR* mounts, const char* disk, char* dst, size_t size) {
     while (const struct dirent* entry = readdir(mounts)) {
         const char* name = entry->d_name;
         if (is_dot_entry(name)) continue;
@@ -66,7 +66,7 @@ bool find_mounted(DIR* mounts, const char* disk, char* dst, size_t size) {
     return false;
 }
 
-bool find_volume(char* dst, size_t size) {
+[[nodiscard]] bool find_volume(char* dst, size_t size) {
     char base[kPiece + 1] = "";
     (void)LibQuorvelBin_GetConfValInStringByKey(base, sizeof base, "MOUNT_LVM_BASE");  // empty when it is not set
     LineFile list(open_trusted(files::kLogicalVolumes), kPiece);

@@ -15,7 +15,7 @@ namespace quorvel {
 inline constexpr size_t kLongestComponent = 31;
 
 /// Component `number` of a path, counted from 1 over non-empty components; empty when it has none or a longer one.
-inline std::string_view path_component(std::string_view path, int number) {
+[[nodiscard]] inline std::string_view path_component(std::string_view path, int number) {
     for (size_t begin = 0;;) {
         while (begin < path.size() && path[begin] == '/')
             begin++;
@@ -28,7 +28,7 @@ inline std::string_view path_component(std::string_view path, int number) {
 }
 
 /// The bus of a component as scanf's "usb%d" reads it, whatever follows; none for another one.
-inline std::optional<int> usb_bus_of(std::string_view component) {
+[[nodiscard]] inline std::optional<int> usb_bus_of(std::string_view component) {
     if (!component.starts_with("usb") || component.size() > kLongestComponent) return {};
     component.remove_prefix(strlen("usb"));
     char digits[kLongestComponent + 1];

@@ -45,7 +45,7 @@ void run(const Command& command) {
     _exit(0);
 }
 
-bool ran_hidden(const Command& mount_it, const Command& unmount_it) {
+[[nodiscard]] bool ran_hidden(const Command& mount_it, const Command& unmount_it) {
     Pipe answer = make_pipe();
     if (!answer) return false;
     (void)fflush(stdout);

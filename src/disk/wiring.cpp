@@ -13,7 +13,7 @@ Wiring read_wiring() {
         {"INTERNAL_SCSI_TYPE", wiring.internal, sizeof wiring.internal},
         {"USB_TREE_TYPE",      wiring.usb_tree, sizeof wiring.usb_tree}
     };
-    (void)read_keys(files::kFeature, requests);  // what is not set stays empty
+    read_keys(files::kFeature, requests);  // what is not set stays empty
     return wiring;
 }
 

@@ -16,15 +16,15 @@ struct Wiring {
     char internal[128] = "";
     char usb_tree[128] = "";
 
-    bool internal_is(const char* type) const { return starts_with(internal, type); }
-    bool usb_tree_is(const char* type) const { return strcmp(usb_tree, type) == 0; }
+    [[nodiscard]] bool internal_is(const char* type) const { return starts_with(internal, type); }
+    [[nodiscard]] bool usb_tree_is(const char* type) const { return strcmp(usb_tree, type) == 0; }
 };
 
 /// Reads the feature settings.
 [[nodiscard]] Wiring read_wiring();
 
 /// Whether this is a borel board with the extension chip, whose two hosts lie among the built-in ones.
-inline bool has_borel_extension() {
+[[nodiscard]] inline bool has_borel_extension() {
     return LibQuorvelBin_IsBorelPlatform() == 1 && LibQuorvelbin_Has7042ExtentionChip() == 1;
 }
 

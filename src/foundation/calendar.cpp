@@ -54,7 +54,7 @@ std::optional<Date> read_date(const char* text) {
     return date;
 }
 
-int write_date(const Date& date, char* dst, size_t size) {
+[[nodiscard]] int write_date(const Date& date, char* dst, size_t size) {
     if (date.year > kLastYear) return fail(ERANGE);
     Text<sizeof "YYYY-MM-DD"> text("%04d-%02d-%02d", date.year, date.month, date.day);
     if (text.cut || text.length >= size) return fail(ERANGE);

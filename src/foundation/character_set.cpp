@@ -76,7 +76,7 @@ bool begins_reset(char c) {
     return c == kEscape || c == kShiftIn;
 }
 
-bool append(Room& room, std::string_view bytes) {
+[[nodiscard]] bool append(Room& room, std::string_view bytes) {
     if (bytes.size() > room.left) return false;
     memcpy(room.out, bytes.data(), bytes.size());
     room.out += bytes.size();
@@ -86,7 +86,7 @@ bool append(Room& room, std::string_view bytes) {
 
 // Writes the characters held back, and behind a whole text the return to the first state where there is room for it.
 // False when a character had no room.
-bool flush(iconv_t converter, Room& room, bool whole) {
+[[nodiscard]] bool flush(iconv_t converter, Room& room, bool whole) {
     char held[64];
     char* end = held;
     size_t held_room = sizeof held;
@@ -99,7 +99,7 @@ bool flush(iconv_t converter, Room& room, bool whole) {
 
 // Converts until the input ends or something in it, or the room, stops the conversion for good. 0 when all was
 // converted, otherwise the error.
-int convert_all(iconv_t converter, const char* source, Room& room) {
+[[nodiscard]] int convert_all(iconv_t converter, const char* source, Room& room) {
     char* in = const_cast<char*>(source);
     size_t left = strlen(source);
     int error = 0;
@@ -109,7 +109,8 @@ int convert_all(iconv_t converter, const char* source, Room& room) {
     return flush(converter, room, error == 0) ? error : E2BIG;
 }
 
-char* convert(const char* function, const Converter& converter, char* dst, size_t dstsize, const char* source) {
+[[nodiscard]] char* convert(const char* function, const Converter& converter, char* dst, size_t dstsize,
+                            const char* source) {
     if (!converter.is_open()) {
         trace(kTrace, ">%s: iconv_open() fail\n", function);
         return nullptr;

@@ -52,7 +52,7 @@ Guarded guarded(const char* command) {
     return Guarded("trap '' HUP INT QUIT PIPE ALRM TERM USR1 USR2; %s", command);
 }
 
-pid_t spawn_shell(const char* command, const Descriptor& written) {
+[[nodiscard]] pid_t spawn_shell(const char* command, const Descriptor& written) {
     Guarded text;
     if (__atomic_load_n(&holding, __ATOMIC_RELAXED) > 0) text = guarded(command);
     const bool guards = text.length > 0 && !text.cut;
@@ -67,7 +67,7 @@ pid_t spawn_shell(const char* command, const Descriptor& written) {
     return error == 0 ? child : -1;
 }
 
-int wait_status_of(pid_t child) {
+[[nodiscard]] int wait_status_of(pid_t child) {
     int status;
     while (waitpid(child, &status, 0) < 0) {
         if (errno != EINTR) return -1;
@@ -100,7 +100,7 @@ void close_all_but(int kept) {
     _exit(0);
 }
 
-pid_t start_keeper(const char* command, Child& child, Descriptor& written) {
+[[nodiscard]] pid_t start_keeper(const char* command, Child& child, Descriptor& written) {
     Pipe status = make_pipe();
     if (!status) return -1;
     child.status = static_cast<Descriptor&&>(status.reading);

@@ -25,7 +25,7 @@ enum class Output { kOfCaller, kRead };
 [[nodiscard]] Child start_shell(const char* command, Output output);
 
 /// Waits for a child's end; its wait status, or -1 without one.
-int wait_for(Child& child);
+[[nodiscard]] int wait_for(Child& child);
 
 /// A pipe whose ends are closed on exec and are none of the standard descriptors; false when there is none (errno).
 struct Pipe {
@@ -40,7 +40,7 @@ struct Pipe {
 [[nodiscard]] pid_t fork_undisturbed();
 
 /// The signals that end or stop a process and do not report a fault of its own.
-sigset_t ending_signals();
+[[nodiscard]] sigset_t ending_signals();
 
 /// Holds back the signals that end a process, in this thread and in children that it starts, for as long as it lives:
 /// what was begun is finished. One that arrived meanwhile is taken at the end.

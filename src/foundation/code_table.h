@@ -14,7 +14,7 @@ struct CodeName {
 
 /// The name of the first row with this code, or `otherwise`.
 template <typename Row>
-const char* name_of(std::span<const Row> rows, int code, const char* otherwise) {
+[[nodiscard]] const char* name_of(std::span<const Row> rows, int code, const char* otherwise) {
     for (const Row& row : rows) {
         if (row.code == code) return row.name;
     }
@@ -23,7 +23,7 @@ const char* name_of(std::span<const Row> rows, int code, const char* otherwise) 
 
 /// The code of the first row whose name is exactly `name`, or `otherwise`.
 template <typename Row>
-int code_of(std::span<const Row> rows, const char* name, int otherwise) {
+[[nodiscard]] int code_of(std::span<const Row> rows, const char* name, int otherwise) {
     for (const Row& row : rows) {
         if (strcmp(row.name, name) == 0) return row.code;
     }

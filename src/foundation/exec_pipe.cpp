@@ -12,7 +12,7 @@ namespace {
 constexpr size_t kFirstCapacity = 2048;
 
 // Doubles the block, which always has one byte more than its capacity, for the terminator.
-bool grow(char** buffer, size_t& capacity) {
+[[nodiscard]] bool grow(char** buffer, size_t& capacity) {
     char* grown = static_cast<char*>(realloc(*buffer, capacity * 2 + 1));
     if (grown == nullptr) return false;
     *buffer = grown;

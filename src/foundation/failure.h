@@ -7,13 +7,13 @@
 namespace quorvel {
 
 /// Gives `result`, with `reason` in errno.
-inline int fail(int reason, int result = -1) {
+[[nodiscard]] inline int fail(int reason, int result = -1) {
     errno = reason;
     return result;
 }
 
 /// The same for a function whose result is a pointer.
-inline decltype(nullptr) fail_null(int reason) {
+[[nodiscard]] inline decltype(nullptr) fail_null(int reason) {
     errno = reason;
     return nullptr;
 }

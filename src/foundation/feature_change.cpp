@@ -62,7 +62,7 @@ void dump_features() {
     if (holds_setting(before)) (void)replace_file(files::kFeature, before.view());
 }
 
-int change_by_setnf(const char* key, const char* value) {
+[[nodiscard]] int change_by_setnf(const char* key, const char* value) {
     Command set("%s %s %s", files::kSetFeatureTool, key, value);
     if (set.cut) return fail(E2BIG);
     HeldSignals held;
@@ -81,7 +81,7 @@ void end_last_line() {
 }
 
 // The line is only appended: readers keep the first, old line until the firmware makes the file anew.
-int change_by_nvram(const char* key, const char* value) {
+[[nodiscard]] int change_by_nvram(const char* key, const char* value) {
     Command set("%s -c set %s %s", files::kNvramTool, key, value);
     Command append("echo %s=%s >> %s", key, value, files::kFeature);
     if (set.cut || append.cut) return fail(E2BIG);

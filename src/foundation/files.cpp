@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
-Descriptor open_path(WholeText path, int flags, mode_t mode = 0) {
+[[nodiscard]] Descriptor open_path(WholeText path, int flags, mode_t mode = 0) {
     if (path.text == nullptr) {
         errno = ENAMETOOLONG;
         return Descriptor();

@@ -46,7 +46,7 @@ struct Descriptor {
     ~Descriptor() { close_now(); }
 
     explicit operator bool() const { return number >= 0; }
-    int release() {
+    [[nodiscard]] int release() {
         int released = number;
         number = -1;
         return released;

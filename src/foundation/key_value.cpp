@@ -32,7 +32,7 @@ void copy_value(char* dst, size_t size, std::string_view value) {
 }
 
 // The next line up to `limit` characters, which may be more than a piece can have, terminated; false at the end.
-bool next_long_line(LineReader& reader, char* line, size_t limit) {
+[[nodiscard]] bool next_long_line(LineReader& reader, char* line, size_t limit) {
     size_t length = 0;
     std::string_view piece;
     do {

@@ -19,7 +19,7 @@ inline constexpr size_t kReaderPiece = 511;
 inline constexpr size_t kWriterPiece = 255;
 
 /// Whether a key can stand in a file at all: it holds no "=" and no white space and is no comment.
-inline bool is_possible_key(std::string_view key) {
+[[nodiscard]] inline bool is_possible_key(std::string_view key) {
     return !key.starts_with('#') &&
            std::none_of(key.begin(), key.end(), [](char c) { return c == '=' || is_blank_character(c); });
 }

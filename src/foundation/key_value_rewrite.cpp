@@ -31,7 +31,7 @@ struct Source {
 };
 
 // Only a file that does not exist counts as empty; none, and errno, for one that cannot be read.
-std::optional<Source> open_source(const char* path) {
+[[nodiscard]] std::optional<Source> open_source(const char* path) {
     Source source = {open_for_reading(path), {}};
     if (!source.file && errno != ENOENT) return {};
     if (!source.file) return source;
@@ -76,7 +76,7 @@ void add(Target& target, std::string_view text) {
 }
 
 // Copies every piece that does not set the key. True when all was read and written.
-bool copy_other_settings(int source, std::string_view key, Target& target) {
+[[nodiscard]] bool copy_other_settings(int source, std::string_view key, Target& target) {
     LineReader reader(source, kWriterPiece);
     bool possible = is_possible_key(key);
     bool dropped = false;  // a whole line, or the end of one
@@ -96,12 +96,12 @@ bool copy_other_settings(int source, std::string_view key, Target& target) {
     return !reader.failed;
 }
 
-bool is_on_disk(int descriptor) {
+[[nodiscard]] bool is_on_disk(int descriptor) {
     // EINVAL: a file system that knows no fsync has nothing to wait for.
     return fsync(descriptor) == 0 || errno == EINVAL;
 }
 
-bool write_new_content(const char* path, const char* key, const char* value, int mode, int descriptor) {
+[[nodiscard]] bool write_new_content(const char* path, const char* key, const char* value, int mode, int descriptor) {
     Target target(descriptor);
     std::optional<Source> source = open_source(path);
     if (!source) return false;

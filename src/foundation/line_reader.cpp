@@ -20,7 +20,7 @@ bool has_more_to_come(int descriptor) {
     return poll(&wait, 1, kLongestWait) != 0;
 }
 
-ssize_t read_some(int descriptor, char* buffer, size_t size) {
+[[nodiscard]] ssize_t read_some(int descriptor, char* buffer, size_t size) {
     for (;;) {
         ssize_t count = read(descriptor, buffer, size);
         if (count >= 0) return count;
@@ -29,7 +29,7 @@ ssize_t read_some(int descriptor, char* buffer, size_t size) {
 }
 
 // Moves what is left to the front of the block and reads behind it. False when nothing came.
-bool refill(LineReader& reader) {
+[[nodiscard]] bool refill(LineReader& reader) {
     if (reader.at_end || reader.descriptor < 0) return false;
     size_t left = static_cast<size_t>(reader.end - reader.begin);
     memmove(reader.block, reader.begin, left);

@@ -36,10 +36,10 @@ struct LineReader {
 };
 
 /// As next_piece, for a piece that is not wholly in the block yet.
-std::string_view next_piece_after_reading(LineReader& reader);
+[[nodiscard]] std::string_view next_piece_after_reading(LineReader& reader);
 
 /// The next piece, or an empty view at the end. It stays valid until the next call.
-inline std::string_view next_piece(LineReader& reader) {
+[[nodiscard]] inline std::string_view next_piece(LineReader& reader) {
     char* begin = reader.begin;
     size_t length = static_cast<size_t>(reader.end - begin);
     if (length > reader.limit) length = reader.limit;
@@ -51,10 +51,10 @@ inline std::string_view next_piece(LineReader& reader) {
 
 /// The next piece as a text with a terminator, which its reader may change; null at the end. It stays valid until the
 /// next call, and has as many characters as next_piece would give. A reader is asked for lines or for pieces, not both.
-char* next_line(LineReader& reader);
+[[nodiscard]] char* next_line(LineReader& reader);
 
 /// The next piece copied into `line` and terminated; false at the end, `line` untouched.
-bool next_line(LineReader& reader, char* line, size_t size);
+[[nodiscard]] bool next_line(LineReader& reader, char* line, size_t size);
 
 /// Walks the lines that are left: for (char* line : reader).
 struct LineIterator {
@@ -68,10 +68,10 @@ struct LineIterator {
     }
     bool operator!=(std::nullptr_t) const { return line != nullptr; }
 };
-inline LineIterator begin(LineReader& reader) {
+[[nodiscard]] inline LineIterator begin(LineReader& reader) {
     return {&reader, next_line(reader)};
 }
-inline std::nullptr_t end(LineReader&) {
+[[nodiscard]] inline std::nullptr_t end(LineReader&) {
     return nullptr;
 }
 
@@ -86,10 +86,10 @@ struct LineFile {
     Descriptor file;
     LineReader reader;
 };
-inline LineIterator begin(LineFile& file) {
+[[nodiscard]] inline LineIterator begin(LineFile& file) {
     return begin(file.reader);
 }
-inline std::nullptr_t end(LineFile&) {
+[[nodiscard]] inline std::nullptr_t end(LineFile&) {
     return nullptr;
 }
 

@@ -21,7 +21,7 @@ inline void add_mac_text(MacText& text, const uint8_t (&address)[6], Letters let
 }
 
 /// "00:11:22:aa:bb:cc".
-inline MacText mac_text(const uint8_t (&address)[6]) {
+[[nodiscard]] inline MacText mac_text(const uint8_t (&address)[6]) {
     MacText text;
     add_mac_text(text, address, Letters::small);
     return text;

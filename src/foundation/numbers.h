@@ -10,14 +10,14 @@
 namespace quorvel {
 
 /// The number with all its 64 bits; one beyond them is the largest or smallest there is.
-int64_t leading_number(const char* text);
+[[nodiscard]] int64_t leading_number(const char* text);
 
 /// Its low 32 bits, for numbers that the interface takes as they are: 4294967306 is 10.
-int32_t low_int(const char* text);
+[[nodiscard]] int32_t low_int(const char* text);
 
 /// The number held to the range of an int, for numbers that are compared with a limit: the true one decides, however
 /// long it is.
-int leading_int(const char* text);
+[[nodiscard]] int leading_int(const char* text);
 
 /// The number as scanf's "%d" reads it: blanks and a sign are taken, only the low 32 bits count; none without a digit.
 [[nodiscard]] std::optional<int32_t> scanned_int(const char* text);
@@ -38,11 +38,11 @@ struct HexadecimalPair {
 [[nodiscard]] std::optional<uint64_t> scanned_third(const char* line);
 
 /// One number up or down, for counts that begin at 0 on one side and at 1 on the other; wraps.
-constexpr int number_moved(int number, int by) {
+[[nodiscard]] constexpr int number_moved(int number, int by) {
     return static_cast<int>(static_cast<unsigned>(number) + static_cast<unsigned>(by));
 }
 
 /// Whether a text is not empty and every character is a decimal digit.
-bool is_all_digits(const char* text);
+[[nodiscard]] bool is_all_digits(const char* text);
 
 }  // namespace quorvel

@@ -31,6 +31,6 @@ private:
 };
 
 /// The number of arguments really there: `count`, or fewer when a null entry comes first; 0 for a null vector.
-int argument_count(int count, char** arguments);
+[[nodiscard]] int argument_count(int count, char** arguments);
 
 }  // namespace quorvel

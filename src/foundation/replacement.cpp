@@ -39,7 +39,7 @@ bool may_be_held(const char* path) {
     return lstat(path, &status) == 0 && is_own_file(status) && !may_be_locked_by_others(status);
 }
 
-bool is_free(int descriptor) {
+[[nodiscard]] bool is_free(int descriptor) {
     if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) return true;
     if (errno != EWOULDBLOCK && errno != EINTR) return false;
     errno = ETIMEDOUT;  // what it is when this was the last try
@@ -48,7 +48,7 @@ bool is_free(int descriptor) {
 }
 
 // Removes what has the name, unless another writer holds it. False when it cannot be removed.
-bool remove_left_over(const char* path) {
+[[nodiscard]] bool remove_left_over(const char* path) {
     if (may_be_held(path)) {
         Descriptor old = above_standard(open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
         if (old && (!is_free(old.number) || !is_named(old.number, path))) return errno == ETIMEDOUT || errno == 0;

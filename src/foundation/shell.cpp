@@ -10,7 +10,7 @@ namespace quorvel {
 
 namespace {
 
-Child start(WholeText command, Output output) {
+[[nodiscard]] Child start(WholeText command, Output output) {
     if (command.text != nullptr) return start_shell(command.text, output);
     errno = E2BIG;
     return Child();

@@ -11,33 +11,34 @@ namespace quorvel {
 
 /// Runs a command, after what was printed so far is out, and waits for its end. Its wait status, or -1 when it was not
 /// run.
-int run_command(WholeText command);
+[[nodiscard]] int run_command(WholeText command);
 
 /// A command whose standard output is being read. Its error output stays the caller's.
 struct CommandOutput {
     /// `piece_limit` is the longest piece of a line, as in LineReader.
     CommandOutput(WholeText command, size_t piece_limit);
-    ~CommandOutput() { finish(); }
+    // Who wants to know the status has asked for it.
+    ~CommandOutput() { (void)finish(); }
     CommandOutput(const CommandOutput&) = delete;
     CommandOutput& operator=(const CommandOutput&) = delete;
 
     /// Whether the pipe and its shell were made; `errno` tells why not.
     explicit operator bool() const { return static_cast<bool>(child); }
     /// Closes the pipe and waits for the command: its wait status, or -1.
-    int finish();
+    [[nodiscard]] int finish();
 
     Child child;
     LineReader lines;
 };
-inline LineIterator begin(CommandOutput& command) {
+[[nodiscard]] inline LineIterator begin(CommandOutput& command) {
     return begin(command.lines);
 }
-inline std::nullptr_t end(CommandOutput&) {
+[[nodiscard]] inline std::nullptr_t end(CommandOutput&) {
     return nullptr;
 }
 
 /// Whether a wait status says that the shell did not find the command (127) or could not execute it (126).
-bool could_not_execute(int wait_status);
+[[nodiscard]] bool could_not_execute(int wait_status);
 
 /// A command's whole output as text, null when there is none, and what ExecPipe answered.
 struct Captured {

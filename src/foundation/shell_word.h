@@ -14,7 +14,7 @@ inline constexpr size_t kCommandSize = 1024;
 /// then cut and not run.
 struct ShellWord {
     explicit ShellWord(const char* word);
-    const char* c_str() const { return plain != nullptr ? plain : quoted.c_str(); }
+    [[nodiscard]] const char* c_str() const { return plain != nullptr ? plain : quoted.c_str(); }
 
     const char* plain;
     Text<kCommandSize> quoted;

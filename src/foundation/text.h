@@ -11,11 +11,11 @@
 namespace quorvel {
 
 /// vsnprintf at offset `length` of a buffer; the new length. Sets `cut` when not all of it had room.
-__attribute__((format(printf, 5, 0))) size_t format_at(char* buffer, size_t size, size_t length, bool& cut,
-                                                       const char* format, va_list arguments);
+[[nodiscard]] __attribute__((format(printf, 5, 0))) size_t format_at(char* buffer, size_t size, size_t length,
+                                                                     bool& cut, const char* format, va_list arguments);
 
 /// The same for a text as it is.
-size_t add_at(char* buffer, size_t size, size_t length, bool& cut, std::string_view text);
+[[nodiscard]] size_t add_at(char* buffer, size_t size, size_t length, bool& cut, std::string_view text);
 
 template <size_t Size>
 struct Text {
@@ -52,11 +52,11 @@ struct Text {
         cut = false;
         chars[0] = '\0';
     }
-    const char* c_str() const { return chars; }
+    [[nodiscard]] const char* c_str() const { return chars; }
 };
 
 template <size_t Size>
-std::string_view view(const Text<Size>& text) {
+[[nodiscard]] std::string_view view(const Text<Size>& text) {
     return {text.chars, text.length};
 }
 
@@ -73,23 +73,23 @@ struct WholeText {
 /// Copies `source` cut to `size - 1` characters and always terminated.
 void copy_text(char* target, size_t size, std::string_view source);
 
-inline bool starts_with(const char* text, std::string_view prefix) {
+[[nodiscard]] inline bool starts_with(const char* text, std::string_view prefix) {
     return strncmp(text, prefix.data(), prefix.size()) == 0;
 }
-inline bool contains(const char* text, const char* part) {
+[[nodiscard]] inline bool contains(const char* text, const char* part) {
     return strstr(text, part) != nullptr;
 }
 
 /// isspace of the "C" locale, whatever locale the caller has set.
-inline bool is_blank_character(char c) {
+[[nodiscard]] inline bool is_blank_character(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
-inline bool is_digit(char c) {
+[[nodiscard]] inline bool is_digit(char c) {
     return c >= '0' && c <= '9';
 }
 
 /// A byte that a terminal may act on instead of showing it.
-inline bool is_control_byte(char c) {
+[[nodiscard]] inline bool is_control_byte(char c) {
     return static_cast<unsigned char>(c) < ' ' || c == '\x7f';
 }
 /// Prints a text that somebody else wrote (a disk, a share's user, another machine): each control byte as "?".
@@ -98,9 +98,9 @@ void print_foreign(std::string_view text);
 void hide_control_bytes(char* text);
 
 /// The text behind the first occurrence of "dev/", or the whole text when it holds none.
-const char* without_dev_prefix(const char* name);
+[[nodiscard]] const char* without_dev_prefix(const char* name);
 
 /// The text behind the last "/", or the whole text.
-const char* last_component(const char* path);
+[[nodiscard]] const char* last_component(const char* path);
 
 }  // namespace quorvel

@@ -12,7 +12,7 @@ enum TraceLevel : int {
     kTraceDetail = 101  // the inventory's details
 };
 
-inline bool tracing(TraceLevel level) {
+[[nodiscard]] inline bool tracing(TraceLevel level) {
     return debug > level;
 }
 

@@ -18,7 +18,7 @@ bool reads(const char* path, const char* setting) {
     return read_first_line(path, line, sizeof line) && strcmp(line, setting) == 0;
 }
 
-bool write_setting(const char* path, const char* setting) {
+[[nodiscard]] bool write_setting(const char* path, const char* setting) {
     Descriptor file = open_for_update(path);
     if (!file) return false;
     // A file of the driver has no length to cut.

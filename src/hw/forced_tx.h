@@ -13,6 +13,6 @@ void drive_forced_tx(bool high);
 [[nodiscard]] bool is_forced_tx_high();
 
 /// Forces the level of the line: 0 or 1. -1 for any other level, or when it cannot be written.
-int set_forced_tx(int level);
+[[nodiscard]] int set_forced_tx(int level);
 
 }  // namespace quorvel

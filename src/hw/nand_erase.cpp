@@ -28,7 +28,7 @@ using Command = Text<kCommandSize>;
 
 // What the shell could not find or execute was not started, and neither was what nobody can tell of: this is about a
 // board that still has to boot afterwards.
-bool was_started(CommandOutput& command) {
+[[nodiscard]] bool was_started(CommandOutput& command) {
     const int status = command.finish();
     return status != -1 && !could_not_execute(status);
 }

@@ -6,13 +6,13 @@
 QUORVEL_BEGIN_DECLS
 
 /// The boot loader's setting of booting from NAND: 0 off; -1 when nvram could not be started.
-int get_nand_boot(void);
+[[nodiscard]] int get_nand_boot(void);
 
 /// Switches booting from NAND off, showing what nvram prints: 0, or -1 when nvram could not be started.
-int clear_nand_boot(void);
+[[nodiscard]] int clear_nand_boot(void);
 
 /// Erases the MTD partition of a name: 0, or -1 when the erase tool could not be started. The tool is run without a
 /// device when no partition among the first eight MTD devices has this name; its own status is not looked at.
-int erase_mtd_by_name(const char* name);
+[[nodiscard]] int erase_mtd_by_name(const char* name);
 
 QUORVEL_END_DECLS

@@ -84,14 +84,14 @@ void drive(int port, int lines, const PortTest& test) {
     if (test.may_force_tx && has_forced_tx()) drive_forced_tx((lines & kTx) != 0);
 }
 
-int read_once(int port, const PortTest& test) {
+[[nodiscard]] int read_once(int port, const PortTest& test) {
     int lines = 0;
     (void)ioctl(port, TIOCMGET, &lines);
     if (test.may_force_tx && is_forced_tx_high()) lines |= kTx;
     return lines;
 }
 
-int read_until(int port, int wanted, const PortTest& test) {
+[[nodiscard]] int read_until(int port, int wanted, const PortTest& test) {
     constexpr useconds_t kPause = 100;
     int lines = 0;
     for (int i = 0; i < test.reads; i++) {

@@ -13,7 +13,7 @@ using namespace quorvel;
 
 namespace {
 
-int take_octets(int (*get)(const char*, uint32_t*), const char* ifname, struct ip_record* record) {
+[[nodiscard]] int take_octets(int (*get)(const char*, uint32_t*), const char* ifname, struct ip_record* record) {
     if (record == nullptr) return fail(EINVAL);
     uint32_t value = 0;
     if (get(ifname, &value) != 0) return -1;

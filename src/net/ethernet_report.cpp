@@ -40,7 +40,7 @@ __attribute__((format(printf, 1, 2))) void report(const char* format, ...) {
 }
 
 // The first line of an attribute file. A file that did not open leaves `text` as it was and is no error.
-int read_attribute(Descriptor opened, const Path& path, std::span<char> text) {
+[[nodiscard]] int read_attribute(Descriptor opened, const Path& path, std::span<char> text) {
     if (!opened) {
         report("Failed to open %s\n", path.c_str());
         return 0;
@@ -53,7 +53,7 @@ int read_attribute(Descriptor opened, const Path& path, std::span<char> text) {
     return 0;
 }
 
-int read_mtu(struct eth_info& info, const char* ifname) {
+[[nodiscard]] int read_mtu(struct eth_info& info, const char* ifname) {
     Path path(files::kNetMtuFormat, ifname);
     char mtu[16] = "";
     int failure = read_attribute(open_for_reading(path), path, mtu);

@@ -15,6 +15,6 @@ struct eth_info {
 /// Fills a cleared record from /sys/class/net/NAME and the driver; what cannot be read stays as it was. 0, also when
 /// the driver could not be asked; -17 when there is no such directory; -12 when its file address or mtu is empty.
 /// Failure lines are printed when from_cmdline is set.
-int read_eth_info(struct eth_info* info, const char* ifname);
+[[nodiscard]] int read_eth_info(struct eth_info* info, const char* ifname);
 
 QUORVEL_END_DECLS

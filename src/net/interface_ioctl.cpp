@@ -45,13 +45,14 @@ int complain(const char* what, const char* separator) {
     return fail(reason);
 }
 
-Descriptor socket_for(const char* function) {
+[[nodiscard]] Descriptor socket_for(const char* function) {
     Descriptor open_socket = interface_socket();
     if (!open_socket) complain(function, ":");
     return open_socket;
 }
 
-int issue(const Descriptor& open_socket, unsigned long request_code, const char* request_name, struct ifreq& request) {
+[[nodiscard]] int issue(const Descriptor& open_socket, unsigned long request_code, const char* request_name,
+                        struct ifreq& request) {
     return ioctl(open_socket.number, request_code, &request) != -1 ? 0 : complain(request_name, " :");
 }
 
@@ -70,7 +71,7 @@ struct netdev_map narrow_map(const struct ifmap& map) {
             {}};
 }
 
-int take_result(Result result, struct ifreq& request, void* out) {
+[[nodiscard]] int take_result(Result result, struct ifreq& request, void* out) {
     switch (result) {
         case Result::hardware_address:
             memcpy(out, request.ifr_hwaddr.sa_data, 6);
@@ -89,7 +90,7 @@ int take_result(Result result, struct ifreq& request, void* out) {
     return request.ifr_flags;
 }
 
-int ask(const Question& question, const char* ifname, void* out) {
+[[nodiscard]] int ask(const Question& question, const char* ifname, void* out) {
     bool stores = question.result != Result::number && question.result != Result::flags;
     if (ifname == nullptr || (stores && out == nullptr)) return fail(EINVAL);
     Descriptor open_socket = socket_for(question.function);
@@ -100,7 +101,8 @@ int ask(const Question& question, const char* ifname, void* out) {
 }
 
 // Sets the address in a request, then the netmask in its place.
-int set_address(const Descriptor& open_socket, struct ifreq& request, uint32_t address, uint32_t netmask) {
+[[nodiscard]] int set_address(const Descriptor& open_socket, struct ifreq& request, uint32_t address,
+                              uint32_t netmask) {
     ipv4_of(request).sin_family = AF_INET;
     ipv4_of(request).sin_addr.s_addr = address;
     if (issue(open_socket, SIOCSIFADDR, "SIOCSIFADDR", request) != 0) return -1;

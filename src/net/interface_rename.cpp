@@ -12,7 +12,7 @@ using namespace quorvel;
 namespace {
 
 // 0, or the reason why not.
-int rename_interface(const Descriptor& open_socket, const char* from, const char* to) {
+[[nodiscard]] int rename_interface(const Descriptor& open_socket, const char* from, const char* to) {
     if (!fits_request(from) || !fits_request(to)) return ENODEV;
     struct ifreq request = request_for(from);
     copy_text(request.ifr_newname, sizeof request.ifr_newname, to);

@@ -30,7 +30,7 @@ struct Wipe {
 };
 
 // Written where its owner wipes it.
-int read_pass_phrase(const char* ifname, PassPhrase& phrase) {
+[[nodiscard]] int read_pass_phrase(const char* ifname, PassPhrase& phrase) {
     uint8_t mac[6];
     Wipe wipe(mac);
     int result = Netdev_GetHwAddr(ifname, mac);
@@ -46,7 +46,7 @@ int result_of(int status) {
 
 // The file's place is taken by what stands beside it: made before anybody else can, for its owner's eyes only, and
 // given mode and owner of the old file when it is whole.
-int run_replacing(const Command& command, const char* path) {
+[[nodiscard]] int run_replacing(const Command& command, const char* path) {
     Text<256> beside("%s.1", path);
     struct stat replaced;
     bool there = stat(path, &replaced) == 0;

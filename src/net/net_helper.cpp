@@ -41,7 +41,7 @@ struct Options {
 // What an option leaves to do.
 enum class Next { go_on, done, failed };
 
-int complete(struct host_info& info) {
+[[nodiscard]] int complete(struct host_info& info) {
     info.mask_size = LibQuorvelBin_GetMaskSize(&info.mask);
     return LibQuorvelBin_GetNetip(&info.ip, &info.mask, &info.net_addr);
 }

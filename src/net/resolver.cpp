@@ -29,7 +29,7 @@ struct TwoFields {
     char second[128];
 };
 
-Descriptor open_resolver_settings() {
+[[nodiscard]] Descriptor open_resolver_settings() {
     errno = 0;
     Descriptor file;
     bool there = IsFileExist(files::kResolverSettings) == 1;
@@ -105,7 +105,7 @@ int ask_servers(LineFile& settings, int timeout, int retries) {
     return result;
 }
 
-int copy_characters(char* dst, const char* text) {
+[[nodiscard]] int copy_characters(char* dst, const char* text) {
     // No terminator: the caller's cleared buffer provides it.
     // NOLINTNEXTLINE(bugprone-not-null-terminated-result)
     memcpy(dst, text, strlen(text));

@@ -20,7 +20,7 @@ uint64_t number_at(const char* text, unsigned shift) {
     return static_cast<uint64_t>(shift != 0 ? leading_number(text) : low_int(text)) << shift;
 }
 
-int parse_numbers(const char* text, uint64_t& version) {
+[[nodiscard]] int parse_numbers(const char* text, uint64_t& version) {
     version = number_at(text, 48);
     for (unsigned shift : {32U, 16U, 0U}) {
         text = strchr(text, '.');

@@ -115,7 +115,7 @@ void add_array(const md_trans_entry& row, const char* md_name) {
     copy_text(array->name, sizeof array->name, row.array_name);
     array->diskinfo_status = get_diskinfo_status(array->name);
     if (get_array_info(device.number, array.get()) == 0) {
-        get_md_superblock(path.c_str(), &array->sb);
+        (void)get_md_superblock(path.c_str(), &array->sb);  // what is not told stays unknown in the record
     } else {
         trace(kTraceDetail, "md %s is not exist(not active)\n", path.c_str());
     }

@@ -71,7 +71,7 @@ void add_disk(int slot_index, int member_partition) {
     read_mounted_sizes(*disk);
     LibQuorvelBin_LoadDiskSignature(device.c_str(), &disk->sig);
     disk->diskinfo_status = get_diskinfo_status(disk->name);
-    get_disk_superblock(device.c_str(), member_partition, disk->sb);
+    (void)get_disk_superblock(device.c_str(), member_partition, disk->sb);  // that of no member is empty
     list_add(&disk.release()->links, &diskinfo_list);
 }
 

@@ -16,18 +16,18 @@ void LibQuorvelBin_SetMdTransTbl(int row, const char* feature_name, const char* 
 
 /// Asks the md driver behind a descriptor (GET_ARRAY_INFO) for the nine integers of a record. 0, or -1 with the record
 /// untouched when the request fails or no array is configured. Traces them.
-int get_array_info(int descriptor, struct arrayinfo* array);
+[[nodiscard]] int get_array_info(int descriptor, struct arrayinfo* array);
 
 /// Runs mdadm on an md device, or on the member partition of a disk when the path contains "disk", and takes what it
 /// tells of the superblock. A UUID that is not told stays as it was. 0 when the last line told something, else -1, also
 /// when the command could not be started, which is printed.
-int get_md_superblock(const char* path, struct sb_info* sb);
+[[nodiscard]] int get_md_superblock(const char* path, struct sb_info* sb);
 
 /// The number of every disk's md member partition: the one behind the first "_" of disk 1's link, or 0.
-int get_hdd_link_partno(void);
+[[nodiscard]] int get_hdd_link_partno(void);
 
 /// The code of the word recorded for a disk or array in the status file, or kStatusUnknown.
-int get_diskinfo_status(const char* name);
+[[nodiscard]] int get_diskinfo_status(const char* name);
 }
 
 namespace quorvel {
@@ -38,7 +38,7 @@ inline constexpr int kStatusUnknown = 0xffff;
 [[nodiscard]] int md_level_of(const char* name);
 
 /// get_md_superblock of a disk whose member partition number is known.
-int get_disk_superblock(const char* path, int member_partition, sb_info& sb);
+[[nodiscard]] int get_disk_superblock(const char* path, int member_partition, sb_info& sb);
 
 /// The listed array "arrayN" or disk "diskN", or null.
 [[nodiscard]] arrayinfo* find_array(int number);

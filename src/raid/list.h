@@ -17,21 +17,21 @@ void make_empty(list_links& head);
 
 /// A zero-filled record, or null. Once listed it is never freed.
 template <typename Record>
-Heap<Record> new_record() {
+[[nodiscard]] Heap<Record> new_record() {
     return Heap<Record>(static_cast<Record*>(calloc(1, sizeof(Record))));
 }
 
 /// The record with these links, or null for the head.
 template <typename Record>
-Record* record_at(list_links* links, const list_links& head) {
+[[nodiscard]] Record* record_at(list_links* links, const list_links& head) {
     return links != &head ? reinterpret_cast<Record*>(links) : nullptr;
 }
 template <typename Record>
-Record* first_of(const list_links& head) {
+[[nodiscard]] Record* first_of(const list_links& head) {
     return record_at<Record>(head.next, head);
 }
 template <typename Record>
-Record* next_of(const Record* record, const list_links& head) {
+[[nodiscard]] Record* next_of(const Record* record, const list_links& head) {
     return record_at<Record>(record->links.next, head);
 }
 
@@ -43,7 +43,7 @@ struct KeyField {
 
 /// The first record whose text chosen by the mode is the key, or null. Traces "KIND : NAME" for each record looked at,
 /// unless kind is null.
-list_links* find_record(const list_links& head, std::span<const KeyField> fields, const char* key, int mode,
-                        const char* kind);
+[[nodiscard]] list_links* find_record(const list_links& head, std::span<const KeyField> fields, const char* key,
+                                      int mode, const char* kind);
 
 }  // namespace quorvel

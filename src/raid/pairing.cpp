@@ -21,7 +21,7 @@ constexpr KeyField kGroupKeys[] = {
 };
 
 // A group is named and counted by the first disk met, the highest one.
-pareinfo* add_group(const diskinfo& disk) {
+[[nodiscard]] pareinfo* add_group(const diskinfo& disk) {
     Heap<pareinfo> group = new_record<pareinfo>();
     if (group == nullptr) return nullptr;
     copy_text(group->uuid, sizeof group->uuid, disk.sb.uuid);

@@ -40,7 +40,7 @@ constexpr SuperblockKey kKeys[] = {
 // clang-format on
 
 // Takes the first key that occurs in a line; false when none does.
-bool take_line(const char* line, sb_info& sb) {
+[[nodiscard]] bool take_line(const char* line, sb_info& sb) {
     for (const SuperblockKey& wanted : kKeys) {
         const char* found = strstr(line, wanted.key);
         if (found == nullptr) continue;
@@ -50,7 +50,7 @@ bool take_line(const char* line, sb_info& sb) {
     return false;
 }
 
-int read_superblock(const Text<kCommandSize>& command, const char* path, sb_info& sb) {
+[[nodiscard]] int read_superblock(const Text<kCommandSize>& command, const char* path, sb_info& sb) {
     sb.minor = sb.level = sb.raid_devices = sb.total_devices = -1;
     CommandOutput mdadm(command, kPiece);
     if (!mdadm) {

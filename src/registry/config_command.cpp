@@ -54,7 +54,7 @@ bool asks_for_usage(OptionVector& vector) {
     return false;
 }
 
-bool take_key_and_value(const char* key, const char* value) {
+[[nodiscard]] bool take_key_and_value(const char* key, const char* value) {
     // Half a value must not be stored as if it were the whole.
     if (strlen(value) >= sizeof scKeyRegVal) {
         errno = ENAMETOOLONG;

@@ -47,7 +47,7 @@ void print_line(const char* line) {
     fwrite(text.chars, 1, text.length, stdout);
 }
 
-int list_file(ConfigEntry& entry) {
+[[nodiscard]] int list_file(ConfigEntry& entry) {
     trace(kTrace, "file read routine\n");
     RegistryText path("%s/%s", entry.path.c_str(), entry.name.c_str());
     entry.path = path;
@@ -69,7 +69,7 @@ int list_file(ConfigEntry& entry) {
 }
 
 // get_StringbyKey from a file that is open.
-std::optional<RegistryText> read_value(const Descriptor& file, const RegistryText& name) {
+[[nodiscard]] std::optional<RegistryText> read_value(const Descriptor& file, const RegistryText& name) {
     RegistryText value;
     KeyRequest request = {view(name), value.chars, sizeof value.chars};
     if (!is_possible_key(request.key) || read_keys(file.number, {&request, 1}) != 1) return {};
@@ -77,7 +77,7 @@ std::optional<RegistryText> read_value(const Descriptor& file, const RegistryTex
     return value;
 }
 
-int read_entry(ConfigEntry& entry) {
+[[nodiscard]] int read_entry(ConfigEntry& entry) {
     trace(kTrace, "%s:CMD_READ scKeyPath=%s\n", kFunction, entry.path.c_str());
     mode_t type;
     Descriptor file = open_for_reading(entry.path, type);
@@ -97,7 +97,7 @@ void announce_new_entry(const ConfigEntry& entry) {
     printf("%s%s is not exist in registory. newly add it.\n", entry.name.c_str(), place);
 }
 
-int write_entry(ConfigEntry& entry) {
+[[nodiscard]] int write_entry(ConfigEntry& entry) {
     trace(kTrace, "%s : CMD_WRITE\n", kFunction);
     trace(kTrace, "%s : scKeyPath = %s\n", kFunction, entry.path.c_str());
     trace(kTrace, "%s : scKeyName = %s\n", kFunction, entry.name.c_str());
@@ -111,7 +111,7 @@ int write_entry(ConfigEntry& entry) {
     return read_entry(entry);
 }
 
-int delete_entry(const ConfigEntry& entry) {
+[[nodiscard]] int delete_entry(const ConfigEntry& entry) {
     trace(kTrace, "%s:CMD_WRITE\n", kFunction);
     mode_t type;
     (void)open_for_reading(entry.path, type);  // one that cannot be read is none
@@ -119,7 +119,7 @@ int delete_entry(const ConfigEntry& entry) {
     return del_StringbyKey(entry.path.c_str(), entry.name.c_str(), "") == 0 ? 0 : -1;
 }
 
-int carry_out(ConfigEntry& entry, int operation) {
+[[nodiscard]] int carry_out(ConfigEntry& entry, int operation) {
     switch (operation) {
         case kConfigRead:
             return read_entry(entry);

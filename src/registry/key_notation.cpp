@@ -28,7 +28,7 @@ struct PathItems {
 };
 
 // False when there are more components than a text of the registry has.
-bool push_components(PathItems& path, const char* text, const char* separator) {
+[[nodiscard]] bool push_components(PathItems& path, const char* text, const char* separator) {
     for (text += strspn(text, separator); *text != '\0'; text += strspn(text, separator)) {
         if (path.count == std::size(path.items)) return false;
         size_t length = strcspn(text, separator);
@@ -44,7 +44,7 @@ bool push_components(PathItems& path, const char* text, const char* separator) {
 }
 
 // False when the target had no room for all of it; as much as fits is there then.
-bool append_items(char* target, size_t size, char prefix, const PathItems& path) {
+[[nodiscard]] bool append_items(char* target, size_t size, char prefix, const PathItems& path) {
     bool cut = false;
     size_t length = strlen(target);
     for (const PathItem* item = path.present_item_list; item != nullptr; item = item->next) {

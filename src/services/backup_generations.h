@@ -27,5 +27,5 @@ extern "C" {
 /// directory
 /// @return 0; -1, dst untouched, when there is no other generation, or when the target does not fit (then with a
 /// warning)
-int LibQuorvelBin_GetLastDestTarget(char* dst, size_t size, const char* destination, size_t generation);
+[[nodiscard]] int LibQuorvelBin_GetLastDestTarget(char* dst, size_t size, const char* destination, size_t generation);
 }

@@ -45,7 +45,7 @@ void print_generation(const BackupTask& task, const BackupLocation& source, cons
 }
 
 // Prints what rsync needs for a pair; false when there is no such pair.
-bool print_pair(const BackupTask& task, int number, const char* generation) {
+[[nodiscard]] bool print_pair(const BackupTask& task, int number, const char* generation) {
     std::optional<BackupPair> pair = find_pair(task, number);
     if (!pair) return false;
     BackupLocation source = locate(pair->source);

@@ -39,7 +39,7 @@ struct BackupTask {
 void print_task(const BackupTask& task);
 
 /// A text of the record, empty when it is missing.
-inline const char* text_or_empty(const Heap<char>& text) {
+[[nodiscard]] inline const char* text_or_empty(const Heap<char>& text) {
     return text ? text.get() : "";
 }
 
@@ -63,5 +63,5 @@ extern "C" {
 
 /// Reads the file of a task into a fresh record; a missing file leaves it as it is. 0, or -1 and a line of its own when
 /// the number is not all digits.
-int LibQuorvelBin_LoadTaskInfo(const char* number, quorvel::BackupTask* task);
+[[nodiscard]] int LibQuorvelBin_LoadTaskInfo(const char* number, quorvel::BackupTask* task);
 }

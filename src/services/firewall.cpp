@@ -66,7 +66,7 @@ size_t conversion_length(const char* text) {
 
 // An argument as a format gives it that has nothing to convert: "%%" is "%", a conversion is nothing. Null when there
 // is no memory.
-Heap<char> expand_path(const char* argument) {
+[[nodiscard]] Heap<char> expand_path(const char* argument) {
     Heap<char> path(static_cast<char*>(malloc(strlen(argument) + 1)));
     if (!path) return path;
     char* end = path.get();

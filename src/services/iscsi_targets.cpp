@@ -24,7 +24,7 @@ TargetConfiguration read_configuration(int number) {
         {"iscsi_device0_path_lun0", configuration.device,     sizeof configuration.device    },
         {"iscsi_device0_target",    configuration.short_name, sizeof configuration.short_name},
     };
-    (void)read_keys(Text<64>(files::kIscsiDisks, number).c_str(), requests);  // what is missing stays empty
+    read_keys(Text<64>(files::kIscsiDisks, number).c_str(), requests);  // what is missing stays empty
     return configuration;
 }
 

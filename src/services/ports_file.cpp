@@ -23,7 +23,7 @@ constexpr mode_t kWidestMode = 0644;
 constexpr mode_t kModeBits = 07777;
 
 // "1<>" for every port, or null.
-Heap<char> allowing_flags(int ports) {
+[[nodiscard]] Heap<char> allowing_flags(int ports) {
     constexpr char kAllow[] = "1<>";
     constexpr size_t kLength = sizeof kAllow - 1;
     size_t count = ports > 0 ? static_cast<size_t>(ports) : 0;
@@ -37,7 +37,7 @@ Heap<char> allowing_flags(int ports) {
 
 // The file that a name stands for, a link's target; the name itself where there is none. Null when it is no regular
 // file.
-Heap<char> place_of(const char* name, struct stat& old) {
+[[nodiscard]] Heap<char> place_of(const char* name, struct stat& old) {
     old = {};
     if (stat(name, &old) != 0) return Heap<char>(strdup(name));
     errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
@@ -51,7 +51,7 @@ struct Replacement {
     mode_t mode = 0;
 };
 
-bool begin(Replacement& next, const char* place, const struct stat& old) {
+[[nodiscard]] bool begin(Replacement& next, const char* place, const struct stat& old) {
     // One name for each thread: whoever writes at the same time has a file of his own.
     next.temporary.append("%s_%d", place, gettid());
     bool replaces = old.st_mode != 0;
@@ -66,13 +66,13 @@ bool begin(Replacement& next, const char* place, const struct stat& old) {
     return static_cast<bool>(next.file);
 }
 
-bool write_services(FILE* file, const char* flags) {
+[[nodiscard]] bool write_services(FILE* file, const char* flags) {
     for (const firewall_service& service : set_firewall_tab)
         fprintf(file, "%s<>%s;\n", service.name, flags);
     return fflush(file) == 0 && ferror(file) == 0;
 }
 
-bool take_place(const Replacement& next, const char* place) {
+[[nodiscard]] bool take_place(const Replacement& next, const char* place) {
     int written = fileno(next.file.get());
     return fchmod(written, next.mode) == 0 && fsync(written) == 0 && rename(next.temporary.c_str(), place) == 0;
 }

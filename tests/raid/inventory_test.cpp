@@ -88,9 +88,9 @@ TEST_F(RaidTest, SuperblocksAreReadFromWhateverFormMdadmHas) {
         mdadm_shows(device + (device[0] == 'd' ? "_6" : ""),
                     text[0] == '<' ? text_of(text.substr(1)) : filled(text, marks));
         sb_info sb = {"old", 7, 7, 7, 7};
-        get_md_superblock(("/dev/" + device).c_str(), &sb);
+        const int result = get_md_superblock(("/dev/" + device).c_str(), &sb);
         EXPECT_EQ(" " + filled(expected, marks),
-                  text_of({sb.minor, sb.level, sb.raid_devices, sb.total_devices}) + " " + sb.uuid)
+                  text_of({result, sb.minor, sb.level, sb.raid_devices, sb.total_devices}) + " " + sb.uuid)
             << text;
     }
     for (const auto& [link, number] : {

@@ -12,7 +12,7 @@ inline constexpr char kBlockDevices[] = "/sys/block";
 using SysPath = quorvel::Text<640>;
 
 /// The number that the attribute "dev" of a directory holds; false when there is none.
-inline bool read_number(const char* directory, dev_t& number) {
+[[nodiscard]] inline bool read_number(const char* directory, dev_t& number) {
     char text[32];
     unsigned int major_number, minor_number;
     if (!quorvel::read_first_line(SysPath("%s/dev", directory).c_str(), text, sizeof text)) return false;
@@ -23,7 +23,7 @@ inline bool read_number(const char* directory, dev_t& number) {
 
 /// Visits the entries of a directory up to the first for which `visit` is true; whether there was one.
 template <typename Visit>
-bool any_entry(const char* directory, Visit&& visit) {
+[[nodiscard]] bool any_entry(const char* directory, Visit&& visit) {
     quorvel::Directory entries = quorvel::open_directory(directory);
     while (const struct dirent* entry = entries != nullptr ? readdir(entries.get()) : nullptr) {
         if (!quorvel::is_dot_entry(entry->d_name) && visit(static_cast<const char*>(entry->d_name))) return true;
@@ -33,7 +33,7 @@ bool any_entry(const char* directory, Visit&& visit) {
 
 /// Visits a disk and then its partitions: their directory, name and number.
 template <typename Visit>
-bool any_part(const char* disk, Visit&& visit) {
+[[nodiscard]] bool any_part(const char* disk, Visit&& visit) {
     const SysPath whole("%s/%s", kBlockDevices, disk);
     dev_t number;
     if (read_number(whole.c_str(), number) && visit(whole.c_str(), disk, number)) return true;

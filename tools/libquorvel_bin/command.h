@@ -23,12 +23,12 @@ inline constexpr int kExitUsage = 2;  // unknown command, missing or surplus arg
 // Of the commands that look before they write or erase: refused, with the reason on standard error, and nothing done.
 inline constexpr int kExitRefused = 3;
 
-inline int exit_status_of_result(int result) {
+[[nodiscard]] inline int exit_status_of_result(int result) {
     return result == 0 ? kExitOk : kExitNo;
 }
 
 // Prints the answer of a yes-or-no question as 1 or 0; its status says the same.
-inline int print_predicate(int answer) {
+[[nodiscard]] inline int print_predicate(int answer) {
     printf("%d\n", answer);
     return answer == 1 ? kExitOk : kExitNo;
 }

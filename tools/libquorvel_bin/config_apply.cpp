@@ -19,7 +19,7 @@ struct Options {
     const char* list = nullptr;
 };
 
-bool read_options(int argc, char** argv, Options& options) {
+[[nodiscard]] bool read_options(int argc, char** argv, Options& options) {
     for (int i = 3; i < argc; i++) {
         if (strcmp(argv[i], "--dry-run") == 0) {
             options.dry_run = true;
@@ -65,7 +65,7 @@ void print_difference(const SettingsList& list) {
 }
 
 // A list that gives back what is there before it is applied. False when it could not be written to its end.
-bool print_former_values(const SettingsList& list) {
+[[nodiscard]] bool print_former_values(const SettingsList& list) {
     for (const Change& change : list) {
         if (!changes_anything(change)) continue;
         print_entry("", change, change.old_value());
@@ -75,7 +75,7 @@ bool print_former_values(const SettingsList& list) {
 }
 
 // Everything up to the line that failed, which may have been written by half.
-int put_back(const SettingsList& list, const Change& failed) {
+[[nodiscard]] int put_back(const SettingsList& list, const Change& failed) {
     int status = kExitNo;
     for (const Change& change : list) {
         if (!changes_anything(change) || &change > &failed) continue;
@@ -86,7 +86,7 @@ int put_back(const SettingsList& list, const Change& failed) {
     return status;
 }
 
-int write_all(const SettingsList& list) {
+[[nodiscard]] int write_all(const SettingsList& list) {
     for (const Change& change : list) {
         if (!changes_anything(change) || write_setting(change.place, change.value)) continue;
         fprintf(stderr, "config apply: line %zu: %s: not written; the earlier ones are put back\n", change.line,
@@ -96,7 +96,7 @@ int write_all(const SettingsList& list) {
     return kExitOk;
 }
 
-int apply(const SettingsList& list) {
+[[nodiscard]] int apply(const SettingsList& list) {
     // Whoever reads it must have it before anything is written.
     if (!print_former_values(list)) return kExitNo;
     hold_signals();

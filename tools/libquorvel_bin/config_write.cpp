@@ -13,14 +13,14 @@
 namespace {
 
 // The key is not repeated: it may hold what a terminal acts on.
-int refuse(const char* fault) {
+[[nodiscard]] int refuse(const char* fault) {
     fprintf(stderr, "config write: %s; nothing was written\n", fault);
     return kExitRefused;
 }
 
 // One line, of which a line feed at the end is no part. A text that is too long stays too long; a NUL byte in it is
 // seen by whoever looks at its length.
-bool read_value(char (&value)[kSettingText], std::string_view& read) {
+[[nodiscard]] bool read_value(char (&value)[kSettingText], std::string_view& read) {
     ssize_t length = quorvel::read_fully(STDIN_FILENO, value, sizeof value - 1);
     if (length < 0) return false;
     read = {value, static_cast<size_t>(length)};
@@ -29,7 +29,7 @@ bool read_value(char (&value)[kSettingText], std::string_view& read) {
     return true;
 }
 
-int write_checked(char** argv, char* value, const Place& place) {
+[[nodiscard]] int write_checked(char** argv, char* value, const Place& place) {
     char* words[] = {argv[0], argv[1], argv[2], argv[3], value, nullptr};
     hold_signals();
     if (LibQuorvelBin_ConfigHelper(5, words) != 0) return kExitNo;
@@ -38,7 +38,7 @@ int write_checked(char** argv, char* value, const Place& place) {
     return kExitNo;
 }
 
-int write_from_input(char** argv, const Place& place, char (&value)[kSettingText]) {
+[[nodiscard]] int write_from_input(char** argv, const Place& place, char (&value)[kSettingText]) {
     std::string_view text;
     if (!read_value(value, text)) {
         fprintf(stderr, "config write: standard input: %s\n", strerror(errno));

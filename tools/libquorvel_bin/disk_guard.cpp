@@ -26,7 +26,7 @@ bool because(Reason& reason, std::initializer_list<std::string_view> words) {
 }
 
 // The block device that a path leads to by itself or through links; it is not opened.
-bool block_number(const char* path, dev_t& number) {
+[[nodiscard]] bool block_number(const char* path, dev_t& number) {
     Descriptor node(open(path, O_PATH | O_CLOEXEC));
     struct stat status;
     if (!node || fstat(node.number, &status) != 0 || !S_ISBLK(status.st_mode)) return false;
@@ -99,7 +99,10 @@ bool find_disk(const char* path, Disk& disk, Reason& reason) {
     dev_t own;
     if (!block_number(disk.node, own) || own != number)
         return !because(reason, {disk.node, " is not the disk behind ", path});
-    (void)LibQuorvelBin_WalkDisks(take_name, &disk);  // a disk that is not listed has no name
+    // A disk that is not listed has no name. Without a list none has one, and a bay's disk would count as anybody's.
+    if (LibQuorvelBin_WalkDisks(take_name, &disk) < 0) {
+        return !because(reason, {"the disks cannot be listed, so ", disk.node, " may be any"});
+    }
     disk.usb = is_usb_place(disk.kernel);
     return true;
 }

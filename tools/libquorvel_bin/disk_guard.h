@@ -19,13 +19,13 @@ struct Disk {
 };
 
 /// The whole disk that a path leads to; false, with the reason, when it leads to something else.
-bool find_disk(const char* path, Disk& disk, Reason& reason);
+[[nodiscard]] bool find_disk(const char* path, Disk& disk, Reason& reason);
 
 /// Whether a mount, swap space, an array, another mapping or anything else uses the disk or a part of it.
-bool is_in_use(const Disk& disk, Reason& reason);
+[[nodiscard]] bool is_in_use(const Disk& disk, Reason& reason);
 
 /// Whether the disk is of another kind than the layout (DISK_PATH_INTERNAL or DISK_PATH_USB) is made for.
-bool is_claimed(const Disk& disk, int32_t layout_kind, Reason& reason);
+[[nodiscard]] bool is_claimed(const Disk& disk, int32_t layout_kind, Reason& reason);
 
 /// Tells on standard output what is known of the disk: "device=", "name=", "serial=", "bytes=", and "holds=" a line for
 /// it and each partition that holds something, with the bytes of a partition and what its first bytes look like.

@@ -27,7 +27,7 @@ struct Request {
 };
 
 // Options stand first. False for a wrong call, which is told.
-bool read_words(int argc, char** argv, Request& request) {
+[[nodiscard]] bool read_words(int argc, char** argv, Request& request) {
     int i = 2;
     for (; i < argc; i++) {
         if (strcmp(argv[i], "--force") == 0) {
@@ -91,7 +91,7 @@ void print_plan(const Request& request, const char* node) {
 
 // ---- The work ----
 
-int lay_out(const Request& request, const char* node) {
+[[nodiscard]] int lay_out(const Request& request, const char* node) {
     hold_signals();
     if (request.kind == DISK_PATH_USB) {
         return exit_status_of_result(create_usb_partition(node, request.filesystem, request.label));
@@ -99,7 +99,7 @@ int lay_out(const Request& request, const char* node) {
     return exit_status_of_result(request.short_layout ? create_short_partition(node) : create_partition(node));
 }
 
-int run_request(int argc, char** argv, Request request) {
+[[nodiscard]] int run_request(int argc, char** argv, Request request) {
     if (!read_words(argc, argv, request)) return kExitUsage;
     Disk disk;
     Reason reason;

@@ -20,7 +20,7 @@
 struct Json;
 
 /// A document, or null when memory is short; every function below takes null and does nothing then.
-Json* json_start(FILE* stream);
+[[nodiscard]] Json* json_start(FILE* stream);
 
 void json_object(Json* json, const char* key = nullptr);
 void json_array(Json* json, const char* key = nullptr);
@@ -34,4 +34,4 @@ void json_truth(Json* json, const char* key, bool truth);
 void json_null(Json* json, const char* key);
 
 /// Ends the document with a line feed and releases it. False when something was left open, or memory ran out.
-bool json_finish(Json* json);
+[[nodiscard]] bool json_finish(Json* json);

@@ -3,4 +3,4 @@
 
 /// Answers a command whose last argument is "--json", if it has such a form. False when it has none: then the words
 /// mean what they mean without it.
-bool run_as_json(int argc, char** argv, int& status);
+[[nodiscard]] bool run_as_json(int argc, char** argv, int& status);

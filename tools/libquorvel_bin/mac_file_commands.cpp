@@ -30,7 +30,7 @@ bool is_enciphered(const Beginning& beginning) {
     return memcmp(beginning.word, "Salted__", sizeof beginning.word) == 0;
 }
 
-int fail(char** argv, const char* text) {
+[[nodiscard]] int fail(char** argv, const char* text) {
     fprintf(stderr, "%s: %s: %s\n", argv[1], argv[3], text);
     return kExitNo;
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 /// encrypt_mac_file INTERFACE FILE: enciphers in place, and looks whether that took place.
-int run_encrypt_mac_file(int argc, char** argv);
+[[nodiscard]] int run_encrypt_mac_file(int argc, char** argv);
 
 /// decrypt_mac_file INTERFACE FILE: prints a file that is enciphered.
-int run_decrypt_mac_file(int argc, char** argv);
+[[nodiscard]] int run_decrypt_mac_file(int argc, char** argv);

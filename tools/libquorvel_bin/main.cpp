@@ -30,7 +30,7 @@ const Command* find_command(const char* word) {
     return nullptr;
 }
 
-int print_help() {
+[[nodiscard]] int print_help() {
     printf("Usage: %s COMMAND [ARGUMENT]...\n\nCommands:\n", kName);
     for (const auto* table : kTables) {
         for (const Command& command : *table) {
@@ -44,7 +44,7 @@ int print_help() {
     return kExitOk;
 }
 
-int print_command_help(const Command& command) {
+[[nodiscard]] int print_command_help(const Command& command) {
     printf("Usage: %s %s %s\n%s\nExit status: %s", kName, command.word, command.arguments, command.summary,
            command.statuses);
     // Commands that take any number of arguments count them themselves.
@@ -69,7 +69,7 @@ const Command* nearest_command(const char* word) {
     return nearest;
 }
 
-int unknown_command(const char* word) {
+[[nodiscard]] int unknown_command(const char* word) {
     const Command* nearest = nearest_command(word);
     fprintf(stderr, "%s: unknown command '%s'; ", kName, word);
     if (nearest != nullptr) fprintf(stderr, "did you mean '%s'? ", nearest->word);
@@ -96,13 +96,13 @@ bool only_looks(char** argv) {
 }
 
 // Whoever watches takes 1 of "status" for a verdict.
-int without_room(const Command& command, const char* limit) {
+[[nodiscard]] int without_room(const Command& command, const char* limit) {
     constexpr int kVerdictUnknown = 3;
     fprintf(stderr, "%s: %s: the caller's limit of %s is too low\n", kName, command.word, limit);
     return strcmp(command.word, "status") == 0 ? kVerdictUnknown : kExitNo;
 }
 
-int run_command(const Command& command, int argc, char** argv) {
+[[nodiscard]] int run_command(const Command& command, int argc, char** argv) {
     // With less, what could not be looked at would look as if it were not there.
     const char* limit = only_looks(argv) ? nullptr : low_limit();
     if (limit != nullptr) return without_room(command, limit);
@@ -121,7 +121,7 @@ int run_command(const Command& command, int argc, char** argv) {
     return command.run(argc, argv);
 }
 
-int run_word(int argc, char** argv) {
+[[nodiscard]] int run_word(int argc, char** argv) {
     if (argc < 2) {
         fprintf(stderr, "%s: missing command; %s --help lists the commands\n", kName, kName);
         return kExitUsage;
@@ -138,7 +138,7 @@ int run_word(int argc, char** argv) {
 }
 
 // Called through a link named after a command: the word is put where a typed one stands.
-int run_link(int argc, char** argv, char* word) {
+[[nodiscard]] int run_link(int argc, char** argv, char* word) {
     constexpr int kMost = 255;
     if (argc > kMost) {
         fprintf(stderr, "%s: %s: more than %d arguments\n", kName, word, kMost);
@@ -158,7 +158,7 @@ void give_output_a_buffer() {
 }
 
 // An answer that could not be written was not given.
-int finish(int status) {
+[[nodiscard]] int finish(int status) {
     if (fflush(stdout) == 0 && ferror(stdout) == 0) return status;
     fprintf(stderr, "%s: cannot write to standard output\n", kName);
     return status != kExitOk ? status : kExitNo;

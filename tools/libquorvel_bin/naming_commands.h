@@ -4,4 +4,4 @@
 #include "command.h"
 
 /// Lists every disk of the machine and every empty bay.
-int run_disks(int argc, char** argv);
+[[nodiscard]] int run_disks(int argc, char** argv);

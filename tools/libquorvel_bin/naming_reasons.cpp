@@ -39,7 +39,7 @@ struct DiskLink {
     std::string_view link() const { return {full + link_at, length - link_at}; }
 };
 
-bool read_disk_link(const char* device, bool own_entry, DiskLink& disk) {
+[[nodiscard]] bool read_disk_link(const char* device, bool own_entry, DiskLink& disk) {
     char entry[512];
     int length = snprintf(entry, sizeof entry, "/sys/block/%s%s", device, own_entry ? "" : "/device");
     if (length < 0 || static_cast<size_t>(length) >= sizeof entry) return false;

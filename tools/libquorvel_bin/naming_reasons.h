@@ -2,11 +2,11 @@
 #pragma once
 
 /// What stands behind the first "dev/" of a name, or all of it.
-const char* without_dev(const char* name);
+[[nodiscard]] const char* without_dev(const char* name);
 
 /// Whether the search for a device's name would never end: a USB row does not let it decide.
-bool is_never_decided(const char* device);
+[[nodiscard]] bool is_never_decided(const char* device);
 
-const char* reason_for_no_diskname(const char* device);
-const char* reason_for_no_devname(const char* disk);
-const char* reason_for_no_scsiid(const char* name);
+[[nodiscard]] const char* reason_for_no_diskname(const char* device);
+[[nodiscard]] const char* reason_for_no_devname(const char* disk);
+[[nodiscard]] const char* reason_for_no_scsiid(const char* name);

@@ -5,10 +5,10 @@
 
 /// config write KEY VALUE, config write KEY --stdin: refuses what no reader would give back, and looks whether it was
 /// written.
-int run_config_write(char** argv);
+[[nodiscard]] int run_config_write(char** argv);
 
 /// config delete KEY: looks whether it was removed.
-int run_config_delete(char** argv);
+[[nodiscard]] int run_config_delete(char** argv);
 
 /// config apply [--dry-run] [--add] FILE: several settings at once, all of them or none.
-int run_config_apply(int argc, char** argv);
+[[nodiscard]] int run_config_apply(int argc, char** argv);

@@ -70,7 +70,7 @@ bool is_on_path(const char* program) {
 }
 
 // Says what keeps a start or stop from doing what was asked, and whether it keeps all of it.
-bool can_filter(const FirewallCall& call, char** argv) {
+[[nodiscard]] bool can_filter(const FirewallCall& call, char** argv) {
     const char* program = "iptables";
     if (!is_on_path(program))
         return no_answer(argv[1], program, "no such program on PATH: no rule is changed") == kExitOk;
@@ -82,7 +82,7 @@ bool can_filter(const FirewallCall& call, char** argv) {
     return no_answer(argv[1], kDefaultPorts, "not to be read: nothing is kept off any port") == kExitOk;
 }
 
-int wrong_firewall_call(char** argv, const char* option, const char* fault) {
+[[nodiscard]] int wrong_firewall_call(char** argv, const char* option, const char* fault) {
     (void)no_answer(argv[1], option, fault);
     return kExitUsage;
 }

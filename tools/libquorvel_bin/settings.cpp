@@ -17,7 +17,7 @@ bool has_control_byte(std::string_view text) {
 }
 
 // The key's parts are then in scKeyPath and scKeyName.
-bool separate(const char* key) {
+[[nodiscard]] bool separate(const char* key) {
     quorvel::scKeyPath[0] = quorvel::scKeyName[0] = '\0';
     const int level = std::exchange(debug, 0);  // the traces of the operation itself are enough
     const int result = LibQuorvelBin_SeparateRegKeyAndPath(key);

@@ -15,17 +15,17 @@ struct Place {
 };
 
 /// Why a key names no entry that can be written and read back, or null with the entry in `place`.
-const char* find_place(std::string_view key, Place& place);
+[[nodiscard]] const char* find_place(std::string_view key, Place& place);
 
 /// Why a value cannot be stored whole under a name, or null. It is one line: a control byte in it, a tab included, is
 /// none that a reader gives back for certain.
-const char* fault_of_value(const Place& place, std::string_view value);
+[[nodiscard]] const char* fault_of_value(const Place& place, std::string_view value);
 
 /// The value that a reader of the entry gets; false when there is none.
-bool read_setting(const Place& place, char (&value)[kSettingText]);
+[[nodiscard]] bool read_setting(const Place& place, char (&value)[kSettingText]);
 
 /// Whether a reader of the entry gets this value; null stands for no value at all.
-bool holds(const Place& place, const char* value);
+[[nodiscard]] bool holds(const Place& place, const char* value);
 
 /// Writes a value, or removes the entry for null, and looks whether that took place.
-bool write_setting(const Place& place, const char* value);
+[[nodiscard]] bool write_setting(const Place& place, const char* value);

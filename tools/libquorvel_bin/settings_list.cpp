@@ -14,7 +14,7 @@ namespace {
 
 constexpr size_t kMostText = size_t{1} << 20;
 
-bool read_all(int descriptor, SettingsList& list) {
+[[nodiscard]] bool read_all(int descriptor, SettingsList& list) {
     list.text.reset(static_cast<char*>(malloc(kMostText + 2)));
     if (list.text == nullptr) return false;
     ssize_t length = read_fully(descriptor, list.text.get(), kMostText + 1);
@@ -24,7 +24,7 @@ bool read_all(int descriptor, SettingsList& list) {
     return true;
 }
 
-const char* look_at_entry(Change& change, bool may_add) {
+[[nodiscard]] const char* look_at_entry(Change& change, bool may_add) {
     struct stat status;
     if (stat(change.place.file, &status) != 0) return strerror(errno);
     if (!S_ISREG(status.st_mode)) return "the key's file is no regular file";
@@ -44,7 +44,7 @@ bool same_entry(const Change& one, const Change& other) {
 }
 
 // "KEY=VALUE" or "-KEY"; the parts are terminated in place.
-const char* take_line_apart(char* text, size_t length, Change& change) {
+[[nodiscard]] const char* take_line_apart(char* text, size_t length, Change& change) {
     char* equals = static_cast<char*>(memchr(text, '=', length));
     if (equals == nullptr && *text != '-') return "neither KEY=VALUE nor -KEY";
     change.key = equals == nullptr ? text + 1 : text;
@@ -60,7 +60,7 @@ const char* take_line_apart(char* text, size_t length, Change& change) {
     return fault;
 }
 
-Change* add_change(SettingsList& list) {
+[[nodiscard]] Change* add_change(SettingsList& list) {
     constexpr size_t kStep = 64;
     if (list.count % kStep == 0) {
         void* grown = realloc(list.changes.get(), (list.count + kStep) * sizeof(Change));
@@ -71,7 +71,7 @@ Change* add_change(SettingsList& list) {
     return &list.changes.get()[list.count++];
 }
 
-const char* check_line(SettingsList& list, Change& change, char* text, size_t length, bool may_add) {
+[[nodiscard]] const char* check_line(SettingsList& list, Change& change, char* text, size_t length, bool may_add) {
     const char* fault = take_line_apart(text, length, change);
     if (fault == nullptr) fault = look_at_entry(change, may_add);
     if (fault != nullptr) return fault;

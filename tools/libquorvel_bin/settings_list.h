@@ -23,7 +23,7 @@ struct Change {
     bool present;
     char former[kSettingText];
 
-    const char* old_value() const { return present ? former : nullptr; }
+    [[nodiscard]] const char* old_value() const { return present ? former : nullptr; }
 };
 
 struct SettingsList {
@@ -32,14 +32,14 @@ struct SettingsList {
     quorvel::Heap<Change> changes;
     size_t count = 0;
 
-    Change* begin() const { return changes.get(); }
-    Change* end() const { return changes.get() + count; }
+    [[nodiscard]] Change* begin() const { return changes.get(); }
+    [[nodiscard]] Change* end() const { return changes.get() + count; }
 };
 
 /// Reads a list to its end: a regular file, which nobody has to be waited for, or standard input, which is "-". Null,
 /// or why it cannot be read.
-const char* read_list(const char* path, SettingsList& list);
+[[nodiscard]] const char* read_list(const char* path, SettingsList& list);
 
 /// Takes the text apart and looks at every entry. Tells each line at fault on standard error and gives their number,
 /// or -1 without memory.
-int check_list(SettingsList& list, bool may_add);
+[[nodiscard]] int check_list(SettingsList& list, bool may_add);

@@ -56,7 +56,7 @@ constexpr Limit kLimits[] = {
 };
 
 // Beyond the hard limit only root may go.
-bool raise_limit(const Limit& limit) {
+[[nodiscard]] bool raise_limit(const Limit& limit) {
     struct rlimit present = {};
     if (getrlimit(limit.resource, &present) != 0 || present.rlim_cur >= limit.wanted) return true;
     struct rlimit raised = {limit.wanted, present.rlim_max < limit.wanted ? limit.wanted : present.rlim_max};

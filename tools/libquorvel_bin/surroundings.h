@@ -6,11 +6,11 @@
 void put_surroundings_right();
 
 /// Raises limits of the caller's that no answer gets by with. The name of one that stays too low, or null.
-const char* low_limit();
+[[nodiscard]] const char* low_limit();
 
 /// Nothing held back, no alarm to come, and nothing ignored but the signal that a file may not grow further: for
 /// commands that run programs, write or wait.
 void put_signals_right();
 
 /// The last component of the path that was executed, whatever the caller says in argv[0]; empty when it is unknown.
-char* executed_name();
+[[nodiscard]] char* executed_name();

@@ -7,27 +7,27 @@
 
 /// Says "libquorvel_bin: WORD: NAME: REASON" behind all answers given so far, without NAME when it is null. Returns the
 /// exit status of an answer that there is none.
-int no_answer(const char* word, const char* name, const char* reason);
+[[nodiscard]] int no_answer(const char* word, const char* name, const char* reason);
 
 /// The reason that errno states, or `otherwise` when it states none.
-const char* reason_of_errno(const char* otherwise);
+[[nodiscard]] const char* reason_of_errno(const char* otherwise);
 
 /// The reason why a file cannot be read, or `otherwise` when it can.
-const char* reason_of_file(const char* path, const char* otherwise);
+[[nodiscard]] const char* reason_of_file(const char* path, const char* otherwise);
 
 /// Whether a text is digits only and at most `limit`. Says so otherwise.
-bool read_number(const char* word, const char* text, unsigned limit, unsigned& number);
+[[nodiscard]] bool read_number(const char* word, const char* text, unsigned limit, unsigned& number);
 
 /// Whether a name has a "/" in it, but for a leading "/dev/": such a thing is a path and no device or interface.
-bool is_path(std::string_view name);
+[[nodiscard]] bool is_path(std::string_view name);
 
 /// How many letters must be put in, taken out or exchanged to make one word of another; words of up to 31 letters.
-unsigned letters_between(std::string_view one, std::string_view other);
+[[nodiscard]] unsigned letters_between(std::string_view one, std::string_view other);
 
 /// Whether the first argument of a command is a word it does not know, or comes with too few or too many arguments.
 /// Then says so, with the words there are; what the library shows on standard output for such a call is shown, and
 /// nothing else is done.
-bool is_wrong_subcommand(int argc, char** argv);
+[[nodiscard]] bool is_wrong_subcommand(int argc, char** argv);
 
 /// While it lives, what the library prints on standard output goes to standard error.
 struct AnswersAside {

@@ -6,13 +6,13 @@
 #include <string_view>
 
 /// The length of the UTF-8 sequence that a text begins with; 0 when it begins with none.
-size_t utf8_sequence(std::string_view text);
+[[nodiscard]] size_t utf8_sequence(std::string_view text);
 
 /// Whether a text is UTF-8 from its first byte to its last.
-bool is_utf8(std::string_view text);
+[[nodiscard]] bool is_utf8(std::string_view text);
 
 /// Room for any text that escape_bytes makes, its terminator included.
-constexpr size_t escaped_size(size_t length) {
+[[nodiscard]] constexpr size_t escaped_size(size_t length) {
     return 4 * length + 1;
 }
 

@@ -18,4 +18,4 @@ struct Answer {
 };
 
 /// The answer for a disk. Where programs would wait for ever, because a row does not let them decide, there is none.
-Answer answer_for(const NamingSource& source, const BlockDisk& disk);
+[[nodiscard]] Answer answer_for(const NamingSource& source, const BlockDisk& disk);

@@ -9,8 +9,8 @@ struct BlockDisk {
     quorvel::Text<5120> path;  // "/sys/block/LINK", or "/sys/block/NAME/LINK" with the old layout
     size_t link_at = 0;
 
-    const char* link() const { return path.c_str() + link_at; }
-    quorvel::DiskPlace place() const {
+    [[nodiscard]] const char* link() const { return path.c_str() + link_at; }
+    [[nodiscard]] quorvel::DiskPlace place() const {
         return {
             {path.c_str(),           path.length          },
             {path.c_str() + link_at, path.length - link_at}
@@ -19,10 +19,10 @@ struct BlockDisk {
 };
 
 /// Looks a disk up by its kernel name; false when it has no link.
-bool find_block_disk(const char* name, bool new_sysfs, BlockDisk& disk);
+[[nodiscard]] bool find_block_disk(const char* name, bool new_sysfs, BlockDisk& disk);
 
 /// "sda" or "nvme0n1".
-bool is_disk_entry(const char* entry);
+[[nodiscard]] bool is_disk_entry(const char* entry);
 
 /// Calls `visit` with the kernel name of each disk, in order: sdb before sdaa. False when /sys/block is unreadable.
-bool for_each_disk(void (*visit)(void* context, const char* name), void* context);
+[[nodiscard]] bool for_each_disk(void (*visit)(void* context, const char* name), void* context);

@@ -4,10 +4,10 @@
 #include "command.h"
 
 /// Tells why a disk has the name that it has.
-int run_explain(int argc, char** argv);
+[[nodiscard]] int run_explain(int argc, char** argv);
 /// Tells what is wrong with the machine's configuration.
-int run_check(int argc, char** argv);
+[[nodiscard]] int run_check(int argc, char** argv);
 /// Writes the slot table of this machine.
-int run_learn(int argc, char** argv);
+[[nodiscard]] int run_learn(int argc, char** argv);
 /// Gives udev the name of a disk.
-int run_bay(int argc, char** argv);
+[[nodiscard]] int run_bay(int argc, char** argv);

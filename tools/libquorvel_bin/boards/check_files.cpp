@@ -1,4 +1,6 @@
 // Settings files as such: their lines and their end. Programs that answers need; arrays that the inventory cannot read.
+#include <errno.h>
+#include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -140,8 +142,14 @@ void check_settings_files(Findings& findings) {
     for (const SettingsFile& file : kSettingsFiles) {
         mode_t type = 0;
         Descriptor opened = open_for_reading(file.path, type);
+        const int reason = errno;
         if (opened && type == S_IFREG) check_content(findings, file, opened.number);
-        if (opened && type != S_IFREG) find(findings, Severity::kError, file.path, 0, "no regular file; put one there");
+        if (type != 0 && type != S_IFREG) {
+            find(findings, Severity::kError, file.path, 0, "no regular file; put one there");
+        } else if (!opened && reason != ENOENT) {
+            find(findings, Severity::kError, file.path, 0,
+                 "not readable (%s); mend that, as it says nothing until then", strerror(reason));
+        }
     }
 }
 

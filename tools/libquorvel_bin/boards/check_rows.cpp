@@ -106,7 +106,7 @@ void check_disk(void* context, const char* name) {
 void check_disks(Findings& findings, const NamingSource& source, const NamedTable& table) {
     for (int i = 0; table.file != nullptr && i < index_of_end(table.rows); i++) {
         DiskCheck check = {findings, source, placed(table, i), {}};
-        (void)for_each_disk(check_disk, &check);
+        (void)for_each_disk(check_disk, &check);  // without a list there is no disk to compare with
     }
 }
 

@@ -181,7 +181,7 @@ void check_slot_files(Findings& findings) {
     for (const SlotFile* file : {&kDiskOrderFile, &kExtensionFile}) {
         SlotCheck check = {findings, *file};
         LineCheck lines = {check};
-        (void)walk_slot_file(*file, check_line, &lines);
+        (void)walk_slot_file(*file, check_line, &lines);  // one that cannot be read is told as a settings file
     }
     check_rows(findings);
 }

@@ -185,7 +185,7 @@ void explain_name(Explaining& explaining, const char* name) {
     explaining.all_agree = false;
 }
 
-bool explain_all(Explaining& explaining) {
+[[nodiscard]] bool explain_all(Explaining& explaining) {
     if (for_each_disk(explain_disk, &explaining)) return true;
     perror("/sys/block");
     return false;

@@ -24,4 +24,4 @@ void check_programs(Findings& findings);
 void check_arrays(Findings& findings);
 
 /// Whether a row runs past the place from which the library reads the bus, and so can never be decided.
-bool is_undecidable(const struct disk_path& row);
+[[nodiscard]] bool is_undecidable(const struct disk_path& row);

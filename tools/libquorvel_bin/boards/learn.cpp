@@ -25,13 +25,13 @@ constexpr struct option kOptions[] = {
     {nullptr,       0,                 nullptr, 0  },
 };
 
-bool take_number(const char* text, int& number) {
+[[nodiscard]] bool take_number(const char* text, int& number) {
     if (!is_all_digits(text)) return false;
     number = leading_int(text);
     return number <= kMostBay;
 }
 
-bool take_option(LearnOptions& options, int option) {
+[[nodiscard]] bool take_option(LearnOptions& options, int option) {
     switch (option) {
         case 's':
             options.serials = optarg;
@@ -54,7 +54,7 @@ bool take_option(LearnOptions& options, int option) {
 }
 
 // The words behind the command's own; at most one way to learn.
-bool read_options(LearnOptions& options, int argc, char** argv) {
+[[nodiscard]] bool read_options(LearnOptions& options, int argc, char** argv) {
     optind = 1;
     for (int option; (option = getopt_long(argc - 1, argv + 1, "", kOptions, nullptr)) != -1;) {
         if (!take_option(options, option)) return false;
@@ -67,7 +67,7 @@ bool asks_a_person(const LearnOptions& options) {
     return options.blink || (options.serials == nullptr && !options.from_kernel);
 }
 
-bool fill(Proposal& proposal, const LearnOptions& options) {
+[[nodiscard]] bool fill(Proposal& proposal, const LearnOptions& options) {
     if (options.serials == nullptr && asks_a_person(options) && !options.blink)
         return learn_by_plugging(proposal, options);
     AllDisks all;
@@ -84,7 +84,7 @@ bool is_agreed(const LearnOptions& options) {
 }
 
 // Whether every name leads to the disk that was seen in its bay, as far as the disk is there.
-bool leads_back(const Proposal& proposal) {
+[[nodiscard]] bool leads_back(const Proposal& proposal) {
     AllDisks all;
     bool right = true;
     for (int i = 0; i < proposal.count; i++) {
@@ -100,7 +100,7 @@ bool leads_back(const Proposal& proposal) {
 }
 
 // Nothing is written before the rows are right, seen and agreed to.
-int conclude(const Proposal& proposal, const LearnOptions& options) {
+[[nodiscard]] int conclude(const Proposal& proposal, const LearnOptions& options) {
     if (proposal.count == 0) {
         fputs("libquorvel_bin: learn: no bay was learnt; nothing is written\n", stderr);
         return kExitNo;

@@ -14,16 +14,16 @@ struct LearnOptions {
 };
 
 /// Lines "BAY SERIAL": 3, disk3, usbdisk1 or bootdisk1, and the serial number as the kernel has it.
-bool learn_by_serials(Proposal& proposal, const AllDisks& all, const char* path);
+[[nodiscard]] bool learn_by_serials(Proposal& proposal, const AllDisks& all, const char* path);
 
 /// What the kernel itself tells: slots of enclosures and of PCI hot-plug, numbers of ATA ports.
-bool learn_from_kernel(Proposal& proposal, const AllDisks& all);
+[[nodiscard]] bool learn_from_kernel(Proposal& proposal, const AllDisks& all);
 
 /// The person puts a disk into, or pulls it out of, each bay.
-bool learn_by_plugging(Proposal& proposal, const LearnOptions& options);
+[[nodiscard]] bool learn_by_plugging(Proposal& proposal, const LearnOptions& options);
 
 /// Reads from each disk, so that the person sees whose light works.
-bool learn_by_blinking(Proposal& proposal, const AllDisks& all, const LearnOptions& options);
+[[nodiscard]] bool learn_by_blinking(Proposal& proposal, const AllDisks& all, const LearnOptions& options);
 
 /// "3", "disk3", "usbdisk1" or "bootdisk1"; false for another text.
-bool read_bay(const char* text, int32_t& type, int& slot);
+[[nodiscard]] bool read_bay(const char* text, int32_t& type, int& slot);

@@ -32,7 +32,7 @@ bool is_line_waiting(int timeout) {
 }
 
 // Reads a line as it comes from the terminal; false at the end.
-bool read_answer(char* line, size_t size) {
+[[nodiscard]] bool read_answer(char* line, size_t size) {
     size_t length = 0;
     char c = '\0';
     while (read(STDIN_FILENO, &c, 1) == 1) {
@@ -76,8 +76,8 @@ void keep_serials(AllDisks& now, const AllDisks& before) {
 enum class Change { kNone, kBay, kOther };
 
 // What a disk that came or went tells: its place is the bay, unless the place has one already.
-Change take_change(Plugging& plugging, const AllDisks::Disk& disk, const AllDisks& all, int32_t type, int slot,
-                   bool came) {
+[[nodiscard]] Change take_change(Plugging& plugging, const AllDisks::Disk& disk, const AllDisks& all, int32_t type,
+                                 int slot, bool came) {
     printf("%s %s%s%s\n", disk.name.c_str(), came ? "came" : "went", disk.serial.length > 0 ? ", serial number " : "",
            disk.serial.c_str());
     if (plugging.proposal.find(place_of_disk(disk, all)) != nullptr) {
@@ -87,7 +87,7 @@ Change take_change(Plugging& plugging, const AllDisks::Disk& disk, const AllDisk
     return add_bay(plugging.proposal, type, slot, disk, all) ? Change::kBay : Change::kOther;
 }
 
-Change see_change(Plugging& plugging, int32_t type, int slot) {
+[[nodiscard]] Change see_change(Plugging& plugging, int32_t type, int slot) {
     const AllDisks& before = plugging.looks[plugging.last];
     plugging.last = 1 - plugging.last;
     AllDisks& now = plugging.looks[plugging.last];
@@ -102,7 +102,7 @@ Change see_change(Plugging& plugging, int32_t type, int slot) {
 }
 
 // Waits for a disk to come or go. An answer without one within the wait leaves the bay out.
-bool learn_bay(Plugging& plugging, int32_t type, int slot) {
+[[nodiscard]] bool learn_bay(Plugging& plugging, int32_t type, int slot) {
     printf("%s: put a disk in, or pull it out, and press Enter; Enter alone leaves it out.\n",
            name_of_bay(type, slot).c_str());
     int64_t end = -1;
@@ -131,7 +131,7 @@ void drop_typed_line() {
     if (is_line_waiting(1500)) (void)read_answer(line, sizeof line);
 }
 
-bool learn_bays(Plugging& plugging, int32_t type, int count) {
+[[nodiscard]] bool learn_bays(Plugging& plugging, int32_t type, int count) {
     for (int slot = 1; slot <= count; slot++) {
         int before = plugging.proposal.count;
         if (!learn_bay(plugging, type, slot)) return false;
@@ -179,7 +179,7 @@ void blink(const BlockDisk& disk, int wait) {
     free(light.block);
 }
 
-bool ask_bay(Proposal& proposal, const AllDisks::Disk& disk, const AllDisks& all, int wait) {
+[[nodiscard]] bool ask_bay(Proposal& proposal, const AllDisks::Disk& disk, const AllDisks& all, int wait) {
     printf("%s, serial number %s: which bay's light works? (3, usbdisk1; Enter alone leaves it out)\n",
            disk.name.c_str(), disk.serial.c_str());
     for (;;) {

@@ -39,7 +39,7 @@ const AllDisks::Disk* disk_of_serial(const AllDisks& all, const char* serial) {
     return found;
 }
 
-bool take_line(Proposal& proposal, const AllDisks& all, const char* path, int number, char* line) {
+[[nodiscard]] bool take_line(Proposal& proposal, const AllDisks& all, const char* path, int number, char* line) {
     char* bay = line + strspn(line, " \t");
     bay[strcspn(bay, "\r\n")] = '\0';
     if (bay[0] == '\0' || bay[0] == '#') return true;
@@ -83,7 +83,7 @@ void take_disk(KernelSearch& search, int disk, int slot, const char* source) {
 }
 
 // An enclosure says what it likes.
-bool read_number_of(const char* path, int& number) {
+[[nodiscard]] bool read_number_of(const char* path, int& number) {
     char line[32];
     if (!read_first_line(path, line, sizeof line) || !is_digit(line[0])) return false;
     number = leading_int(line);

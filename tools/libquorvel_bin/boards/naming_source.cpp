@@ -47,7 +47,7 @@ void note_line(void* context, const SlotLine& line, const struct disk_path*) {
 void ignore_line(void*, const SlotLine&, const struct disk_path*) {}
 
 // Reads a file, and which line each row stands on; null when the library takes no table from it.
-struct disk_path* load(NamedTable& table, const SlotFile& file) {
+[[nodiscard]] struct disk_path* load(NamedTable& table, const SlotFile& file) {
     struct disk_path* rows = nullptr;
     if (!walk_slot_file(file, ignore_line, nullptr, &rows) || rows == nullptr) return nullptr;
     int count = index_of_end(rows);

@@ -31,7 +31,8 @@ using SlotLineVisitor = void (*)(void* context, const SlotLine& line, const stru
 
 /// Walks a file. False when it cannot be opened. `table` gets what the library's reader would give, which prints
 /// nothing here whatever the file says of a dump; released with disk_path_free.
-bool walk_slot_file(const SlotFile& file, SlotLineVisitor visit, void* context, struct disk_path** table = nullptr);
+[[nodiscard]] bool walk_slot_file(const SlotFile& file, SlotLineVisitor visit, void* context,
+                                  struct disk_path** table = nullptr);
 
 /// A table in force.
 struct NamedTable {
@@ -40,7 +41,7 @@ struct NamedTable {
     quorvel::Heap<int> lines;                // the line of each row of a file
 
     /// The line that a row stands on, or 0.
-    int line_of(int row) const { return lines ? lines.get()[row] : 0; }
+    [[nodiscard]] int line_of(int row) const { return lines ? lines.get()[row] : 0; }
 };
 
 struct NamingSource {
@@ -58,7 +59,7 @@ struct NamingSource {
 };
 
 /// The first bad line of a file: what is wrong with it and its number, or 0.
-int first_bad_line(const SlotFile& file, quorvel::SlotFault& fault);
+[[nodiscard]] int first_bad_line(const SlotFile& file, quorvel::SlotFault& fault);
 
 /// What a fault means, for people.
-const char* text_of_fault(quorvel::SlotFault fault);
+[[nodiscard]] const char* text_of_fault(quorvel::SlotFault fault);

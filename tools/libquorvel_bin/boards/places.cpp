@@ -76,7 +76,7 @@ int index_of_numbered(const Components& components, std::string_view word) {
 // ---- USB ----
 
 // "1-2.3" gives 2 and 3, "1-2" gives 2 and -1; false for deeper ones.
-bool read_ports(std::string_view device, int& port1, int& port2) {
+[[nodiscard]] bool read_ports(std::string_view device, int& port1, int& port2) {
     Text<32> text("%.*s", static_cast<int>(device.size()), device.data());
     int bus = 0, end = 0;
     port2 = -1;
@@ -225,7 +225,7 @@ void find_serial(AllDisks::Disk& disk) {
     }
 }
 
-bool collect_disk(AllDisks& all, const char* name) {
+[[nodiscard]] bool collect_disk(AllDisks& all, const char* name) {
     if (all.count == AllDisks::kMost) return false;
     AllDisks::Disk* disk = new (&all.disks[all.count]) AllDisks::Disk();
     if (!find_block_disk(name, true, *disk)) return false;

@@ -28,8 +28,8 @@ struct AllDisks {
     void look();
     AllDisks(const AllDisks&) = delete;
     AllDisks& operator=(const AllDisks&) = delete;
-    const Disk* find(const char* name) const;
+    [[nodiscard]] const Disk* find(const char* name) const;
 };
 
 /// The place of a disk, whose row must not describe another of those that are there.
-LearntPlace place_of_disk(const BlockDisk& disk, const AllDisks& all);
+[[nodiscard]] LearntPlace place_of_disk(const BlockDisk& disk, const AllDisks& all);

@@ -108,7 +108,7 @@ std::string_view text_of(const Proposal& proposal, Heap<char>& text) {
     return whole && closed ? std::string_view(content, length) : std::string_view();
 }
 
-bool keep_copy() {
+[[nodiscard]] bool keep_copy() {
     if (unlink(kCopy) != 0 && errno != ENOENT) return false;
     return link(kDiskOrderFile.path, kCopy) == 0 || errno == ENOENT;
 }

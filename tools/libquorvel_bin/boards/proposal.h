@@ -20,20 +20,20 @@ struct Proposal {
     Proposal(const Proposal&) = delete;
     Proposal& operator=(const Proposal&) = delete;
     /// The bay with a name, or null.
-    const LearntBay* find(int32_t type, int slot) const;
+    [[nodiscard]] const LearntBay* find(int32_t type, int slot) const;
     /// The bay at a place, or null.
-    const LearntBay* find(const LearntPlace& place) const;
+    [[nodiscard]] const LearntBay* find(const LearntPlace& place) const;
 };
 
 /// Takes a disk as the one in a bay. False, with a message, when no row can name its place, or bay or place are taken.
-bool add_bay(Proposal& proposal, int32_t type, int slot, const AllDisks::Disk& disk, const AllDisks& all);
+[[nodiscard]] bool add_bay(Proposal& proposal, int32_t type, int slot, const AllDisks::Disk& disk, const AllDisks& all);
 
 /// The name of a bay: "disk1".
-quorvel::Text<32> name_of_bay(int32_t type, int slot);
+[[nodiscard]] quorvel::Text<32> name_of_bay(int32_t type, int slot);
 
 /// Shows the rows, and the disks that they name: as the kernel names them, and as it would in another order. False when
 /// a row does not name the one disk that was seen there.
-bool show_proposal(const Proposal& proposal, const AllDisks& all);
+[[nodiscard]] bool show_proposal(const Proposal& proposal, const AllDisks& all);
 
 /// Puts the table in force. The file appears whole or not at all; one that was there stays as a copy.
-bool write_proposal(const Proposal& proposal);
+[[nodiscard]] bool write_proposal(const Proposal& proposal);

@@ -7,10 +7,10 @@
 using Reason = quorvel::Text<512>;
 
 /// The words for a verdict of fit_of_row.
-Reason reason_of(quorvel::Fit fit, const struct disk_path& row, const quorvel::DiskPlace& disk);
+[[nodiscard]] Reason reason_of(quorvel::Fit fit, const struct disk_path& row, const quorvel::DiskPlace& disk);
 
 /// "yes", "no" or "undecided".
-const char* word_of_fit(quorvel::Fit fit);
+[[nodiscard]] const char* word_of_fit(quorvel::Fit fit);
 
 /// The name that a row gives: "disk3".
-quorvel::Text<128> name_of_row(const struct disk_path& row);
+[[nodiscard]] quorvel::Text<128> name_of_row(const struct disk_path& row);

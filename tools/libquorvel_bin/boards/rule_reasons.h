@@ -6,11 +6,11 @@
 #include "disk/rule_match.h"
 
 /// How many rules are looked at until one gives the disk its number, that one included.
-int rules_looked_at(const NamingSource& source, const BlockDisk& disk);
+[[nodiscard]] int rules_looked_at(const NamingSource& source, const BlockDisk& disk);
 
 /// The words for a rule that is looked at; the last of these is the one that holds.
-Reason reason_of_rule(const quorvel::NamingRule& rule, bool holds, const NamingSource& source, const BlockDisk& disk,
-                      const Answer& answer);
+[[nodiscard]] Reason reason_of_rule(const quorvel::NamingRule& rule, bool holds, const NamingSource& source,
+                                    const BlockDisk& disk, const Answer& answer);
 
 /// What a rule gives and from where: "disk by component 8".
-quorvel::Text<64> name_of_rule(const quorvel::NamingRule& rule);
+[[nodiscard]] quorvel::Text<64> name_of_rule(const quorvel::NamingRule& rule);

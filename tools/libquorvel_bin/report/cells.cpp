@@ -13,8 +13,8 @@ struct Unit {
 };
 
 // One decimal below ten, none above.
-Cell& add_scaled(Row& row, const Number& number, std::span<const Unit> units) {
-    if (!is_known(number)) return add_cell(row, "?", Paint::kFaint);
+void add_scaled(Row& row, const Number& number, std::span<const Unit> units) {
+    if (!is_known(number)) return (void)add_cell(row, "?", Paint::kFaint);
     const auto value = static_cast<double>(number.value);
     const Unit* unit = &units.back();
     for (const Unit& candidate : units) {
@@ -25,7 +25,6 @@ Cell& add_scaled(Row& row, const Number& number, std::span<const Unit> units) {
     const double scaled = value / unit->size;
     Cell& cell = add_cell(row, "");
     cell.text = quorvel::Text<160>("%.*f %s", scaled < 9.95 && unit->size > 1 ? 1 : 0, scaled, unit->name);
-    return cell;
 }
 
 }  // namespace
@@ -46,7 +45,7 @@ void add_bytes(Row& row, const Number& bytes) {
         {"kB", 1e3 },
         {"B",  1   },
     };
-    (void)add_scaled(row, bytes, kUnits);
+    add_scaled(row, bytes, kUnits);
 }
 
 void add_speed(Row& row, const Number& bits_per_second) {
@@ -55,7 +54,7 @@ void add_speed(Row& row, const Number& bits_per_second) {
         {"Mb/s", 1e6},
         {"b/s",  1  },
     };
-    (void)add_scaled(row, bits_per_second, kUnits);
+    add_scaled(row, bits_per_second, kUnits);
 }
 
 }  // namespace report

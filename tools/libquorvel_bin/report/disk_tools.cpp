@@ -26,7 +26,7 @@ bool is_internal(const DiskFacts& disk) {
 }
 
 // The text behind the first line that begins with a label.
-bool find_label(std::string_view text, std::string_view label, std::string_view& value) {
+[[nodiscard]] bool find_label(std::string_view text, std::string_view label, std::string_view& value) {
     while (!text.empty()) {
         std::string_view line = next_line(text);
         if (!line.starts_with(label)) continue;
@@ -89,7 +89,7 @@ void take_drive(DiskFacts& disk, const Tool& tool) {
     if (!answered) set_unknown(disk.temperature_celsius, tool.reason);
 }
 
-Tool* add_drive_tool(List<Tool>& tools, const DiskFacts& disk) {
+[[nodiscard]] Tool* add_drive_tool(List<Tool>& tools, const DiskFacts& disk) {
     Tool* tool = add(tools);
     if (tool == nullptr) return nullptr;
     tool->device.append(quorvel::files::kDevice, is_known(disk.name) ? text_of(disk.name) : text_of(disk.device));

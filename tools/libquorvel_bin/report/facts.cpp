@@ -10,7 +10,7 @@ namespace report {
 namespace {
 
 // A copy with room for the longest sequences that a byte of the code page can become.
-quorvel::Heap<char> converted(const char* text, size_t length) {
+[[nodiscard]] quorvel::Heap<char> converted(const char* text, size_t length) {
     const size_t size = 4 * length + 16;
     quorvel::Heap<char> utf8(static_cast<char*>(calloc(1, size)));
     if (utf8 == nullptr || remote2local_UTF8(utf8.get(), size, text) == nullptr) return nullptr;
@@ -36,13 +36,13 @@ void set(Words& words, std::string_view text) {
     words.reason = words.value == nullptr ? kNoMemory : nullptr;
     if (words.value == nullptr) return;
     if (is_utf8(text)) {
-        (void)escape_bytes(words.value.get(), size, text, true);
+        escape_bytes(words.value.get(), size, text, true);
         return;
     }
     quorvel::Heap<char> copy(strndup(text.data(), text.size()));
     quorvel::Heap<char> utf8 = copy != nullptr ? converted(copy.get(), text.size()) : nullptr;
     if (utf8 != nullptr) return set(words, {utf8.get(), strlen(utf8.get())});
-    (void)escape_bytes(words.value.get(), size, text, true);
+    escape_bytes(words.value.get(), size, text, true);
 }
 
 void set_unless_negative(Number& number, int64_t value, const char* reason) {

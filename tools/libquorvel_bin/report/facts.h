@@ -38,7 +38,7 @@ struct Words {
 };
 
 template <typename Fact>
-bool is_known(const Fact& fact) {
+[[nodiscard]] bool is_known(const Fact& fact) {
     return fact.reason == nullptr;
 }
 
@@ -57,7 +57,7 @@ void set_unless_negative(Number& number, int64_t value, const char* reason);
 void set_unless_empty(Words& words, std::string_view text, const char* reason);
 
 /// A known text, or "".
-inline const char* text_of(const Words& words) {
+[[nodiscard]] inline const char* text_of(const Words& words) {
     return is_known(words) ? words.value.get() : "";
 }
 
@@ -81,14 +81,14 @@ struct List {
             items[i].~Record();
         free(items);
     }
-    Record* begin() const { return items; }
-    Record* end() const { return items + count; }
+    [[nodiscard]] Record* begin() const { return items; }
+    [[nodiscard]] Record* end() const { return items + count; }
 };
 
 /// A fresh record at the end of a list; null when memory is short or the list as long as it may get: it is not known
 /// then.
 template <typename Record>
-Record* add(List<Record>& list) {
+[[nodiscard]] Record* add(List<Record>& list) {
     if (list.count == kMostRecords) {
         list.reason = kTooMany;
         return nullptr;

@@ -21,7 +21,7 @@ struct Field {
 };
 
 template <typename Record>
-const char* reason_of(const Record& record, const Field<Record>& field) {
+[[nodiscard]] const char* reason_of(const Record& record, const Field<Record>& field) {
     if (field.words != nullptr) return (record.*field.words).reason;
     if (field.number != nullptr) return (record.*field.number).reason;
     return (record.*field.truth).reason;
@@ -29,6 +29,6 @@ const char* reason_of(const Record& record, const Field<Record>& field) {
 
 /// The table of a record's fields.
 template <typename Record>
-std::span<const Field<Record>> fields_of();
+[[nodiscard]] std::span<const Field<Record>> fields_of();
 
 }  // namespace report

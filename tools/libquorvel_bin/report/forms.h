@@ -8,7 +8,7 @@
 namespace report {
 
 /// One JSON object; false when memory was short.
-bool print_json(const Facts& facts, FILE* stream);
+[[nodiscard]] bool print_json(const Facts& facts, FILE* stream);
 
 /// Metrics for Prometheus.
 void print_metrics(const Facts& facts, FILE* stream);
@@ -23,6 +23,6 @@ void print_page(const Facts& facts, FILE* stream);
 void print_screen(const Facts& facts, FILE* stream, size_t columns, bool colour);
 
 /// The verdict in a word: "well", "degraded", "at risk", "not known".
-const char* word_of(Severity severity);
+[[nodiscard]] const char* word_of(Severity severity);
 
 }  // namespace report

@@ -23,12 +23,14 @@ struct Question {
     const char* subject;
 };
 
-int finish(Json* json, bool found = true) {
+// The status: that of a whole document is `missing` when what was asked for is not there.
+[[nodiscard]] int finish(Json* json, bool found = true, int missing = kExitNo) {
     json_end(json);
-    return json_finish(json) && found ? kExitOk : kExitNo;
+    if (!json_finish(json)) return kExitNo;
+    return found ? kExitOk : missing;
 }
 
-Json* start() {
+[[nodiscard]] Json* start() {
     Json* json = json_start(stdout);
     json_object(json);
     return json;
@@ -41,26 +43,26 @@ void gather_parts(Facts& facts, unsigned parts) {
 }
 
 template <typename Record>
-int print_list(const char* name, const List<Record>& list, Names names = {}) {
+[[nodiscard]] int print_list(const char* name, const List<Record>& list, Names names = {}, int missing = kExitNo) {
     Json* json = start();
     write_list(json, name, list, names);
-    return finish(json, is_known(list));
+    return finish(json, is_known(list), missing);
 }
 
-// One record of a list, by its name or device, or an empty list and 1.
+// One record of a list, by its name or device, or an empty list.
 template <typename Record>
-int print_one(const char* name, const List<Record>& list, const char* subject, Names names = {}) {
+[[nodiscard]] int print_one(const char* name, const List<Record>& list, const char* subject, int missing) {
     const char* last = quorvel::last_component(subject);
     Json* json = start();
     bool found = false;
     json_array(json, name);
     for (const Record& record : list) {
         if (strcmp(text_of(record.name), last) != 0 && strcmp(text_of(record.device), last) != 0) continue;
-        write_record(json, record, names);
+        write_record(json, record, {});
         found = true;
     }
     json_end(json);
-    return finish(json, found);
+    return finish(json, found, missing);
 }
 
 // ---- Disks and arrays ----
@@ -72,27 +74,22 @@ int print_disks(const Question&) {
     return print_list("disks", facts.disks, kNames);
 }
 
-// "md" answers 0 in every case.
+// "md" answers 0 also for what is not listed.
+template <typename Record>
+[[nodiscard]] int print_records(const char* name, const List<Record>& list, const char* subject) {
+    return subject == nullptr ? print_list(name, list, {}, kExitOk) : print_one(name, list, subject, kExitOk);
+}
+
 int print_disk_records(const Question& question) {
     Facts facts;
     gather_parts(facts, kDiskListPart | kDiskPart | kArrayPart);
-    if (question.subject == nullptr) {
-        (void)print_list("disks", facts.disks);
-    } else {
-        (void)print_one("disks", facts.disks, question.subject);
-    }
-    return kExitOk;
+    return print_records("disks", facts.disks, question.subject);
 }
 
 int print_array_records(const Question& question) {
     Facts facts;
     gather_parts(facts, kDiskListPart | kDiskPart | kArrayPart);
-    if (question.subject == nullptr) {
-        (void)print_list("arrays", facts.arrays);
-    } else {
-        (void)print_one("arrays", facts.arrays, question.subject);
-    }
-    return kExitOk;
+    return print_records("arrays", facts.arrays, question.subject);
 }
 
 void write_number(Json* json, const char* key, int number) {

@@ -17,7 +17,7 @@ namespace report {
 /// Names of the fields that are written; all of them when there are none.
 using Names = std::span<const char* const>;
 
-inline bool is_wanted(Names names, const char* name) {
+[[nodiscard]] inline bool is_wanted(Names names, const char* name) {
     return names.empty() ||
            std::any_of(names.begin(), names.end(), [name](const char* one) { return strcmp(one, name) == 0; });
 }

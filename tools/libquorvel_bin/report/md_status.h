@@ -8,12 +8,12 @@
 namespace report {
 
 /// Whether the kernel has an md array of this name.
-bool is_kernel_array(const char* device);
+[[nodiscard]] bool is_kernel_array(const char* device);
 
 /// Fills an array from /sys/block/DEVICE/md; false, untouched, when there is none.
-bool take_from_sysfs(ArrayFacts& array, const char* device);
+[[nodiscard]] bool take_from_sysfs(ArrayFacts& array, const char* device);
 
 /// Fills an array from a text of /proc/mdstat; false, untouched, when that does not list it.
-bool take_from_mdstat(ArrayFacts& array, const char* device, std::string_view mdstat);
+[[nodiscard]] bool take_from_mdstat(ArrayFacts& array, const char* device, std::string_view mdstat);
 
 }  // namespace report

@@ -16,20 +16,20 @@ namespace {
 constexpr size_t kMostWords = 6;
 constexpr off_t kMostOutput = 4 << 20;
 
-quorvel::Descriptor duplicate(int descriptor) {
+[[nodiscard]] quorvel::Descriptor duplicate(int descriptor) {
     return quorvel::Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
-quorvel::Descriptor open_null() {
+[[nodiscard]] quorvel::Descriptor open_null() {
     return quorvel::Descriptor(open("/dev/null", O_WRONLY | O_CLOEXEC));
 }
 
-bool start_over(const Quiet& quiet) {
+[[nodiscard]] bool start_over(const Quiet& quiet) {
     (void)fflush(stdout);
     return ftruncate(quiet.memory.number, 0) == 0 && lseek(quiet.memory.number, 0, SEEK_SET) == 0;
 }
 
-quorvel::Heap<char> printed(const Quiet& quiet) {
+[[nodiscard]] quorvel::Heap<char> printed(const Quiet& quiet) {
     (void)fflush(stdout);
     const off_t length = lseek(quiet.memory.number, 0, SEEK_CUR);
     if (length < 0 || length > kMostOutput) return nullptr;

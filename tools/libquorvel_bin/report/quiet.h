@@ -23,7 +23,7 @@ struct Quiet {
 
 /// What an entry point prints for a command front end, with its argument vector; null when it cannot be had. `result`
 /// receives what it returned.
-quorvel::Heap<char> answer_of(const Quiet& quiet, int (*entry)(int, char**), std::initializer_list<const char*> words,
-                              int& result);
+[[nodiscard]] quorvel::Heap<char> answer_of(const Quiet& quiet, int (*entry)(int, char**),
+                                            std::initializer_list<const char*> words, int& result);
 
 }  // namespace report

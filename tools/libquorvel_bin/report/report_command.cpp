@@ -51,7 +51,7 @@ bool is_file_option(int argc, char** argv, int i, std::span<const Word> words) {
     return words.data() == kReportWords && strcmp(argv[i], "-o") == 0 && i + 1 < argc;
 }
 
-bool read_options(int argc, char** argv, std::span<const Word> words, Options& options) {
+[[nodiscard]] bool read_options(int argc, char** argv, std::span<const Word> words, Options& options) {
     for (int i = 2; i < argc; i++) {
         if (is_file_option(argc, argv, i, words)) {
             options.file = argv[++i];
@@ -88,7 +88,7 @@ bool wants_colour() {
     return isatty(STDOUT_FILENO) != 0 && (none == nullptr || none[0] == '\0');
 }
 
-bool print(const Facts& facts, Form form, FILE* stream) {
+[[nodiscard]] bool print(const Facts& facts, Form form, FILE* stream) {
     switch (form) {
         case Form::kJson:
             return print_json(facts, stream);
@@ -109,7 +109,7 @@ bool print(const Facts& facts, Form form, FILE* stream) {
 }
 
 // The mode of a file that somebody else laid there is no reason to show him the report.
-bool print_whole(const Facts& facts, Form form, FILE* stream, const struct stat* replaced) {
+[[nodiscard]] bool print_whole(const Facts& facts, Form form, FILE* stream, const struct stat* replaced) {
     if (!print(facts, form, stream) || fflush(stream) != 0 || ferror(stream) != 0) return false;
     const bool own = replaced != nullptr && replaced->st_uid == geteuid();
     quorvel::give_mode_and_owner(fileno(stream), own ? replaced : nullptr);
@@ -118,7 +118,7 @@ bool print_whole(const Facts& facts, Form form, FILE* stream, const struct stat*
 
 // A reader of the file sees the old report or the new one: it is written beside it, locked, and moved into its place. A
 // device, or a link such as /dev/stdout, must not become a file.
-bool print_to_file(const Facts& facts, const Options& options) {
+[[nodiscard]] bool print_to_file(const Facts& facts, const Options& options) {
     struct stat replaced;
     const bool there = lstat(options.file, &replaced) == 0;
     if (there && !S_ISREG(replaced.st_mode)) {

@@ -13,12 +13,12 @@ namespace {
 using quorvel::Text;
 
 void add_words(Row& row, const Words& words, Paint paint = Paint::kNone) {
-    (void)add_cell(row, is_known(words) ? text_of(words) : "?", is_known(words) ? paint : Paint::kFaint);
+    add_cell(row, is_known(words) ? text_of(words) : "?", is_known(words) ? paint : Paint::kFaint);
 }
 
 template <size_t Size>
 void add_text(Row& row, const Text<Size>& text, Paint paint = Paint::kNone) {
-    (void)add_cell(row, text.c_str(), paint);
+    add_cell(row, text.c_str(), paint);
 }
 
 void add_temperature(Row& row, const DiskFacts& disk) {
@@ -26,7 +26,7 @@ void add_temperature(Row& row, const DiskFacts& disk) {
         return add_text(row, Text<32>("%d °C", static_cast<int>(disk.temperature_celsius.value)));
     }
     const bool asleep = is_known(disk.asleep) && disk.asleep.value;
-    (void)add_cell(row, asleep ? "asleep" : "?", Paint::kFaint);
+    add_cell(row, asleep ? "asleep" : "?", Paint::kFaint);
 }
 
 void add_errors(Row& row, const Number& errors) {
@@ -47,22 +47,22 @@ void add_disk(List<Row>& rows, const DiskFacts& disk) {
     add_words(*row, is_known(disk.name) ? disk.name : disk.device);
     if (!is_known(disk.device)) {
         const bool present = is_known(disk.present) && disk.present.value;
-        (void)add_cell(*row, present ? "no device" : "empty", present ? Paint::kWarning : Paint::kFaint);
+        add_cell(*row, present ? "no device" : "empty", present ? Paint::kWarning : Paint::kFaint);
         return;
     }
-    (void)add_cell(*row, text_of(disk.device));
-    (void)add_cell(*row, text_of(disk.address));
+    add_cell(*row, text_of(disk.device));
+    add_cell(*row, text_of(disk.address));
     add_bytes(*row, disk.size_bytes);
     if (disk.kind == DISK_PATH_INTERNAL) {
         add_temperature(*row, disk);
         add_use(*row, disk);
     } else {
-        (void)add_cell(*row, "");
-        (void)add_cell(*row, "");
+        add_cell(*row, "");
+        add_cell(*row, "");
     }
     add_errors(*row, disk.read_errors);
-    (void)add_cell(*row, text_of(disk.model));
-    (void)add_cell(*row, text_of(disk.serial));
+    add_cell(*row, text_of(disk.model));
+    add_cell(*row, text_of(disk.serial));
 }
 
 void add_members(Row& row, const ArrayFacts& array) {
@@ -102,20 +102,20 @@ void add_interface(List<Row>& rows, const InterfaceFacts& interface) {
     if (is_known(interface.address)) {
         add_text(*row, Text<64>("%s/%d", text_of(interface.address), static_cast<int>(interface.prefix_length.value)));
     } else {
-        (void)add_cell(*row, "");
+        add_cell(*row, "");
     }
     const bool down = !is_known(interface.link) || !interface.link.value;
-    (void)add_cell(*row, down ? "link down" : "link up", down ? Paint::kWarning : Paint::kNone);
+    add_cell(*row, down ? "link down" : "link up", down ? Paint::kWarning : Paint::kNone);
     add_speed(*row, interface.speed_bits_per_second);
     add_words(*row, interface.mac);
-    if (is_known(interface.dhcp) && interface.dhcp.value) (void)add_cell(*row, "DHCP");
+    if (is_known(interface.dhcp) && interface.dhcp.value) add_cell(*row, "DHCP");
 }
 
 void add_server(List<Row>& rows, const NameServerFacts& server) {
     Row* row = add(rows);
     if (row == nullptr) return;
     add_words(*row, server.address);
-    if (is_known(server.answers)) (void)add_cell(*row, server.answers.value ? "answers" : "does not answer");
+    if (is_known(server.answers)) add_cell(*row, server.answers.value ? "answers" : "does not answer");
 }
 
 void add_target(List<Row>& rows, const TargetFacts& target, const Facts& facts) {
@@ -168,34 +168,32 @@ void add_room(List<Row>& rows, const List<Record>& list, const char* name, AddRo
 
 // A room whose every row comes from a record of one list.
 template <typename Record, typename AddRow>
-Room* add_list_room(List<Room>& rooms, const char* heading, std::initializer_list<const char*> columns,
-                    const List<Record>& list, AddRow add_row) {
+void add_list_room(List<Room>& rooms, const char* heading, std::initializer_list<const char*> columns,
+                   const List<Record>& list, AddRow add_row) {
     Room* room = add(rooms);
-    if (room == nullptr) return nullptr;
+    if (room == nullptr) return;
     room->heading = heading;
     std::copy(columns.begin(), columns.end(), room->columns);
     add_room(room->rows, list, heading, add_row);
-    return room;
 }
 
 }  // namespace
 
 List<Room> rooms_of(const Facts& facts) {
     List<Room> rooms;
-    (void)add_list_room(
-        rooms, "Disks",
-        {"Place", "Device", "Address", "Size", "Temperature", "Use", "Errors", "Model", "Serial number"}, facts.disks,
-        add_disk);
-    (void)add_list_room(rooms, "Arrays", {"Name", "Device", "State", "Level", "Members", "Size", "Action"},
-                        facts.arrays, add_array);
-    (void)add_list_room(rooms, "Volumes", {"Mounted at", "Device", "Type", "Size", "Used"}, facts.volumes, add_volume);
-    (void)add_list_room(rooms, "Network", {"Name", "Address", "Link", "Speed", "Hardware address", "By"},
-                        facts.interfaces, add_interface);
-    (void)add_list_room(rooms, "Name servers", {"Address", "Answers"}, facts.name_servers, add_server);
-    (void)add_list_room(rooms, "iSCSI targets", {"Name", "Device", "In use"}, facts.targets,
-                        [&facts](List<Row>& rows, const TargetFacts& target) { add_target(rows, target, facts); });
-    (void)add_list_room(rooms, "Backup", {"Task", "Name", "Status", "When", "From and to"}, facts.backups, add_backup);
-    (void)add_list_room(rooms, "Closed by the firewall", {"Service", "Interfaces"}, facts.services, add_closed_service);
+    add_list_room(rooms, "Disks",
+                  {"Place", "Device", "Address", "Size", "Temperature", "Use", "Errors", "Model", "Serial number"},
+                  facts.disks, add_disk);
+    add_list_room(rooms, "Arrays", {"Name", "Device", "State", "Level", "Members", "Size", "Action"}, facts.arrays,
+                  add_array);
+    add_list_room(rooms, "Volumes", {"Mounted at", "Device", "Type", "Size", "Used"}, facts.volumes, add_volume);
+    add_list_room(rooms, "Network", {"Name", "Address", "Link", "Speed", "Hardware address", "By"}, facts.interfaces,
+                  add_interface);
+    add_list_room(rooms, "Name servers", {"Address", "Answers"}, facts.name_servers, add_server);
+    add_list_room(rooms, "iSCSI targets", {"Name", "Device", "In use"}, facts.targets,
+                  [&facts](List<Row>& rows, const TargetFacts& target) { add_target(rows, target, facts); });
+    add_list_room(rooms, "Backup", {"Task", "Name", "Status", "When", "From and to"}, facts.backups, add_backup);
+    add_list_room(rooms, "Closed by the firewall", {"Service", "Interfaces"}, facts.services, add_closed_service);
     return rooms;
 }
 

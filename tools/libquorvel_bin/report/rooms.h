@@ -31,7 +31,7 @@ struct Room {
 };
 
 /// Every room, also those without rows. A room that could not be looked at says so in a row.
-List<Room> rooms_of(const Facts& facts);
+[[nodiscard]] List<Room> rooms_of(const Facts& facts);
 
 /// The next cell of a row, "-" for an empty text; the last one is taken again when there are no more.
 Cell& add_cell(Row& row, std::string_view text, Paint paint = Paint::kNone);

@@ -18,7 +18,7 @@ Paint paint_of(Severity severity) {
 }
 
 void print_line(const Screen& screen, std::string_view text, Paint paint) {
-    (void)print_cut(screen, text, screen.columns, paint);
+    print_cut(screen, text, screen.columns, paint);
     fputc('\n', screen.stream);
 }
 

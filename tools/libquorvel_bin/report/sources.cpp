@@ -15,7 +15,7 @@ namespace {
 constexpr size_t kMostBytes = 1 << 20;
 constexpr char kNotTold[] = "the kernel does not tell it";
 
-FileText read_text(const quorvel::Descriptor& descriptor) {
+[[nodiscard]] FileText read_text(const quorvel::Descriptor& descriptor) {
     FileText file;
     if (!descriptor) {
         file.reason = strerror(errno);

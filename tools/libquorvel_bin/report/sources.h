@@ -15,21 +15,21 @@ struct FileText {
     size_t length = 0;
     const char* reason = nullptr;
 
-    std::string_view view() const { return {bytes != nullptr ? bytes.get() : "", length}; }
+    [[nodiscard]] std::string_view view() const { return {bytes != nullptr ? bytes.get() : "", length}; }
 };
 
-FileText read_file(const char* path);
+[[nodiscard]] FileText read_file(const char* path);
 
 /// The same of a file in a directory where everybody may write: only one of root's or the caller's own, and no link.
-FileText read_trusted_file(const char* path);
+[[nodiscard]] FileText read_trusted_file(const char* path);
 
 /// The value on the first line "NAME=VALUE" of a text; false when there is none.
-bool find_setting(std::string_view text, std::string_view name, std::string_view& value);
+[[nodiscard]] bool find_setting(std::string_view text, std::string_view name, std::string_view& value);
 
 /// The first line of a file, without blanks around it; "" and false when it cannot be read.
 template <size_t Size>
-bool read_attribute(const char* path, char (&line)[Size]);
-bool read_attribute(const char* path, char* line, size_t size);
+[[nodiscard]] bool read_attribute(const char* path, char (&line)[Size]);
+[[nodiscard]] bool read_attribute(const char* path, char* line, size_t size);
 template <size_t Size>
 bool read_attribute(const char* path, char (&line)[Size]) {
     return read_attribute(path, line, Size);
@@ -41,6 +41,6 @@ void set_from(Number& number, const char* path, int64_t unit = 1);
 void set_from(Truth& truth, const char* path);
 
 /// A whole text as a decimal number that is not negative, times a unit; false when it is none or too large.
-bool to_number(std::string_view text, int64_t& number, int64_t unit = 1);
+[[nodiscard]] bool to_number(std::string_view text, int64_t& number, int64_t unit = 1);
 
 }  // namespace report

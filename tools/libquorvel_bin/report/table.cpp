@@ -65,7 +65,7 @@ std::string_view fitting(std::string_view text, size_t columns, size_t& width) {
 Row names_of(const Room& room) {
     Row row;
     for (const char* name : room.columns) {
-        if (name != nullptr) (void)add_cell(row, name, Paint::kFaint);
+        if (name != nullptr) add_cell(row, name, Paint::kFaint);
     }
     return row;
 }
@@ -125,7 +125,7 @@ size_t print_cut(const Screen& screen, std::string_view text, size_t columns, Pa
 void print_table(const Screen& screen, const Room& room) {
     if (room.rows.count == 0) return;
     fputc('\n', screen.stream);
-    (void)print_cut(screen, room.heading, screen.columns, Paint::kHeading);
+    print_cut(screen, room.heading, screen.columns, Paint::kHeading);
     fputc('\n', screen.stream);
     const Row names = names_of(room);
     size_t widths[Row::kMostCells] = {};

@@ -16,10 +16,10 @@ struct Screen {
 };
 
 /// How many columns a text takes: a character each, two for the wide ones of East Asia.
-size_t width_of(std::string_view text);
+[[nodiscard]] size_t width_of(std::string_view text);
 
 /// The longest beginning of a text that takes no more columns.
-std::string_view fitting(std::string_view text, size_t columns);
+[[nodiscard]] std::string_view fitting(std::string_view text, size_t columns);
 
 /// Prints at most as many columns of a text as there are; returns those that it took.
 size_t print_cut(const Screen& screen, std::string_view text, size_t columns, Paint paint);

@@ -33,7 +33,8 @@ int64_t now_milliseconds() {
     return static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
-int spawn_with(Run& run, int write_end, posix_spawn_file_actions_t& actions, posix_spawnattr_t& attributes) {
+[[nodiscard]] int spawn_with(Run& run, int write_end, posix_spawn_file_actions_t& actions,
+                             posix_spawnattr_t& attributes) {
     static char locale[] = "LC_ALL=C";
     static char path[] = "PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin";
     char* environment[] = {locale, path, nullptr};
@@ -45,7 +46,7 @@ int spawn_with(Run& run, int write_end, posix_spawn_file_actions_t& actions, pos
                         const_cast<char* const*>(run.tool->arguments), environment);
 }
 
-int spawn(Run& run, int write_end) {
+[[nodiscard]] int spawn(Run& run, int write_end) {
     posix_spawn_file_actions_t actions;
     posix_spawnattr_t attributes;
     if (posix_spawn_file_actions_init(&actions) != 0) return ENOMEM;

@@ -30,7 +30,7 @@ struct Tool {
 /// output beyond 256 KiB of one is dropped.
 void run_tools(std::span<Tool> tools, int milliseconds);
 
-inline std::string_view printed_by(const Tool& tool) {
+[[nodiscard]] inline std::string_view printed_by(const Tool& tool) {
     return tool.output != nullptr ? std::string_view(tool.output.get(), tool.length) : std::string_view();
 }
 

@@ -7,18 +7,18 @@
 namespace report {
 
 /// The text behind its first `count` characters.
-inline std::string_view behind(std::string_view text, size_t count) {
+[[nodiscard]] inline std::string_view behind(std::string_view text, size_t count) {
     text.remove_prefix(std::min(count, text.size()));
     return text;
 }
 
 /// Its first `count` characters.
-inline std::string_view front_of(std::string_view text, size_t count) {
+[[nodiscard]] inline std::string_view front_of(std::string_view text, size_t count) {
     return {text.data(), std::min(count, text.size())};
 }
 
 /// Takes the field in front of the next separator off a line; all of it when there is none.
-inline std::string_view next_field(std::string_view& line, std::string_view separator) {
+[[nodiscard]] inline std::string_view next_field(std::string_view& line, std::string_view separator) {
     const size_t end = line.find(separator);
     const std::string_view field = front_of(line, end);
     line = behind(line, end == std::string_view::npos ? end : end + separator.size());
@@ -26,11 +26,11 @@ inline std::string_view next_field(std::string_view& line, std::string_view sepa
 }
 
 /// Takes the first line off a text.
-inline std::string_view next_line(std::string_view& text) {
+[[nodiscard]] inline std::string_view next_line(std::string_view& text) {
     return next_field(text, "\n");
 }
 
-inline std::string_view without_blanks(std::string_view text) {
+[[nodiscard]] inline std::string_view without_blanks(std::string_view text) {
     text = behind(text, text.find_first_not_of(" \t\r\n"));
     return front_of(text, text.find_last_not_of(" \t\r\n") + 1);
 }

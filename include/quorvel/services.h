@@ -35,7 +35,8 @@ QUORVEL_BEGIN_DECLS
  *
  * Initiators choose their own names: a line whose first word begins with "tid:", "sid:" or "cid:" is that of a target,
  * a session or a connection, whatever stands behind; only another line is searched for these words, in this order.
- * Control bytes are printed as "?". "<>" in a name stays: the address is what stands behind the last "<>" of a line.
+ * Control bytes, and the two by which UTF-8 writes a control character, are printed as "?". "<>" in a name stays: the
+ * address is what stands behind the last "<>" of a line.
  * @param argc  entries of argv
  * @param argv  0 the command word, 1 the subcommand, 2 its parameter
  * @return as above; -1 with the usage text for any other subcommand or none (EINVAL); ENODATA for a tid that is not

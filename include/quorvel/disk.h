@@ -62,8 +62,8 @@ QUORVEL_API int IsMyDisk(const char* name);
  * Values are cut to 7 characters; the last of a repeated option counts; words that are no options are passed over;
  * any other value of -e leaves cryptinfo as it was. -h prints the usage. "--help" and "-h" print the usage, as do
  * fewer than two words behind the command word. Any other operation prints the record: six lines, version, hdr_len,
- * raw_device_name, mac_address, in_device and cryptinfo; a control byte in a text is printed as "?", so that a
- * strange disk does not reach the terminal.
+ * raw_device_name, mac_address, in_device and cryptinfo; a control byte in a text, and each of the two bytes by which
+ * UTF-8 writes a control character, is printed as "?", so that a strange disk does not reach the terminal.
  *
  * Failures print the lines of LibQuorvelBin_LoadDiskSignature, when writing too; a record that could not be read
  * prints nothing else.

@@ -211,13 +211,13 @@ QUORVEL_API struct pareinfo* LibQuorvelBin_SearchPareInfo(const char* key, int m
 /* ---- Reports ---- */
 
 /** Prints the report of an array: names, level, state, counters, members when the groups are linked, and sizes with the
- * percentage used (0 for a size of 0). Control bytes of a UUID are printed as "?".
+ * percentage used (0 for a size of 0). Control bytes of a UUID are printed as "?", as by DiskSignature.
  * @param name  "md2" or a path to it; the last component counts
  * @return 0; -1 (ENODEV) behind "ARRAY         : NAME" and "  not exist" when the array is not listed; -1 for null. */
 QUORVEL_API int LibQuorvelBin_ShowMdInfo(const char* name);
 
 /** Prints the report of a disk: name, kernel name, status bits, signature record, arrays by status file, by UUID and by
- * md number, and sizes as for arrays. Control bytes of signature and UUID are printed as "?".
+ * md number, and sizes as for arrays. Control bytes of signature and UUID are "?" as above.
  * @param name  "disk1" or a path to it; the last component counts
  * @return 0; -1 (ENODEV) behind "LibQuorvelBin_ShowDiskInfo :   error" when the disk is not listed; -1 for null. */
 QUORVEL_API int LibQuorvelBin_ShowDiskInfo(const char* name);

@@ -35,7 +35,8 @@ QUORVEL_BEGIN_DECLS
  *
  * Initiators choose their own names: a line whose first word begins with "tid:", "sid:" or "cid:" is that of a target,
  * a session or a connection, whatever stands behind; only another line is searched for these words, in this order.
- * Control bytes are printed as "?".
+ * Control bytes, and the two by which UTF-8 writes a control character, are printed as "?". "<>" in a name stays: the
+ * address is what stands behind the last "<>" of a line.
  * @param argc  entries of argv
  * @param argv  0 the command word, 1 the subcommand, 2 its parameter
  * @return as above; -1 with the usage text for any other subcommand or none (EINVAL); ENODATA for a tid that is not
@@ -76,6 +77,9 @@ extern QUORVEL_API const struct firewall_service set_firewall_tab[QUORVEL_FIREWA
  * in. Between the flush and the last rule the signals that end a process are held back (SIGKILL cannot be). How many of
  * the commands failed, and which was the first, is told on standard error; the result is 0 all the same, and errno,
  * cleared before the call, is EIO.
+ *
+ * Callers take turns: who starts or stops while another's rules are being loaded waits until they are in, ten seconds
+ * at most. The lock is the file /var/run/libquorvel_bin.firewall, for root only; without a /var/run there are no turns.
  *
  * The default file is written beside the old one, which it replaces when it is whole and on the disk (a link stays one
  * and its target is replaced; what is no regular file is not). It keeps the mode and, where the caller may give it

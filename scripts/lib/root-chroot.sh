@@ -78,9 +78,7 @@ fill_chroot() {
 # Root outside is root inside here, so all rights that reach beyond files are
 # given up where the place allows giving up.
 confine() {
-    local kept=chown,dac_override,dac_read_search,fowner,fsetid,kill,setgid,setuid,sys_chroot
-    [[ $net == no ]] || kept+=,net_admin,net_raw,net_bind_service
-    confined=(setpriv --bounding-set "-all,+${kept//,/,+}" --)
+    confined=(setpriv --bounding-set "$(kept_rights "$net")" --)
     "${confined[@]}" true 2>/dev/null || confined=()
 }
 
@@ -99,6 +97,7 @@ run_in_chroot() (
     make_chroot_dir
     fill_chroot "$build" "$1"
     confine
+    [[ -z ${APPLIANCE_MODEL:-} ]] || set -- /bin/sh /source/scripts/lib/inside-model "$@"
     # Without procfs the loader does not know where a program came from.
     env -i "${root_environment[@]}" "LD_LIBRARY_PATH=$build" "${isolated[@]}" "${confined[@]}" \
         chroot "$root" /bin/sh /source/scripts/lib/inside-root "$@"

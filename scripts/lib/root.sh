@@ -47,8 +47,27 @@ bwrap_works() {
     return 1
 }
 
+# What root inside keeps of its rights, as setpriv reads it: nothing that reaches beyond files, the network of its own, and
+# processes of the same rights.
+kept_rights() {
+    local net=$1 kept=chown,dac_override,dac_read_search,fowner,fsetid,kill,setgid,setuid,sys_chroot
+    [[ $net == no ]] || kept+=,net_admin,net_raw,net_bind_service
+    printf '%s\n' "-all,+${kept//,/,+}"
+}
+
+# A model may be a stranger's. With all rights it would make what is shown writable; with the terminal it would type.
+show_model_to() {
+    local net=$1
+    shift
+    taker=("$@")
+    [[ -n ${APPLIANCE_MODEL:-} ]] || return 0
+    arguments+=(--new-session)
+    taker=(/usr/bin/setpriv --inh-caps -all --ambient-caps -all --bounding-set "$(kept_rights "$net")" --
+        /bin/sh /source/scripts/lib/inside-model "$@")
+}
+
 run_in_bwrap() {
-    local build=$1 arguments=("${base[@]}") name dir
+    local build=$1 net=$2 arguments=("${base[@]}") taker name dir
     shift 2
     for name in bin lib lib32 lib64 libx32; do
         [[ -e /usr/$name ]] && arguments+=(--symlink "usr/$name" "/$name")
@@ -66,8 +85,9 @@ run_in_bwrap() {
     # A program from elsewhere comes along.
     [[ $1 != /* ]] || arguments+=(--ro-bind "$1" "$1")
     arguments+=(--file 3 /.disposable-root --chdir /)
+    show_model_to "$net" "$@"
     env -i "${root_environment[@]}" bwrap "${arguments[@]}" \
-        /bin/sh /source/scripts/lib/inside-root "$@" 3</dev/null
+        /bin/sh /source/scripts/lib/inside-root "${taker[@]}" 3</dev/null
 }
 
 # What goes in of the environment: the place's own settings, and the caller's

@@ -71,6 +71,7 @@ inline constexpr char kIscsiDisks[] = "/etc/tevra/iscsi_disks%d";  // configurat
 inline constexpr char kServicePorts[] = "/etc/tevra/service_ports";
 inline constexpr char kBackupTask[] = "/etc/tevra/backup%d";  // task number
 inline constexpr char kFilterTool[] = "iptables";
+inline constexpr char kFirewallTurn[] = "/var/run/libquorvel_bin.firewall";
 
 // Hardware
 inline constexpr char kTextLoopbackPort[] = "/dev/ttyS0";

@@ -33,14 +33,34 @@ void copy_text(char* target, size_t size, std::string_view source) {
     target[length] = '\0';
 }
 
+namespace {
+
+// The length of the control character that a text begins with, 0 for none: a byte, or the two by which UTF-8 writes one
+// of the second set.
+size_t control_length(std::string_view text) {
+    if (is_control_byte(text[0])) return 1;
+    return text.size() > 1 && text[0] == kSecondSetLead && static_cast<unsigned char>(text[1]) / 0x20 == 4 ? 2 : 0;
+}
+
+}  // namespace
+
 void print_foreign(std::string_view text) {
-    for (char c : text)
-        putchar(is_control_byte(c) ? '?' : c);
+    while (!text.empty()) {
+        const size_t hidden = control_length(text);
+        fputs(&"??"[2 - hidden], stdout);
+        if (hidden == 0) putchar(text[0]);
+        text.remove_prefix(std::max<size_t>(hidden, 1));
+    }
 }
 
 void hide_control_bytes(char* text) {
-    for (; *text != '\0'; text++)
-        if (is_control_byte(*text)) *text = '?';
+    for (std::string_view rest = text; !rest.empty();) {
+        const size_t hidden = control_length(rest);
+        const size_t length = std::max<size_t>(hidden, 1);
+        memset(text, '?', hidden);
+        text += length;
+        rest.remove_prefix(length);
+    }
 }
 
 const char* without_dev_prefix(const char* name) {

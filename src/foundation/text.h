@@ -92,7 +92,9 @@ void copy_text(char* target, size_t size, std::string_view source);
 [[nodiscard]] inline bool is_control_byte(char c) {
     return static_cast<unsigned char>(c) < ' ' || c == '\x7f';
 }
-/// Prints a text that somebody else wrote (a disk, a share's user, another machine): each control byte as "?".
+/// What UTF-8 begins the control characters of the second set with; 80 to 9f stands behind it.
+inline constexpr char kSecondSetLead = '\xc2';
+/// Prints a text that somebody else wrote (a disk, another machine): each byte of a control character as "?".
 void print_foreign(std::string_view text);
 /// The same change in place, for texts that are part of something larger.
 void hide_control_bytes(char* text);

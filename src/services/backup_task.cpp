@@ -152,6 +152,12 @@ void take_lines(BackupTask& task, LineFile& file) {
     }
 }
 
+// In the appliance's code page, where what UTF-8 would read as a control character may be two others.
+void print_setting_text(const char* text) {
+    for (; *text != '\0'; text++)
+        putchar(is_control_byte(*text) ? '?' : *text);
+}
+
 }  // namespace
 
 void quorvel::print_task(const BackupTask& task) {
@@ -162,7 +168,7 @@ void quorvel::print_task(const BackupTask& task) {
                 break;
             case Kind::kText:
                 printf("%s=", setting.key);
-                print_foreign(text_or_empty(task.*setting.text));
+                print_setting_text(text_or_empty(task.*setting.text));
                 putchar('\n');
                 break;
             case Kind::kStartTime:

@@ -2,11 +2,14 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <unistd.h>
 
+#include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/feature_settings.h"
 #include "foundation/files.h"
 #include "foundation/options.h"
+#include "foundation/replacement.h"
 #include "quorvel/services.h"
 #include "services/firewall_rules.h"
 #include "services/ports_file.h"
@@ -91,8 +94,25 @@ void print_table(const RulePlan& plan) {
     fwrite(plan.table.bytes, 1, plan.table.size, stdout);
 }
 
+// Whoever flushes in the middle of another's rules leaves half of them, and who has read a file earlier must not be the
+// last to load it. Without a turn, for want of a place or of time, the firewall is loaded all the same.
+struct Turn {
+    Descriptor lock = open_replacement(files::kFirewallTurn);
+
+    Turn() = default;
+    ~Turn() { end(); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    void end() {
+        if (lock) (void)unlink(files::kFirewallTurn);
+        lock = Descriptor();
+    }
+};
+
 // What is to be read is read before anything is changed, and nothing is printed before the last rule is in.
 int start(const char* requested) {
+    Turn turn;
     PortsFile choice = choose_ports_file(requested);
     Descriptor file;
     if (choice.path != nullptr) file = open_for_reading(choice.path);
@@ -100,6 +120,7 @@ int start(const char* requested) {
     RulePlan plan;
     if (opened && !read_ports(static_cast<Descriptor&&>(file), plan)) return -1;
     const bool applied = apply_rules(plan);
+    turn.end();
 
     print_choice(choice);
     if (opened) {
@@ -108,6 +129,11 @@ int start(const char* requested) {
         printf("Can't open file(%s)\n", choice.path);
     }
     return result_of(applied);
+}
+
+int flush_rules() {
+    const Turn turn;
+    return result_of(apply_rules(RulePlan()));
 }
 
 // The short options keep their letters; -c has no meaning.
@@ -147,5 +173,5 @@ int LibQuorvelBin_FirewallEntry(int argc, char** argv) {
         if (!requested) return -1;
     }
     if (operation == kStart) return start(requested.get());
-    return operation == kStop ? result_of(apply_rules(RulePlan())) : 0;
+    return operation == kStop ? flush_rules() : 0;
 }

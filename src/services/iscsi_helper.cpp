@@ -55,7 +55,8 @@ void print_report_line(SessionReport& report, std::string_view session, std::str
     Text<3 * kFieldsSize> line;
     for (std::string_view part : {view(report.target), session, address})
         line.add(part);
-    if (has_control_byte(view(line))) hide_control_bytes(line.chars);
+    if (has_control_byte(view(line)) || view(line).find(kSecondSetLead) != std::string_view::npos)
+        hide_control_bytes(line.chars);
     puts(line.c_str());
     report.idle_target = false;
 }

@@ -68,10 +68,10 @@ TEST_F(Signature, CommandWritesItByteForByteAndShowsIt) {
 
 TEST_F(Signature, LoaderReadsLittleEndianNumbersAndWholeRecordsOnly) {
     disk_signature loaded = {};
-    write_file("/dev/disk1", from_hex("02 01 00 00 07 00 00 00 04 03 02 01") + record.substr(12, 20) + "AB\x1b\x7f" "EFGH" + record.substr(40));
+    write_file("/dev/disk1", from_hex("02 01 00 00 07 00 00 00 04 03 02 01") + record.substr(12, 20) + "AB\x1b\x7f\xc2\x9b\xc2\xa0" + record.substr(40));
     ASSERT_EQ(0, LibQuorvelBin_LoadDiskSignature("/dev/disk1", &loaded));
     EXPECT_TRUE(loaded.sig_ver.major == 0x102 && loaded.sig_ver.minor == 7 && loaded.hdr_len == 0x1020304);
-    EXPECT_TRUE(run(DiskSignature, "any /dev/disk1").starts_with("version         258.07\nhdr_len         16909060\nraw_device_name AB??EFGH\n"));
+    EXPECT_TRUE(run(DiskSignature, "any /dev/disk1").starts_with("version         258.07\nhdr_len         16909060\nraw_device_name AB????\xc2\xa0\n"));
     ASSERT_EQ(0, mkfifo("/dev/pipe", 0600));
     const int pipe = open("/dev/pipe", O_RDWR);
     ASSERT_EQ(84, write(pipe, record.data(), record.size()));

@@ -120,6 +120,41 @@ TEST_F(FirewallTest, LoadsRulesThatTheKernelTellsBack) {
     EXPECT_EQ(quorvel::capture_command("iptables -S").output.get(), policies);
 }
 
+pid_t start_in_background(const std::string& option) {
+    const pid_t process = fork();
+    if (process == 0) _exit(firewall({option}).result);
+    return process;
+}
+
+TEST_F(FirewallTest, LetsNobodyIntoTheMiddleOfItsRules) {
+    write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=1\n");
+    make_directory("/var/run");
+    for (const auto& [second, denied] : {std::pair("--stop", ""), std::pair("--start", "21 eth0")}) {
+        write_file(ports_file, "webui<>0<>;\n");
+        remove_tree("/run/stand-in");
+        remove_tree("/run/begun");
+        remove_tree("/run/go");
+        stand_in(
+            "/usr/local/sbin/iptables",
+            "case $* in -A*) mkdir /run/begun 2>/dev/null && until [ -e /run/go ]; do sleep 0.01; done; esac; true");
+        const pid_t one = start_in_background("--start");
+        while (!exists("/run/begun"))
+            usleep(1000);
+        const pid_t other = start_in_background(second);
+        usleep(200'000);
+        // What has changed by its turn is what the other caller loads.
+        write_file(ports_file, "ftp<>0<>;\n");
+        write_file("/run/go", "");
+        for (const pid_t caller : {one, other})
+            EXPECT_EQ(end_of(caller), 0);
+        Words rules = deny("80 eth0");
+        for (const std::string& rule : deny(denied))
+            rules.push_back(rule);
+        EXPECT_EQ(calls("iptables"), rules) << second;
+    }
+    EXPECT_FALSE(exists("/var/run/libquorvel_bin.firewall"));
+}
+
 TEST_F(FirewallTest, ChoosesItsPortsFile) {
     const std::string d = "/" + std::string(240, 'd');
     play("services/expected/ports-files", firewall,

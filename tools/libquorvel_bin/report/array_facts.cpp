@@ -147,10 +147,17 @@ void name_member(Facts& facts, const ArrayFacts& array, MemberFacts& member) {
     }
 }
 
-// Older kernels do not tell it; a member's superblock does.
+bool is_member(const ArrayFacts& array, const DiskFacts& disk) {
+    return std::any_of(array.members.begin(), array.members.end(), [&disk](const MemberFacts& member) {
+        return is_partition_of(text_of(member.device), text_of(disk.device));
+    });
+}
+
+// Older kernels do not tell it; a member's superblock does. That of a strange disk names the array of its choice.
 void find_uuid(ArrayFacts& array, const Facts& facts) {
     for (const DiskFacts& disk : facts.disks) {
         if (is_known(array.uuid) || !is_known(disk.superblock_uuid) || !is_known(disk.superblock_minor)) continue;
+        if (!is_member(array, disk)) continue;
         const Text<64> device("md%d", static_cast<int>(disk.superblock_minor.value));
         if (strcmp(device.c_str(), text_of(array.device)) == 0) set(array.uuid, text_of(disk.superblock_uuid));
     }

@@ -99,20 +99,37 @@ void add_server(Facts& facts, std::string_view address) {
     if (server != nullptr) set(server->address, address);
 }
 
+// It would be one of the tool's options, and the tool would ask nobody.
+bool is_option(const NameServerFacts& server) {
+    return quorvel::starts_with(text_of(server.address), "-");
+}
+
+bool add_question(List<Tool>& tools, const NameServerFacts& server) {
+    Tool* tool = add(tools);
+    if (tool == nullptr) return false;
+    const char* words[] = {"nslookup", "-timeout=3", "-retry=1", text_of(server.address)};
+    std::copy(std::begin(words), std::end(words), tool->arguments);
+    return true;
+}
+
+void take_answer(Truth& answers, const Tool& tool) {
+    if (tool.reason != nullptr) return set_unknown(answers, tool.reason);
+    set(answers, printed_by(tool).find("timed out") == std::string_view::npos);
+}
+
 void ask_servers(Facts& facts) {
     List<Tool> tools;
-    for (NameServerFacts& server : facts.name_servers) {
-        Tool* tool = add(tools);
-        if (tool == nullptr) return;
-        const char* words[] = {"nslookup", "-timeout=3", "-retry=1", text_of(server.address)};
-        std::copy(std::begin(words), std::end(words), tool->arguments);
+    for (const NameServerFacts& server : facts.name_servers) {
+        if (!is_option(server) && !add_question(tools, server)) return;
     }
     run_tools({tools.items, tools.count}, 2 * kToolMilliseconds);
-    for (size_t i = 0; i < tools.count; i++) {
-        const Tool& tool = tools.items[i];
-        Truth& answers = facts.name_servers.items[i].answers;
-        if (tool.reason != nullptr) set_unknown(answers, tool.reason);
-        if (tool.reason == nullptr) set(answers, printed_by(tool).find("timed out") == std::string_view::npos);
+    size_t next = 0;
+    for (NameServerFacts& server : facts.name_servers) {
+        if (is_option(server)) {
+            set_unknown(server.answers, "no address");
+        } else {
+            take_answer(server.answers, tools.items[next++]);
+        }
     }
 }
 

@@ -42,6 +42,7 @@ void take_target(Facts& facts, std::string_view line) {
     set_unless_empty(target->name, next_field(line, "<>"), "no such target is running");
 }
 
+// An initiator chooses its own name, with separators in it as well; the address behind it has none.
 void take_session(Facts& facts, std::string_view line) {
     static constexpr char kNobody[] = "nobody is connected";
     SessionFacts* session = add(facts.sessions);
@@ -49,8 +50,9 @@ void take_session(Facts& facts, std::string_view line) {
     set_number(session->tid, next_field(line, "<>"), kNoAnswer);
     set_unless_empty(session->target, next_field(line, "<>"), "the kernel tells no name");
     set_unless_empty(session->sid, next_field(line, "<>"), kNobody);
-    set_unless_empty(session->initiator, next_field(line, "<>"), kNobody);
-    set_unless_empty(session->address, next_field(line, "<>"), kNobody);
+    const std::string_view initiator = front_of(line, line.rfind("<>"));
+    set_unless_empty(session->initiator, initiator, kNobody);
+    set_unless_empty(session->address, behind(line, initiator.size() + strlen("<>")), kNobody);
 }
 
 template <typename Record>

@@ -3,11 +3,19 @@
 # the exported names and the layout of all public types (libabigail's XML),
 # abi/constants.txt the values of the public constants. Source after common.sh.
 
-# Of the interface only, and without anything that an unchanged interface may change.
+# Of the interface only, and without anything that an unchanged interface may change: abidw lists the sources by where
+# they were compiled, which may be another clone (use_ccache), and each type with the first source that uses it. All of
+# them become one, sorted.
 write_abi() {
     abidw --headers-dir include --exported-interfaces-only --drop-private-types --no-parameter-names \
         --no-corpus-path --no-show-locs --no-comp-dir-path --no-elf-needed --no-write-default-sizes \
-        --type-id-style hash "$1" | sed "s,path='[^']*/\(src\|include\)/,path='\1/,"
+        --type-id-style hash "$1" | awk '
+        /^  <abi-instr/ { inside = 1; sub(/ path=\047[^\047]*\047/, " path=\047src\047"); head = $0; next }
+        /^  <\/abi-instr>/ { inside = 0; foot = $0; next }
+        /^<\/abi-corpus>/ { print head; fflush(); close(sort); print foot }
+        !inside { print; fflush(); next }
+        { block = block $0 "\001" }
+        /^    <\/|^    <[^ ].*\/>$/ { print block | sort; block = "" }' sort='LC_ALL=C sort -u | tr -s "\001" "\n" | grep .'
 }
 
 # Prints "NAME VALUE" for every enumerator and every number among the macros.

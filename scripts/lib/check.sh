@@ -27,5 +27,13 @@ shared_library=$build_dir/libquorvel_bin.so
 # The exported names as the version script of the build lists them.
 listed_exports() { sort "$build_dir/exported_names"; }
 
+# The commands that --help lists, and their long options as "COMMAND --OPTION".
+listed_commands() { "$build_dir"/libquorvel_bin --help | sed -n 's/^  \([a-z][a-z0-9_]*\) .*/\1/p' | sort -u; }
+listed_options() {
+    "$build_dir"/libquorvel_bin --help | grep '^  [a-z]' | while read -r word rest; do
+        grep -oE '(^|[[| ])--[a-z][a-z-]*' <<<"$rest" | sed "s/.*--/$word --/" || true
+    done
+}
+
 # The project's own C++ files below the given places.
 sources_in() { find "$@" -name '*.cpp' -o -name '*.h' | sort; }

@@ -58,20 +58,22 @@ constexpr Pattern kLinePortPatterns[] = {
 // clang-format on
 
 struct PortTest {
-    const char* port;
     std::span<const Pattern> patterns;
     int reads;          // of the lines after each step, until they match
     bool carries_text;  // flush what came before each step, and name each failed one
     bool may_force_tx;  // the Tx line may be a GPIO
 };
 
-constexpr PortTest kTextPortTest = {files::kTextLoopbackPort, kTextPortPatterns, 3, true, false};
-constexpr PortTest kLinePortTest = {files::kLineLoopbackPort, kLinePortPatterns, 1, false, true};
+constexpr PortTest kTextPortTest = {kTextPortPatterns, 3, true, false};
+constexpr PortTest kLinePortTest = {kLinePortPatterns, 1, false, true};
 
-const PortTest& test_of_machine() {
-    const Platform* platform = find_platform();
-    const bool carries_text = platform != nullptr && platform->loopback_port == LoopbackPort::kText;
+const PortTest& test_of(const Platform* platform) {
+    const bool carries_text = platform != nullptr && platform->loopback_test == LoopbackTest::kText;
     return carries_text ? kTextPortTest : kLinePortTest;
+}
+
+const char* port_of(const Platform* platform) {
+    return platform != nullptr ? platform->ups_port : files::kLineLoopbackPort;
 }
 
 void report(const char* text) {
@@ -156,9 +158,9 @@ bool returns_text(int port) {
     return count == static_cast<ssize_t>(kLength) && memcmp(answer, kText, kLength) == 0;
 }
 
-int test_text_port(const PortTest& test) {
+int test_text_port(const char* path, const PortTest& test) {
     // Never closed: closing would drop the lines that the plug is being watched on.
-    const int port = open_for_update(test.port).release();
+    const int port = open_for_update(path).release();
     if (port < 0) return -1;
     set_up_text_port(port);
     const bool returned = returns_text(port);
@@ -170,8 +172,8 @@ int test_text_port(const PortTest& test) {
     return mask;
 }
 
-int test_line_port(const PortTest& test) {
-    Descriptor port = open_for_update(test.port);
+int test_line_port(const char* path, const PortTest& test) {
+    Descriptor port = open_for_update(path);
     if (!port) return -1;
     const int mask = failed_steps(port.number, test);
     report(mask == 0 ? "OK" : "NG");
@@ -181,6 +183,7 @@ int test_line_port(const PortTest& test) {
 }  // namespace
 
 int LibQuorvelBin_UpsTest(void) {
-    const PortTest& test = test_of_machine();
-    return test.carries_text ? test_text_port(test) : test_line_port(test);
+    const Platform* platform = find_platform();
+    const PortTest& test = test_of(platform);
+    return test.carries_text ? test_text_port(port_of(platform), test) : test_line_port(port_of(platform), test);
 }

@@ -51,10 +51,10 @@ bool is_armada370(const Controllers&) {
 // Tried from the top.
 // clang-format off
 constexpr Platform kPlatforms[] = {
-    {PLATFORM_BOREL,         "borel",     "borel",          "/sys/class/borel is there",                         LoopbackPort::kText,  false, is_borel},
-    {PLATFORM_NISK_12BAY,    "nisk",      "nisk 12-bay",    "/proc/bus/pci/devices has its pair of controllers", LoopbackPort::kText,  true,  is_nisk},
-    {PLATFORM_PELLMAR_12BAY, "nisk",      "pellmar 12-bay", "/proc/bus/pci/devices has 11ab6440",                LoopbackPort::kLines, true,  is_pellmar},
-    {PLATFORM_ARMADA370,     "armada370", "armada370",      "PRODUCT_SERIES in /etc/nas_feature is \"KT720\"",   LoopbackPort::kLines, false, is_armada370},
+    {PLATFORM_BOREL,         "borel",     "borel",          "/sys/class/borel is there",                         files::kTextLoopbackPort, LoopbackTest::kText,  false, is_borel},
+    {PLATFORM_NISK_12BAY,    "nisk",      "nisk 12-bay",    "/proc/bus/pci/devices has its pair of controllers", files::kTextLoopbackPort, LoopbackTest::kText,  true,  is_nisk},
+    {PLATFORM_PELLMAR_12BAY, "nisk",      "pellmar 12-bay", "/proc/bus/pci/devices has 11ab6440",                files::kLineLoopbackPort, LoopbackTest::kLines, true,  is_pellmar},
+    {PLATFORM_ARMADA370,     "armada370", "armada370",      "PRODUCT_SERIES in /etc/nas_feature is \"KT720\"",   files::kLineLoopbackPort, LoopbackTest::kLines, false, is_armada370},
 };
 // clang-format on
 

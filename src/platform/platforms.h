@@ -4,7 +4,7 @@
 namespace quorvel {
 
 /// How the port for the UPS is tested: by its lines alone, or with text as well.
-enum class LoopbackPort { kLines, kText };
+enum class LoopbackTest { kLines, kText };
 
 struct Controllers;
 
@@ -13,7 +13,8 @@ struct Platform {
     const char* name;   // as LibQuorvelBin_GetPlatformStr gives it; several may share one
     const char* title;  // for people; its own
     const char* sign;   // for people: what it is recognised by
-    LoopbackPort loopback_port;
+    const char* ups_port;
+    LoopbackTest loopback_test;
     bool by_controllers;  // the PCI list is read once for all that need it
     bool (*is_this)(const Controllers& machine);
 };

@@ -84,4 +84,5 @@ printf 'dump_config=yes\nextslot1=SAS, 7\nextslot1=SATA, 8, /ext, 9:0:0:0\n' >/e
 rm /etc/diskpath.conf /etc/extslot.conf; echo debug=1 >/etc/libquorvel_bin.conf; libquorvel_bin platform 2>/dev/null
 rm /etc/libquorvel_bin.conf; rm /sys/block/sda && ln -s ../devices/none /sys/block/sdx && touch /sys/block/sdy /sys/block/sdaa && libquorvel_bin disks
 rm -r /sys/block && libquorvel_bin disks
+libquorvel_bin report --reach | sed -n '/^Name servers/,/^$/p'
 END

@@ -156,9 +156,9 @@ const Examined* examined_in(std::span<const Examined> disks, std::string_view li
 }
 
 void take_superblocks(std::span<const Examined> disks, const Tool& tool) {
+    const char* reason = tool.reason != nullptr ? tool.reason : "no array superblock on the disk";
     for (const Examined& examined : disks)
-        set_superblock_unknown(*examined.disk,
-                               tool.reason != nullptr ? tool.reason : "no array superblock on the disk");
+        set_superblock_unknown(*examined.disk, reason);
     if (tool.reason != nullptr) return;
     const Examined* current = nullptr;
     for (std::string_view text = printed_by(tool); !text.empty();) {

@@ -46,15 +46,11 @@ struct SpawnPlan {
 };
 
 // A shell clears the mask that it inherits, so signals are held back from a child by ignoring them there.
-using Guarded = Text<2048>;
-
-Guarded guarded(const char* command) {
-    return Guarded("trap '' HUP INT QUIT PIPE ALRM TERM USR1 USR2; %s", command);
-}
+constexpr char kGuarded[] = "trap '' HUP INT QUIT PIPE ALRM TERM USR1 USR2; %s";
 
 [[nodiscard]] pid_t spawn_shell(const char* command, const Descriptor& written) {
-    Guarded text;
-    if (__atomic_load_n(&holding, __ATOMIC_RELAXED) > 0) text = guarded(command);
+    Text<2048> text;
+    if (__atomic_load_n(&holding, __ATOMIC_RELAXED) > 0) text.append(kGuarded, command);
     const bool guards = text.length > 0 && !text.cut;
     char shell[] = "sh";
     char option[] = "-c";

@@ -54,13 +54,9 @@ void print_foreign(std::string_view text) {
 }
 
 void hide_control_bytes(char* text) {
-    for (std::string_view rest = text; !rest.empty();) {
-        const size_t hidden = control_length(rest);
-        const size_t length = std::max<size_t>(hidden, 1);
-        memset(text, '?', hidden);
-        text += length;
-        rest.remove_prefix(length);
-    }
+    const std::string_view whole = text;
+    for (size_t i = 0; i < whole.size(); i++)
+        memset(text + i, '?', control_length(whole.substr(i)));
 }
 
 const char* without_dev_prefix(const char* name) {

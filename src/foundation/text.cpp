@@ -56,7 +56,7 @@ void print_foreign(std::string_view text) {
 void hide_control_bytes(char* text) {
     const std::string_view whole = text;
     for (size_t i = 0; i < whole.size(); i++)
-        memset(text + i, '?', control_length(whole.substr(i)));
+        memset(text + i, '?', control_length(behind(whole, i)));
 }
 
 const char* without_dev_prefix(const char* name) {

@@ -73,6 +73,16 @@ struct WholeText {
 /// Copies `source` cut to `size - 1` characters and always terminated.
 void copy_text(char* target, size_t size, std::string_view source);
 
+/// The first `count` characters of a text, and what stands behind them; all of a shorter one, and nothing. The standard
+/// library's substr would throw, for which a build that does not optimise needs more than the C library.
+[[nodiscard]] constexpr std::string_view front_of(std::string_view text, size_t count) {
+    return {text.data(), count < text.size() ? count : text.size()};
+}
+[[nodiscard]] constexpr std::string_view behind(std::string_view text, size_t count) {
+    text.remove_prefix(count < text.size() ? count : text.size());
+    return text;
+}
+
 [[nodiscard]] inline bool starts_with(const char* text, std::string_view prefix) {
     return strncmp(text, prefix.data(), prefix.size()) == 0;
 }

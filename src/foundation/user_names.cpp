@@ -21,7 +21,7 @@ constexpr size_t kLongestEntry = 4096;
 std::optional<std::string_view> cut_field(std::string_view& line) {
     size_t colon = line.find(':');
     if (colon == std::string_view::npos) return {};
-    std::string_view field = line.substr(0, colon);
+    std::string_view field = front_of(line, colon);
     line.remove_prefix(colon + 1);
     return field;
 }

@@ -43,7 +43,7 @@ Line find_mtd(const char* name) {
     for (std::string_view piece; !quoted.cut && !(piece = next_piece(list.reader)).empty();) {
         if (piece.find(view(quoted)) == piece.npos) continue;
         const size_t length = piece.find(':');
-        if (length != piece.npos) mtd.add(piece.substr(0, length));
+        if (length != piece.npos) mtd.add(front_of(piece, length));
         if (length == piece.npos && piece.size() == kLine) puts("Not enough area!");
         break;
     }

@@ -62,7 +62,7 @@ void print_report_line(SessionReport& report, std::string_view session, std::str
 }
 
 void end_target(SessionReport& report) {
-    if (report.idle_target) print_report_line(report, view(report.session).substr(0, report.sid_length), "<>");
+    if (report.idle_target) print_report_line(report, front_of(view(report.session), report.sid_length), "<>");
 }
 
 void begin_target(SessionReport& report, const SessionLine& line) {

@@ -32,7 +32,7 @@ constexpr KindWord kNoKind = {"", SessionKind::kNone, 0};
 const KindWord& kind_of(std::string_view line) {
     while (line.starts_with(' ') || line.starts_with('\t'))
         line.remove_prefix(1);
-    bool begins_with_one = line.size() >= 4 && line.substr(1, 3) == "id:";
+    bool begins_with_one = behind(line, 1).starts_with("id:");
     for (const KindWord& row : kKindWords) {
         if (begins_with_one && line[0] == row.word[0]) return row;
     }

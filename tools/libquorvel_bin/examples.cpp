@@ -6,13 +6,15 @@
 
 #include "foundation/text.h"
 
+using quorvel::behind;
+using quorvel::front_of;
 using quorvel::Text;
 
 namespace {
 
 // The rest of a line; the text goes on behind it.
 std::string_view take_line(std::string_view& text) {
-    std::string_view line = text.substr(0, text.find('\n'));
+    std::string_view line = front_of(text, text.find('\n'));
     text.remove_prefix(line.size() < text.size() ? line.size() + 1 : line.size());
     return line;
 }
@@ -26,7 +28,7 @@ void print_from(std::string_view line, std::string_view model, std::string_view 
     print_line("\nFor example, on the sample appliance ", model, ":");
     for (; !line.starts_with("= ") && !rest.empty(); line = take_line(rest))
         print_line("  ", line);
-    if (line.starts_with("= ") && line != "= 0") print_line("  with the exit status ", line.substr(2));
+    if (line.starts_with("= ") && line != "= 0") print_line("  with the exit status ", behind(line, 2));
 }
 
 }  // namespace
@@ -36,10 +38,11 @@ void print_example(const char* word) {
     std::string_view model;
     for (std::string_view rest = kExampleText; !rest.empty();) {
         std::string_view line = take_line(rest);
-        if (line.starts_with("@ ")) model = line.substr(2);
+        if (line.starts_with("@ ")) model = behind(line, 2);
         // The word may end the line.
-        const bool starts = line.substr(0, wanted.length - 1) == std::string_view(wanted.chars, wanted.length - 1);
-        if (!starts || (line.size() >= wanted.length && line[wanted.length - 1] != ' ')) continue;
+        if (!line.starts_with(front_of(view(wanted), wanted.length - 1)) ||
+            (line.size() >= wanted.length && line[wanted.length - 1] != ' '))
+            continue;
         return print_from(line, model, rest);
     }
 }

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "foundation/text.h"
 #include "libquorvel_bin.h"
 #include "telling.h"
 
@@ -34,7 +35,7 @@ int run_kernel(int, char** argv) {
 
 // One to four numbers joined by dots, and a suffix behind "-". An unset variable must not read as an old kernel.
 bool is_version(std::string_view text) {
-    std::string_view numbers = text.substr(0, text.find('-'));
+    std::string_view numbers = quorvel::front_of(text, text.find('-'));
     size_t dots = 0;
     for (size_t i = 0; i < numbers.size(); i++) {
         if (numbers[i] >= '0' && numbers[i] <= '9') continue;

@@ -149,7 +149,7 @@ struct Examined {
 // looks like the first, not like both.
 const Examined* examined_in(std::span<const Examined> disks, std::string_view line, std::string_view behind_it) {
     if (!line.ends_with(":") || !behind_it.starts_with("          Magic : ")) return nullptr;
-    const std::string_view path = line.substr(0, line.size() - 1);
+    const std::string_view path = front_of(line, line.size() - 1);
     const auto found =
         std::find_if(disks.begin(), disks.end(), [path](const Examined& disk) { return disk.path.c_str() == path; });
     return found != disks.end() ? &*found : nullptr;

@@ -1,21 +1,14 @@
 // Parts of a text, without copies. A position behind the end is the end.
 #pragma once
 
-#include <algorithm>
 #include <string_view>
+
+#include "foundation/text.h"
 
 namespace report {
 
-/// The text behind its first `count` characters.
-[[nodiscard]] inline std::string_view behind(std::string_view text, size_t count) {
-    text.remove_prefix(std::min(count, text.size()));
-    return text;
-}
-
-/// Its first `count` characters.
-[[nodiscard]] inline std::string_view front_of(std::string_view text, size_t count) {
-    return {text.data(), std::min(count, text.size())};
-}
+using quorvel::behind;
+using quorvel::front_of;
 
 /// Takes the field in front of the next separator off a line; all of it when there is none.
 [[nodiscard]] inline std::string_view next_field(std::string_view& line, std::string_view separator) {

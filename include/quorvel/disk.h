@@ -129,7 +129,7 @@ QUORVEL_API int LibQuorvelBin_MountTest(const char* device);
  * @param type  receives the type (ext3, xfs ...) and its terminator; untouched on failure
  * @param size  bytes of type; the type must be shorter
  * @return 0; or -1, silent, when /proc/mounts cannot be opened, names no such mount point, or the type does not fit.
- *         Prints the type as a line when from_cmdline is 1. */
+ *         Prints the type as a line when from_cmdline is 1, each byte of a control character as "?". */
 QUORVEL_API int LibQuorvelBin_GetFsType(char* type, size_t size, const char* mount_point);
 
 /* ---- Partition creation ----

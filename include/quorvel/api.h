@@ -17,7 +17,7 @@
  *     EIO           a program that the answer needs failed, or a device did
  *     EBADMSG       what was read has not the form it must have
  *     EISDIR        a directory stands where a file must be
- *     ETIMEDOUT     somebody else held a file for too long
+ *     ETIMEDOUT     somebody else held a file for too long, or the program that answers for a file system did not
  *     EPERM         a file that an unprivileged account could have put there is not used
  *
  * Threads. A function may be called from several threads at once unless its comment names what it shares with others.

@@ -90,12 +90,13 @@ struct mounted_fs_info {
 /** The type and sizes of the file system that holds a path, from statfs(2). Prints "f_type=0xTYPE" and
  * "total_size=BYTES free_byes=BYTES" as two lines on success.
  * @param info  untouched on failure
- * @return 0, or -1 (silent) when statfs fails. */
+ * @return 0, or -1 (silent) when statfs fails, as in LibQuorvelBin_GetPartitionSize. */
 QUORVEL_API int GetMountedFsInfo(const char* mount_point, struct mounted_fs_info* info);
 
 /** The bytes of the file system that holds a path, from statfs(2), as 64-bit products of 64-bit counts on every
  * machine.
- * @return bytes, or all ones when statfs fails; silent. */
+ * @return bytes, or all ones when statfs fails, or has no answer within two seconds where a file system is mounted for
+ *         which a program answers (FUSE); silent. */
 QUORVEL_API uint64_t LibQuorvelBin_GetPartitionSize(const char* mount_point);
 /** The bytes available to users, as LibQuorvelBin_GetPartitionSize. */
 QUORVEL_API uint64_t LibQuorvelBin_GetPartitionFreeSize(const char* mount_point);
@@ -128,7 +129,7 @@ QUORVEL_API int LibQuorvelBin_MountTest(const char* device);
  * @param type  receives the type (ext3, xfs ...) and its terminator; untouched on failure
  * @param size  bytes of type; the type must be shorter
  * @return 0; or -1, silent, when /proc/mounts cannot be opened, names no such mount point, or the type does not fit.
- *         Prints the type as a line when from_cmdline is 1. */
+ *         Prints the type as a line when from_cmdline is 1, each byte of a control character as "?". */
 QUORVEL_API int LibQuorvelBin_GetFsType(char* type, size_t size, const char* mount_point);
 
 /* ---- Partition creation ----

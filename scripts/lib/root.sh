@@ -82,6 +82,8 @@ run_in_bwrap() {
     if [[ -d $build ]]; then
         arguments+=(--ro-bind "$build" /build "${QUORVEL_BUILD_BIND:---ro-bind}" "$build" "$build")
     fi
+    # What accounts mount is mounted by tests; a model, which may be a stranger's, has nothing to mount with.
+    [[ -n ${APPLIANCE_MODEL:-} ]] || arguments+=(--dev-bind-try /dev/fuse /dev/fuse)
     # A program from elsewhere comes along.
     [[ $1 != /* ]] || arguments+=(--ro-bind "$1" "$1")
     arguments+=(--file 3 /.disposable-root --chdir /)

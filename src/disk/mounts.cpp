@@ -47,7 +47,8 @@ int LibQuorvelBin_GetFsType(char* type, size_t size, const char* mount_point) {
         if (LibQuorvelBin_GetSpecifiedKey(field, sizeof field, line, " ", kTypeField) != 0) return fail(EBADMSG);
         if (strlen(field) >= size) return fail(ERANGE);
         copy_text(type, size, field);
-        answer(type);
+        hide_control_bytes(field);  // an account that mounts chooses what stands behind "fuse."
+        answer(field);
         return 0;
     }
     return fail(ENODATA);

@@ -1,11 +1,11 @@
 #include <stdio.h>
-#include <sys/statfs.h>
 
 #include <optional>
 
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
+#include "foundation/mounted.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "quorvel/disk.h"
@@ -19,10 +19,10 @@ constexpr uint64_t kUnknownSize = ~uint64_t{0};
 
 enum SizeMode : int { kTotal = 1, kFree = 2, kUsed = 3 };
 
-std::optional<struct statfs> read_file_system(const char* mount_point) {
+std::optional<struct statfs> facts_of(const char* mount_point) {
     struct statfs facts;
     if (mount_point == nullptr) errno = EINVAL;
-    if (mount_point == nullptr || statfs(mount_point, &facts) != 0) return {};
+    if (mount_point == nullptr || !read_file_system(mount_point, facts)) return {};
     return facts;
 }
 
@@ -32,7 +32,7 @@ uint64_t in_bytes(const struct statfs& facts, uint64_t blocks) {
 }
 
 uint64_t file_system_size(const char* mount_point, SizeMode mode) {
-    const auto facts = read_file_system(mount_point);
+    const auto facts = facts_of(mount_point);
     if (!facts) return kUnknownSize;
     switch (mode) {
         case kTotal:
@@ -63,7 +63,7 @@ uint64_t GetPartitionBlocks(const char* device) {
 
 int GetMountedFsInfo(const char* mount_point, struct mounted_fs_info* info) {
     if (info == nullptr) return fail(EINVAL);
-    const auto facts = read_file_system(mount_point);
+    const auto facts = facts_of(mount_point);
     if (!facts) return -1;
     info->f_type = static_cast<uint32_t>(facts->f_type);
     info->total_size = in_bytes(*facts, facts->f_blocks);

@@ -6,6 +6,7 @@
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
+#include "foundation/mounted.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
 #include "quorvel/foundation.h"
@@ -49,7 +50,7 @@ bool leads_up(const char* path) {
 }
 
 [[nodiscard]] bool is_taken(const SpoolPath& path, char* dst, size_t size) {
-    if (path.length >= size || !path_exists(path)) return false;
+    if (path.length >= size || !path_exists_in_time(path)) return false;
     memset(dst, '\0', size);
     memcpy(dst, path.c_str(), path.length);
     return true;

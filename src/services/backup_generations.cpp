@@ -1,11 +1,13 @@
 #include "services/backup_generations.h"
 
+#include <errno.h>
 #include <stdint.h>
 #include <stdio.h>
 #include <string.h>
 #include <time.h>
 
 #include "foundation/files.h"
+#include "foundation/mounted.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "services/backup_location.h"
@@ -21,16 +23,20 @@ int64_t generation_number(const char* name) {
 
 // The greatest name in a task's directory but `own`: a run that is under way may have made that already for an earlier
 // pair, and nothing can be linked from a destination to itself.
-// Empty when there is none.
-Text<256> find_last(WholeText task_directory, std::string_view own) {
+struct LastGeneration {
+    Text<256> own, last;  // empty when there is none
+};
+
+bool find_last(const char* task_directory, void* answer) {
+    auto& [own, last] = *static_cast<LastGeneration*>(answer);
     Directory directory = open_directory(task_directory);
-    Text<256> last;
     while (const struct dirent* entry = directory ? readdir(directory.get()) : nullptr) {
-        if (!is_all_digits(entry->d_name) || own == entry->d_name) continue;
+        if (!is_all_digits(entry->d_name) || view(own) == entry->d_name) continue;
         if (last.length != 0 && generation_number(entry->d_name) <= generation_number(last.c_str())) continue;
         last = Text<256>("%s", entry->d_name);
     }
-    return last;
+    if (directory && last.length == 0) errno = ENODATA;
+    return last.length != 0;
 }
 
 // How many levels a path leads down. It has no component "..".
@@ -59,13 +65,14 @@ int LibQuorvelBin_GetLastDestTarget(char* dst, size_t size, const char* destinat
     const char* own = destination + generation;
     const char* behind = own + strcspn(own, "/");
     Text<kAddressText> task_directory("%.*s", static_cast<int>(generation), destination);
-    Text<256> last = find_last(task_directory, {own, behind});
-    if (last.length == 0) return -1;
+    LastGeneration generations;
+    generations.own.add({own, behind});
+    if (!look_in_time(find_last, task_directory, &generations, sizeof generations)) return -1;
 
     Text<kLinkTarget> target;
     for (int level = depth(own); level > 0; level--)
         target.append("../");
-    target.append("%s%s", last.c_str(), behind);
+    target.append("%s%s", generations.last.c_str(), behind);
     if (target.cut || target.length >= size) {
         printf("%s : Warning! buffer is too short!\n", __func__);
         return -1;

@@ -41,12 +41,12 @@ TEST_F(Partitions, SizesAre64BitProducts) {
 TEST_F(Partitions, TypesAreThoseOfTheExactMountPoint) {
     const struct { const char* mount_point; size_t size; int result; const char *type, *printed; } cases[] = {
         {"/mnt/disk1", 5, 0, "ext4", "ext4\n"}, {"/mnt/disk1", 4, -1, "???", ""}, {"/mnt", 9, -1, "???", ""},
-        {"/mnt/usbdisk2", 9, 0, "vfat", "vfat\n"},
+        {"/mnt/usbdisk2", 9, 0, "vfat", "vfat\n"}, {"/mnt/fuse", 9, 0, "fuse.\33[m", "fuse.?[m\n"},
     };
     char type[9] = "";
     EXPECT_TRUE(LibQuorvelBin_GetFsType(type, sizeof type, "/mnt/disk1") == -1 && IsMounted("sdd") == 0);
     write_file("/proc/mounts", "rootfs / rootfs rw 0 0\n/dev/sdb10 /mnt/disk10 xfs rw 0 0\n/dev/sdd /mnt/disk1 ext4 rw 0 0\n"
-               "/dev/sde /mnt/disk1 xfs rw 0 0\n/dev/sdf /mnt/usbdisk2 vfat rw,codepage=437 0 0" + std::string(8190, ' ') + "/dev/far");
+               "/dev/sde /mnt/disk1 xfs rw 0 0\nx /mnt/fuse fuse.\33[m rw 0 0\n/dev/sdf /mnt/usbdisk2 vfat rw,codepage=437 0 0" + std::string(8190, ' ') + "/dev/far");
     from_cmdline = 1;
     for (const auto& [mount_point, size, result, expected, printed] : cases) {
         strcpy(type, "???");

@@ -63,7 +63,7 @@ template <uint64_t (*Size)(const char*)>
 int run_size(int, char** argv) {
     uint64_t bytes = Size(argv[2]);
     if (bytes != UINT64_MAX) return print_number(bytes);
-    return no_answer(argv[1], argv[2], reason_of_file(argv[2], "its file system does not tell"));
+    return no_answer(argv[1], argv[2], reason_of_errno("its file system does not tell"));
 }
 
 int run_mounted(int, char** argv) {
@@ -75,7 +75,7 @@ int run_mounted(int, char** argv) {
 int run_fsinfo(int, char** argv) {
     struct mounted_fs_info info;
     if (GetMountedFsInfo(argv[2], &info) == 0) return kExitOk;
-    return no_answer(argv[1], argv[2], reason_of_file(argv[2], "its file system does not tell"));
+    return no_answer(argv[1], argv[2], reason_of_errno("its file system does not tell"));
 }
 
 template <int (*Function)(const char*)>

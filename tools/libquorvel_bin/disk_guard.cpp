@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "block_devices.h"
+#include "foundation/mounted.h"
 #include "naming_commands.h"
 #include "quorvel/naming.h"
 
@@ -34,13 +35,20 @@ bool because(Reason& reason, std::initializer_list<std::string_view> words) {
     return true;
 }
 
+// A program that an account mounts is listed under any name, also one that only the program can look up.
+bool can_be_looked_up(const struct mntent& entry) {
+    const char* name = entry.mnt_fsname;
+    if (is_answered_by_program(entry.mnt_type)) return starts_with(name, "/dev/") && last_component(name) == name + 5;
+    return name[0] == '/';
+}
+
 bool is_listed(const char* table, dev_t number, Text<256>& where) {
     FILE* list = setmntent(table, "re");
     if (list == nullptr) return false;
     bool found = false;
     while (const struct mntent* entry = found ? nullptr : getmntent(list)) {
         dev_t listed;
-        found = entry->mnt_fsname[0] == '/' && block_number(entry->mnt_fsname, listed) && listed == number;
+        found = can_be_looked_up(*entry) && block_number(entry->mnt_fsname, listed) && listed == number;
         if (found) where.add(entry->mnt_dir);
     }
     endmntent(list);

@@ -13,6 +13,7 @@
 #include "foundation/text.h"
 #include "report/forms.h"
 #include "report/gather.h"
+#include "report/place.h"
 #include "report/sources.h"
 
 namespace {
@@ -119,19 +120,21 @@ bool wants_colour() {
 // A reader of the file sees the old report or the new one: it is written beside it, locked, and moved into its place. A
 // device, or a link such as /dev/stdout, must not become a file.
 [[nodiscard]] bool print_to_file(const Facts& facts, const Options& options) {
+    const char* name = enter_directory_of(options.file);
+    if (name == nullptr) return false;
     struct stat replaced;
-    const bool there = lstat(options.file, &replaced) == 0;
+    const bool there = lstat(name, &replaced) == 0;
     if (there && !S_ISREG(replaced.st_mode)) {
         errno = EEXIST;
         return false;
     }
-    const quorvel::Text<4096> beside("%s_tmp", options.file);
+    const quorvel::Text<4096> beside("%s_tmp", name);
     quorvel::Descriptor made = quorvel::open_replacement(beside);
     const quorvel::File file(made ? fdopen(made.number, "w") : nullptr);
     if (file == nullptr) return false;
     (void)made.release();  // the stream has it
     if (print_whole(facts, options.form, file.get(), there ? &replaced : nullptr) &&
-        rename(beside.c_str(), options.file) == 0) {
+        rename(beside.c_str(), name) == 0) {
         return true;
     }
     const int reason = errno;

@@ -8,6 +8,7 @@
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
+#include "foundation/mounted.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "libquorvel_bin.h"
@@ -149,6 +150,15 @@ int64_t seconds_of_generation(const char* name) {
     return mktime(&day);
 }
 
+// The latest of a folder.
+bool find_latest(const char* folder, void* answer) {
+    int64_t& latest = *static_cast<int64_t*>(answer);
+    const quorvel::Directory generations = quorvel::open_directory(folder);
+    while (const struct dirent* entry = generations ? readdir(generations.get()) : nullptr)
+        latest = std::max(latest, seconds_of_generation(entry->d_name));
+    return static_cast<bool>(generations);
+}
+
 // The latest generation in a task's folder, below "DESTINATION/task-NAME/".
 void find_generation(BackupFacts& task, std::string_view destination) {
     const Text<512> marker("/task-%s/", text_of(task.name));
@@ -156,13 +166,9 @@ void find_generation(BackupFacts& task, std::string_view destination) {
     if (marker.cut || found == std::string_view::npos) return;
     Text<2048> folder;
     folder.add(front_of(destination, found + marker.length));
-    const quorvel::Directory generations = quorvel::open_directory(folder.c_str());
-    while (const struct dirent* entry = generations ? readdir(generations.get()) : nullptr) {
-        const int64_t seconds = seconds_of_generation(entry->d_name);
-        if (seconds < 0 || (is_known(task.last_generation_seconds) && seconds <= task.last_generation_seconds.value))
-            continue;
-        set(task.last_generation_seconds, seconds);
-    }
+    int64_t latest = is_known(task.last_generation_seconds) ? task.last_generation_seconds.value : -1;
+    if (quorvel::look_in_time(find_latest, folder, &latest, sizeof latest) && latest >= 0)
+        set(task.last_generation_seconds, latest);
 }
 
 // "SOURCE DESTINATION"; a destination that keeps generations is a new one each time, and is shown up to its task.

@@ -2,10 +2,10 @@
 #include <inttypes.h>
 #include <stdio.h>
 #include <string.h>
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/mounted.h"
 #include "foundation/text.h"
 #include "libquorvel_bin.h"
 #include "report/gather.h"
@@ -110,14 +110,15 @@ void gather_panel(SystemFacts& system, const Quiet& quiet) {
 
 // The file system that holds it is asked by its mount point: that reads from no disk.
 void gather_spool_sizes(SystemFacts& system, const char* mount_point) {
-    struct statvfs sizes = {};
-    if (IsMounted(mount_point) != 1 || statvfs(mount_point, &sizes) != 0) {
+    struct statfs sizes = {};
+    if (IsMounted(mount_point) != 1 || !quorvel::read_file_system(mount_point, sizes)) {
         set_unknown(system.spool_size_bytes, "the spool is not mounted");
         set_unknown(system.spool_free_bytes, "the spool is not mounted");
         return;
     }
-    set(system.spool_size_bytes, static_cast<int64_t>(static_cast<uint64_t>(sizes.f_blocks) * sizes.f_frsize));
-    set(system.spool_free_bytes, static_cast<int64_t>(static_cast<uint64_t>(sizes.f_bavail) * sizes.f_frsize));
+    const auto unit = static_cast<uint64_t>(sizes.f_frsize);
+    set(system.spool_size_bytes, static_cast<int64_t>(sizes.f_blocks * unit));
+    set(system.spool_free_bytes, static_cast<int64_t>(sizes.f_bavail * unit));
 }
 
 void gather_spool(SystemFacts& system) {

@@ -1,10 +1,10 @@
 // Mounted data, and the volumes of the volume manager as the storage scripts list them.
 #include <stdlib.h>
 #include <string.h>
-#include <sys/statvfs.h>
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
+#include "foundation/mounted.h"
 #include "foundation/text.h"
 #include "report/gather.h"
 #include "report/sources.h"
@@ -36,19 +36,15 @@ void set_sizes_unknown(VolumeFacts& volume, const char* reason) {
 }
 
 void gather_sizes(VolumeFacts& volume, const char* mount_point) {
-    struct statvfs sizes = {};
-    if (statvfs(mount_point, &sizes) != 0) return set_sizes_unknown(volume, "the file system does not answer");
-    const uint64_t unit = sizes.f_frsize;
+    struct statfs sizes = {};
+    if (!quorvel::read_file_system(mount_point, sizes))
+        return set_sizes_unknown(volume, "the file system does not answer");
+    const auto unit = static_cast<uint64_t>(sizes.f_frsize);
     const auto total = static_cast<int64_t>(sizes.f_blocks * unit);
     const auto free_bytes = static_cast<int64_t>(sizes.f_bavail * unit);
     set(volume.size_bytes, total);
     set(volume.free_bytes, free_bytes);
     set(volume.used_bytes, total - free_bytes);
-}
-
-// What a program of some account's answers, or leaves unanswered, under any device's name; "fuseblk" only root mounts.
-bool is_answered_by_program(std::string_view type) {
-    return type == "fuse" || type.starts_with("fuse.");
 }
 
 // Network file systems and programs are not asked: one that is gone would hold the report up.
@@ -63,7 +59,7 @@ void take_mount(Facts& facts, std::string_view line) {
     set(volume->device, source);
     const std::string_view type = next_field(line, " ");
     set(volume->type, type);
-    if (!is_answered_by_program(type)) return gather_sizes(*volume, mount_point);
+    if (!quorvel::is_answered_by_program(type)) return gather_sizes(*volume, mount_point);
     set_sizes_unknown(*volume, "the file system is a program, which is not asked");
 }
 

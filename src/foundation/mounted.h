@@ -1,0 +1,28 @@
+// Looks at paths where accounts may mount file systems that a program of theirs answers for: one that does not answer
+// is given up.
+#pragma once
+
+#include <sys/statfs.h>
+
+#include <string_view>
+
+#include "foundation/text.h"
+
+namespace quorvel {
+
+/// Whether the files of such a type are what a program says ("fuse", "fuse.sshfs"), under the name of any device.
+/// "fuseblk" only root mounts.
+[[nodiscard]] bool is_answered_by_program(std::string_view type);
+
+/// A look at what a path holds: fills an answer, or is false and sets errno.
+using Look = bool (*)(const char* path, void* answer);
+
+/// Looks; false, and errno, when the look is. While a file system of such a type is mounted anywhere, a second process
+/// does it, and has two seconds (ETIMEDOUT). An answer is at most as large as what a pipe takes at once.
+[[nodiscard]] bool look_in_time(Look look, WholeText path, void* answer, size_t size);
+
+/// path_exists and statfs(2) as such looks.
+[[nodiscard]] bool path_exists_in_time(WholeText path);
+[[nodiscard]] bool read_file_system(WholeText path, struct statfs& facts);
+
+}  // namespace quorvel

@@ -31,6 +31,11 @@ def install():
     os.environ["PATH"] = "/usr/sbin:/usr/bin:/sbin:/bin"
 
 
+def show(model):
+    """The model comes last: who is shown one may mount nothing."""
+    subprocess.run(["/bin/sh", "/source/scripts/lib/inside-model", "true"], env=os.environ | {"APPLIANCE_MODEL": model}, check=True)
+
+
 def write_settings():
     for path, lines in ((SMALL, 40), (LARGE, 10000)):
         write_settings_file(path, lines)
@@ -223,6 +228,7 @@ def main(model, quick, wanted, emulator):
         return [item for item in items if item.model == model and (item.quick or not quick) and wanted in item.name]
 
     install()
+    show(model)
     write_settings()
     if emulator:
         # Step by step, a hundred million take the better part of an hour.

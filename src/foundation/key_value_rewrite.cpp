@@ -124,7 +124,10 @@ void add(Target& target, std::string_view text) {
 // is would choose where a file of his content and mode appears. There it is empty, and nobody's but the caller's.
 void disarm_elsewhere(const char* path, int descriptor) {
     struct stat moved;
-    if (is_named(descriptor, path) || fstat(descriptor, &moved) != 0 || moved.st_nlink == 0) return;
+    struct stat named;
+    if (fstat(descriptor, &moved) != 0 || moved.st_nlink == 0) return;
+    // What cannot be looked at is most likely the settings themselves.
+    if (lstat(path, &named) != 0 ? errno != ENOENT && errno != ENOTDIR : is_same_file(moved, named)) return;
     if (fchmod(descriptor, 0600) != 0 || ftruncate(descriptor, 0) != 0 || fchown(descriptor, geteuid(), getegid()) != 0)
         errno = 0;
 }

@@ -47,6 +47,13 @@ bool may_be_held(const char* path) {
     return false;
 }
 
+// Whether a path, itself no link, is the file that is open.
+[[nodiscard]] bool is_named(int descriptor, const char* path) {
+    struct stat held;
+    struct stat named;
+    return fstat(descriptor, &held) == 0 && lstat(path, &named) == 0 && is_same_file(held, named);
+}
+
 // Removes what has the name, unless another writer holds it. False when it cannot be removed.
 [[nodiscard]] bool remove_left_over(const char* path) {
     if (may_be_held(path)) {
@@ -57,13 +64,6 @@ bool may_be_held(const char* path) {
 }
 
 }  // namespace
-
-bool is_named(int descriptor, const char* path) {
-    struct stat held;
-    struct stat named;
-    return fstat(descriptor, &held) == 0 && lstat(path, &named) == 0 && held.st_ino == named.st_ino &&
-           held.st_dev == named.st_dev;
-}
 
 // Whoever takes a new file for one that was left over, in the moment before it is locked, removes it: then it is made
 // once more.

@@ -17,8 +17,10 @@ namespace quorvel {
 /// and errno, when that cannot be done.
 [[nodiscard]] Descriptor open_replacement(WholeText path);
 
-/// Whether a path, itself no link, is the file that is open.
-[[nodiscard]] bool is_named(int descriptor, const char* path);
+/// Whether two looks saw one file.
+[[nodiscard]] inline bool is_same_file(const struct stat& one, const struct stat& other) {
+    return one.st_ino == other.st_ino && one.st_dev == other.st_dev;
+}
 
 /// Gives a whole replacement the mode and owner of the file whose place it takes; where there is none, the mode of a
 /// new file: as the caller's mask allows, and never wider than 0644.

@@ -9,15 +9,15 @@
 
 namespace report {
 
-/// As long as it lives, standard output goes to a file in memory and standard error nowhere, and nothing is traced: a
-/// trace would stand among the answers.
+/// As long as it lives, standard output goes to a pipe, which no limit on files cuts, and standard error nowhere, and
+/// nothing is traced: a trace would stand among the answers.
 struct Quiet {
     Quiet();
     ~Quiet();
     Quiet(const Quiet&) = delete;
     Quiet& operator=(const Quiet&) = delete;
 
-    quorvel::Descriptor output, error, memory;
+    quorvel::Descriptor output, error, store;
     int32_t level;
 };
 

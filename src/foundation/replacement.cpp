@@ -58,7 +58,9 @@ bool may_be_held(const char* path) {
 [[nodiscard]] bool remove_left_over(const char* path) {
     if (may_be_held(path)) {
         Descriptor old = above_standard(open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-        if (old && (!is_free(old.number) || !is_named(old.number, path))) return errno == ETIMEDOUT || errno == 0;
+        if (old && !is_free(old.number)) return errno == ETIMEDOUT;
+        // Its writer has just moved it into its place.
+        if (old && !is_named(old.number, path)) return true;
     }
     return unlink(path) == 0 || errno == ENOENT;
 }

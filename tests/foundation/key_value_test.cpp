@@ -2,10 +2,13 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <functional>
 #include <tuple>
+#include <utility>
 
 #include "quorvel/foundation.h"
 #include "support/scenario.h"
@@ -13,6 +16,17 @@
 namespace {
 
 using namespace std::string_literals;
+
+std::function<void()> before_lock;  // what another process does in that moment
+
+}  // namespace
+
+extern "C" int flock(int descriptor, int operation) noexcept {
+    if (before_lock) std::exchange(before_lock, nullptr)();
+    return static_cast<int>(syscall(SYS_flock, descriptor, operation));
+}
+
+namespace {
 
 constexpr char kFile[] = "/etc/settings";
 constexpr char kTemporary[] = "/etc/settings_tmp";
@@ -138,6 +152,13 @@ TEST_F(KeyValue, WritersAtTheSameTimeLoseNothingAndAReaderNeverSeesHalfAFile) {
         EXPECT_EQ(status, 0);
         running--;
     }
+}
+
+TEST_F(KeyValue, TakesItsTurnBehindAWriterWhoMovesHisFileIntoPlaceMeanwhile) {
+    write_file(kTemporary, "A=1\n");
+    before_lock = [] { rename(kTemporary, kFile); };
+    EXPECT_EQ(set_StringbyKey(kFile, "B", "2"), 0);
+    EXPECT_EQ(read_file(kFile), "A=1\nB=2\n");
 }
 
 TEST_F(KeyValue, GrepFindsTheFirstLineWithAText) {

@@ -13,7 +13,7 @@ OPERATORS = [
 WORDS = {"true": "false", "false": "true"}
 # What a text in quotes is not changed in: escapes and conversions, whose letters the compiler looks at.
 KEPT_IN_TEXT = re.compile(r"\\(?:x[0-9a-fA-F]+|[0-7]{1,3}|.)|%[-+ #0-9.*]*(?:hh|h|ll|l|z|j|t)?[a-zA-Z%]")
-NO_CODE = re.compile(r"^\s*(?:#|using |static_assert|namespace |extern \"C\"|struct |enum |class |template)")
+NO_CODE = re.compile(r"^\s*(?:#|using |static_assert|namespace |extern \"|struct |enum |class |template)")
 STATEMENT = re.compile(r"^\s+(?!return\b|else\b|case\b|if\b|for\b|while\b|do\b|switch\b|delete\b|goto\b)"
                        r"[\w:.\[\]>*()-]*(?:\(.*\)|(?: [-+|&*/]?= .*)|\+\+|--);$|^\s+(?:break|continue|return);$")
 CONDITION = re.compile(r"\b(if|while) \(")

@@ -19,6 +19,7 @@ from faults import faults_of
 
 PROJECT = Path(__file__).resolve().parents[2]
 EQUAL = PROJECT / "tests/mutants-equal.txt"
+MODELS = sorted(path.parent.name for path in PROJECT.glob("models/*/links.txt"))
 ROOMS = sorted({test.parent.name for test in PROJECT.glob("tests/*/*_test.cpp")})
 # Seconds of processor time for a process, and of the clock for a test program: what goes on for longer was noticed.
 LONGEST_AT_WORK, LONGEST = 40, 240
@@ -30,7 +31,7 @@ def room_of(path):
 
 class Fault:
     def __init__(self, path, text, begin, end, new):
-        self.path, self.begin, self.end, self.new = path, begin, end, new
+        self.path, self.text, self.begin, self.end, self.new = path, text, begin, end, new
         start, stop = text.rfind("\n", 0, begin) + 1, text.find("\n", end)
         self.line = text.count("\n", 0, begin) + 1
         self.before = text[start:stop].strip()
@@ -52,7 +53,7 @@ def listed_as_equal():
 
 
 def in_turn(what, seed):
-    """Faults of the files in question: one of each file, then the next of each, and so on."""
+    """Faults of the files in question: rooms take turns, and in a room its files."""
     files = sorted(str(path.relative_to(PROJECT)) for path in PROJECT.glob("src/**/*") if path.suffix in (".cpp", ".h"))
     if what.startswith("tools"):
         files = sorted(str(path.relative_to(PROJECT)) for path in PROJECT.glob("tools/**/*.cpp"))
@@ -60,17 +61,26 @@ def in_turn(what, seed):
         files = [path for path in files if room_of(path) == what]
     elif what not in ("all", "tools"):
         files = [str((Path.cwd() / what).resolve().relative_to(PROJECT))]
-    queues = []
+    rooms = {}
     for path in files:
         text, chance = (PROJECT / path).read_text(), random.Random("%s %s" % (seed, path))
         faults = [Fault(path, text, *fault) for fault in faults_of(text, chance)]
         chance.shuffle(faults)
-        queues.append(faults)
-    random.Random(seed).shuffle(queues)
-    while any(queues):
-        for queue in queues:
-            if queue:
-                yield queue.pop()
+        rooms.setdefault(room_of(path), []).append(faults)
+    for queues in rooms.values():
+        random.Random(seed).shuffle(queues)
+    return one_of_each(one_of_each(map(iter, queues)) for queues in rooms.values())
+
+
+def one_of_each(queues):
+    """What the queues hold: the first of each, then the next of each, and so on."""
+    queues = list(queues)
+    while queues:
+        for queue in list(queues):
+            try:
+                yield next(queue)
+            except StopIteration:
+                queues.remove(queue)
 
 
 def limited():
@@ -78,6 +88,16 @@ def limited():
     # A test makes a file beyond 4 GiB, of holes.
     resource.setrlimit(resource.RLIMIT_FSIZE, (6 << 30, 6 << 30))
     resource.setrlimit(resource.RLIMIT_CPU, (LONGEST_AT_WORK, LONGEST_AT_WORK))
+
+
+def fails_first(asked, passes):
+    """Whether one of those asked, one after the other, does not pass. It is asked first the next time: what notices one
+    fault notices the next of its kind."""
+    for place, one in enumerate(asked):
+        if not passes(one):
+            asked.insert(0, asked.pop(place))
+            return True
+    return False
 
 
 class Copy:
@@ -88,7 +108,8 @@ class Copy:
         top, skipped = str(PROJECT), shutil.ignore_patterns("build*", ".git", "out")
         shutil.copytree(PROJECT, place, symlinks=True, ignore=lambda at, names: skipped(at, names) if at == top else ())
         self.environment = dict(os.environ, QUORVEL_JOBS=str(max(1, os.cpu_count() // 2)))
-        self.configured = set()
+        self.configured, self.planted = set(), None
+        self.rooms, self.models = list(ROOMS), list(MODELS)
 
     def run(self, command, longest=None):
         """Whether it ended well within its time; no part of it goes on afterwards."""
@@ -120,58 +141,58 @@ class Copy:
     def objects(self, path):
         """What the compiler made of the source, or of everything that a header is part of."""
         stem = Path(path).name + ".o" if path.endswith(".cpp") else "*.o"
-        digest = hashlib.sha256()
-        for found in sorted((self.tree / "build").glob("**/CMakeFiles/quorvel_objects.dir/**/" + stem)):
-            digest.update(found.read_bytes())
-        for found in sorted((self.tree / "build/tools").glob("**/" + stem)):
-            digest.update(found.read_bytes())
-        return digest.hexdigest()
+        of_library = (self.tree / "build").glob("**/CMakeFiles/quorvel_objects.dir/**/" + stem)
+        of_command = (self.tree / "build/tools").glob("**/" + stem)
+        return {found: hashlib.sha256(found.read_bytes()).digest() for found in (*of_library, *of_command)}
+
+    def is_unchanged(self, path):
+        """Whether the fault in the source left the compiled code as it was without one."""
+        return all(self.without_fault[found] == digest for found, digest in self.objects(path).items())
+
+    def plant(self, fault):
+        """Takes the last fault away as well: both sources are compiled in one build."""
+        if self.planted:
+            (self.tree / self.planted.path).write_text(self.planted.text)
+        (self.tree / fault.path).write_text(fault.text[:fault.begin] + fault.new + fault.text[fault.end:])
+        self.planted = fault
 
     def room_passes(self, room, directory="build"):
         network = "--net" if room == "net" else "--net-if-possible"
         return self.run(["tests/run-in-root", network, "--", "%s/tests/%s_test" % (directory, room),
                          "--gtest_brief=1", "--gtest_fail_fast"], LONGEST)
 
-    def models_pass(self):
-        return self.run(["scripts/checks/models"], LONGEST)
+    def model_passes(self, model):
+        return self.run(["scripts/checks/models", model], LONGEST)
 
     def notices(self, fault, sanitized):
         """Who noticed the fault: one of "room", "others", "models", "sanitizers", or "nobody"; "equal" and "no code"
         for what is no fault."""
-        path, room = self.tree / fault.path, room_of(fault.path)
-        text = (PROJECT / fault.path).read_text()
+        room = room_of(fault.path)
         own = ["%s_test" % room] if room in ROOMS else []
-        before = self.objects(fault.path)
-        path.write_text(text[:fault.begin] + fault.new + text[fault.end:])
-        try:
-            if not self.build("build", *(own or ["libquorvel_bin_command"])):
-                return "no code"
-            if self.objects(fault.path) == before:
-                return "equal"
-            if own and not self.room_passes(room):
-                return "room"
-            if not self.build("build"):
-                return "no code"
-            for other in ROOMS:
-                if other != room and not self.room_passes(other):
-                    return "others"
-            if not self.models_pass():
-                return "models"
-            if sanitized and own:
-                # Built only now: most faults do not come this far.
-                if self.build("build-asan", *own) and not self.room_passes(room, "build-asan"):
-                    return "sanitizers"
-            return "nobody"
-        finally:
-            path.write_text(text)
-            self.build("build", *(own or ["libquorvel_bin_command"]))
+        self.plant(fault)
+        if not self.build("build", *(own or ["libquorvel_bin_command"])):
+            return "no code"
+        if self.is_unchanged(fault.path):
+            return "equal"
+        if own and not self.room_passes(room):
+            return "room"
+        if not self.build("build"):
+            return "no code"
+        if fails_first(self.rooms, lambda other: other == room or self.room_passes(other)):
+            return "others"
+        if fails_first(self.models, self.model_passes):
+            return "models"
+        # Built only now: most faults do not come this far.
+        if sanitized and own and self.build("build-asan", *own) and not self.room_passes(room, "build-asan"):
+            return "sanitizers"
+        return "nobody"
 
     def check_unharmed(self, what, sanitized):
         """Without a fault everything passes; otherwise nothing could be told."""
         rooms = [what] if what in ROOMS else ROOMS
         steps = [("the build", lambda: self.build("build"))]
         steps += [("the tests of " + room, lambda room=room: self.room_passes(room)) for room in rooms]
-        steps += [("the sample appliances", self.models_pass)]
+        steps += [("the answers of " + model, lambda model=model: self.model_passes(model)) for model in MODELS]
         if sanitized:
             steps += [("the build for sanitizers", lambda: self.build("build-asan"))]
             steps += [("the sanitized tests of " + room, lambda room=room: self.room_passes(room, "build-asan")) for room in rooms]
@@ -254,8 +275,9 @@ def main():
     with tempfile.TemporaryDirectory(prefix="mutate.") as place:
         copies = [Copy(Path(place) / str(n)) for n in range(max(1, min(options.jobs, options.count)))]
         copies[0].check_unharmed(options.what, options.sanitized)
-        for copy in copies[1:]:
+        for copy in copies:
             copy.build("build")
+            copy.without_fault = copy.objects("")
         workers = [threading.Thread(target=hunt.work, args=(copy,)) for copy in copies]
         for worker in workers:
             worker.start()

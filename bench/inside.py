@@ -33,7 +33,7 @@ def install():
 
 def show(model):
     """The model comes last: who is shown one may mount nothing."""
-    subprocess.run(["/bin/sh", "/source/scripts/lib/inside-model", "true"], env=os.environ | {"APPLIANCE_MODEL": model}, check=True)
+    subprocess.run(["/usr/bin/perl", "/source/scripts/lib/inside-model", "true"], env=os.environ | {"APPLIANCE_MODEL": model}, check=True)
 
 
 def write_settings():

@@ -130,11 +130,12 @@ class Copy:
             options = "-DCMAKE_COMPILE_WARNING_AS_ERROR=OFF -DCMAKE_CXX_FLAGS_RELWITHDEBINFO='-O1 -DNDEBUG'"
             if directory == "build-asan":
                 options += " -DQUORVEL_SANITIZE=ON"
+            # It comes out of ccache; of faults nothing is kept.
+            self.environment.pop("CCACHE_DISABLE", None)
             script = ". scripts/lib/common.sh && . scripts/lib/build.sh && build_in %s %s" % (directory, options)
             if not self.run(["bash", "-c", script]):
                 sys.exit("mutate: the tree does not build as it is\n" + self.said)
             self.configured.add(directory)
-            # The first build comes out of ccache; of faults nothing is kept.
             self.environment["CCACHE_DISABLE"] = "1"
         return self.run(["ninja", "-C", directory, *targets])
 

@@ -8,7 +8,7 @@ readonly chroot_programs=(
     sh bash env true false cat cp mv rm ls ln mkdir rmdir mkfifo mknod chmod chown touch
     stat readlink realpath basename dirname echo printf head tail cut sort uniq tr wc tee
     seq sleep date expr test dd df od sync truncate id uname timeout kill mktemp cmp diff iconv
-    grep sed awk find xargs strace ip iptables mount umount mdadm parted fdisk smartctl
+    grep sed awk perl find xargs strace ip iptables mount umount mdadm parted fdisk smartctl
     openssl nslookup jq fallocate)
 
 # A place for the copies where device nodes work.
@@ -49,6 +49,7 @@ list_chroot_modules() {
     for name in /usr/lib/*-linux-gnu*/{gconv,xtables,ossl-modules} /usr/lib/locale/C.utf8; do
         [[ ! -d $name ]] || find "$name" -type f
     done
+    printf '%s\n' /usr/lib/*-linux-gnu*/perl-base/{strict,warnings}.pm
 }
 
 fill_chroot() {
@@ -97,7 +98,7 @@ run_in_chroot() (
     make_chroot_dir
     fill_chroot "$build" "$1"
     confine
-    [[ -z ${APPLIANCE_MODEL:-} ]] || set -- /bin/sh /source/scripts/lib/inside-model "$@"
+    [[ -z ${APPLIANCE_MODEL:-} ]] || set -- /usr/bin/perl /source/scripts/lib/inside-model "$@"
     # Without procfs the loader does not know where a program came from.
     env -i "${root_environment[@]}" "LD_LIBRARY_PATH=$build" "${isolated[@]}" "${confined[@]}" \
         chroot "$root" /bin/sh /source/scripts/lib/inside-root "$@"

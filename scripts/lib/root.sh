@@ -63,7 +63,7 @@ show_model_to() {
     [[ -n ${APPLIANCE_MODEL:-} ]] || return 0
     arguments+=(--new-session)
     taker=(/usr/bin/setpriv --inh-caps -all --ambient-caps -all --bounding-set "$(kept_rights "$net")" --
-        /bin/sh /source/scripts/lib/inside-model "$@")
+        /usr/bin/perl /source/scripts/lib/inside-model "$@")
 }
 
 run_in_bwrap() {

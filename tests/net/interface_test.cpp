@@ -72,7 +72,9 @@ TEST_F(NetTest, Getters) {
         EXPECT_EQ(complaint_of([&] { EXPECT_EQ(row.get("x") + row.get(nullptr), -2); }), row.request + no_device);
         EXPECT_EQ(complaint_of([&] { EXPECT_EQ(row.get("eth0"), -1); }, 0), row.function + no_room);
     }
-    EXPECT_EQ(complaint_of(OpenSocket, 0), "socket fail: Too many open files\n");
+    EXPECT_EQ(complaint_of([] { EXPECT_EQ(OpenSocket(), -1); }, 0), "socket fail: Too many open files\n");
+    EXPECT_EQ(complaint_of([] { EXPECT_EQ(Netdev_SetIpAddr("eth0", 1, 1), -1); }, 0),
+              std::string("Netdev_SetIpAddr:") + no_room);
     EXPECT_EQ(close(free_descriptor), -1) << "a socket stayed open";
     netdev_map maps[2];
     memset(maps, 0xee, sizeof maps);

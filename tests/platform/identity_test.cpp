@@ -45,6 +45,13 @@ TEST_F(Identity, PlatformOfMachine) {
     }
 }
 
+TEST_F(Identity, NamesOfPlatforms) {
+    std::string names;
+    for (const auto& [number, name] : platform_num2str)
+        names += std::to_string(number) + (name != nullptr ? name : ".");
+    EXPECT_EQ(names, "0borel1nisk2nisk3armada3704.");
+}
+
 TEST_F(Identity, ChipIsFoundAnywhereInALine) {
     EXPECT_EQ(LibQuorvelbin_Has7042ExtentionChip(), 0);
     write_file("/proc/bus/pci/devices", "0100\t8086\n0200 x11ab7042x");

@@ -21,6 +21,12 @@ TEST_F(BackupTest, ShowsTheSettingsOfATask) {
         write_file("/etc/tevra/backup7", settings);
         EXPECT_TRUE(backup({"Info", "007"}).text.find(shown) != std::string::npos) << settings;
     }
+    for (const std::string setting :
+         {"status=ready", "status=err", "status=run", "status=done", "type=day", "type=now", "week=Sun", "week=Mon",
+          "week=Tue", "week=Wed", "week=Thu", "week=Fri", "week=Sat", "crypt=off"}) {
+        write_file("/etc/tevra/backup7", setting);
+        EXPECT_NE(backup({"Info", "7"}).text.find(setting + "\n"), std::string::npos) << setting;
+    }
 }
 
 TEST_F(BackupTest, TellsSourceAndDestinationOfPairs) {

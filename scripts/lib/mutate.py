@@ -11,7 +11,6 @@ import subprocess
 import sys
 import tempfile
 import threading
-import time
 from collections import Counter
 from pathlib import Path
 
@@ -108,7 +107,7 @@ class Copy:
         top, skipped = str(PROJECT), shutil.ignore_patterns("build*", ".git", "out")
         shutil.copytree(PROJECT, place, symlinks=True, ignore=lambda at, names: skipped(at, names) if at == top else ())
         self.environment = dict(os.environ, QUORVEL_JOBS=str(max(1, os.cpu_count() // 2)))
-        self.configured, self.planted = set(), None
+        self.configured, self.planted = set(), []
         self.rooms, self.models = list(ROOMS), list(MODELS)
 
     def run(self, command, longest=None):
@@ -150,12 +149,13 @@ class Copy:
         """Whether the fault in the source left the compiled code as it was without one."""
         return all(self.without_fault[found] == digest for found, digest in self.objects(path).items())
 
-    def plant(self, fault):
-        """Takes the last fault away as well: both sources are compiled in one build."""
-        if self.planted:
-            (self.tree / self.planted.path).write_text(self.planted.text)
-        (self.tree / fault.path).write_text(fault.text[:fault.begin] + fault.new + fault.text[fault.end:])
-        self.planted = fault
+    def plant(self, faults):
+        """These, of different files, instead of the last ones: all sources are compiled in one build."""
+        for old in self.planted:
+            (self.tree / old.path).write_text(old.text)
+        for new in faults:
+            (self.tree / new.path).write_text(new.text[:new.begin] + new.new + new.text[new.end:])
+        self.planted = faults
 
     def room_passes(self, room, directory="build"):
         network = "--net" if room == "net" else "--net-if-possible"
@@ -165,28 +165,42 @@ class Copy:
     def model_passes(self, model):
         return self.run(["scripts/checks/models", model], LONGEST)
 
-    def notices(self, fault, sanitized):
-        """Who noticed the fault: one of "room", "others", "models", "sanitizers", or "nobody"; "equal" and "no code"
-        for what is no fault."""
+    def first_look(self, fault):
+        """What the fault is to the compiler and to the tests of its room: "no code", "equal" to none, "room" when these
+        notice it, or None."""
         room = room_of(fault.path)
         own = ["%s_test" % room] if room in ROOMS else []
-        self.plant(fault)
+        self.plant([fault])
         if not self.build("build", *(own or ["libquorvel_bin_command"])):
             return "no code"
         if self.is_unchanged(fault.path):
             return "equal"
-        if own and not self.room_passes(room):
-            return "room"
+        return "room" if own and not self.room_passes(room) else None
+
+    def second_look(self, faults, sanitized):
+        """Who notices any of these, which their rooms did not: "no code", "others", "models", "sanitizers" or "nobody"."""
+        self.plant(faults)
+        rooms = {room_of(fault.path) for fault in faults}
         if not self.build("build"):
             return "no code"
-        if fails_first(self.rooms, lambda other: other == room or self.room_passes(other)):
+        if fails_first(self.rooms, self.room_passes):
             return "others"
         if fails_first(self.models, self.model_passes):
             return "models"
-        # Built only now: most faults do not come this far.
-        if sanitized and own and self.build("build-asan", *own) and not self.room_passes(room, "build-asan"):
-            return "sanitizers"
+        own = sorted(rooms & set(ROOMS))
+        if sanitized and own and self.build("build-asan", *("%s_test" % room for room in own)):
+            if not all(self.room_passes(room, "build-asan") for room in own):
+                return "sanitizers"
         return "nobody"
+
+    def settle(self, faults, sanitized):
+        """(fault, verdict) of each. They are planted together, since most are noticed by nobody; where somebody notices,
+        one half after the other."""
+        verdict = self.second_look(faults, sanitized)
+        if verdict == "nobody" or len(faults) == 1:
+            return [(fault, verdict) for fault in faults]
+        half = len(faults) // 2
+        return self.settle(faults[:half], sanitized) + self.settle(faults[half:], sanitized)
 
     def check_unharmed(self, what, sanitized):
         """Without a fault everything passes; otherwise nothing could be told."""
@@ -203,36 +217,71 @@ class Copy:
 
 
 class Hunt:
-    """Faults taken in turn by several copies, until enough of them were told."""
+    """Faults taken in turn by several copies, until enough of them were told: first by the tests of their rooms, then,
+    what these did not notice, some at a time by everything else."""
 
     def __init__(self, options):
         self.options, self.equal = options, listed_as_equal()
         self.faults, self.guard = in_turn(options.what, options.seed), threading.Lock()
-        self.told, self.underway = [], 0
+        self.told, self.open, self.underway, self.groups = [], [], 0, []
+
+    def found(self):
+        return len(self.told) + len(self.open) + self.underway
 
     def next(self):
         with self.guard:
-            if len(self.told) + self.underway >= self.options.count:
-                return None
-            for fault in self.faults:
+            while self.found() < self.options.count and (fault := next(self.faults, None)):
                 if fault.key() not in self.equal:
                     self.underway += 1
                     return fault
                 self.told.append((fault, "listed"))
-                if len(self.told) + self.underway >= self.options.count:
-                    return None
             return None
 
-    def work(self, copy):
+    def first(self, copy):
         while (fault := self.next()) is not None:
-            began = time.monotonic()
-            verdict = copy.notices(fault, self.options.sanitized)
+            verdict = copy.first_look(fault)
             with self.guard:
                 self.underway -= 1
-                if verdict not in ("no code", "equal"):
+                if verdict is None:
+                    self.open.append(fault)
+                elif verdict == "room":
                     self.told.append((fault, verdict))
-                print("%4d  %-10s %4.0f s  %s" % (len(self.told), verdict, time.monotonic() - began,
-                                                  str(fault).replace("\n   ", "")), flush=True)
+                self.say(fault, verdict or "open")
+
+    def form_groups(self):
+        """Of eight at most, no two of a file."""
+        for fault in self.open:
+            for group in self.groups:
+                if len(group) < 8 and all(fault.path != other.path for other in group):
+                    group.append(fault)
+                    break
+            else:
+                self.groups.append([fault])
+        self.open = []
+
+    def second(self, copy):
+        while True:
+            with self.guard:
+                if not self.groups:
+                    return
+                group = self.groups.pop()
+            for fault, verdict in copy.settle(group, self.options.sanitized):
+                with self.guard:
+                    if verdict != "no code":
+                        self.told.append((fault, verdict))
+                    self.say(fault, verdict)
+
+    def say(self, fault, verdict):
+        print("%4d  %-10s  %s" % (self.found(), verdict, str(fault).replace("\n   ", "")), flush=True)
+
+    def go(self, copies):
+        for step in (self.first, self.second):
+            workers = [threading.Thread(target=step, args=(copy,)) for copy in copies]
+            for worker in workers:
+                worker.start()
+            for worker in workers:
+                worker.join()
+            self.form_groups()
 
     def report(self):
         kinds = ["room", "others", "models", "sanitizers", "nobody", "listed"]
@@ -279,11 +328,7 @@ def main():
         for copy in copies:
             copy.build("build")
             copy.without_fault = copy.objects("")
-        workers = [threading.Thread(target=hunt.work, args=(copy,)) for copy in copies]
-        for worker in workers:
-            worker.start()
-        for worker in workers:
-            worker.join()
+        hunt.go(copies)
     return hunt.report()
 
 

@@ -25,8 +25,12 @@ TEST_F(TextFields, LastWordAndTheRest) {
     }
     const std::string directory(300, 'd'), path = directory + "/f";
     char found[302];
-    debug = 102;
-    const auto told = printed_by([&] { EXPECT_EQ(LibQuorvelBin_AvoidLastWord(found, path.c_str(), "/"), 0); });
+    const auto told_at = [&](int level) {
+        debug = level;
+        return printed_by([&] { EXPECT_EQ(LibQuorvelBin_AvoidLastWord(found, path.c_str(), "/"), 0); });
+    };
+    EXPECT_EQ(told_at(100).find("malloced"), std::string::npos);
+    const auto told = told_at(101);
     EXPECT_EQ(found, directory);
     EXPECT_EQ(told.find("LibQuorvelBin_AvoidLastWord : 303 bytes malloced at 0x"), 0U) << told;
     char whole[4] = "";

@@ -1,5 +1,8 @@
 // Wiping the NAND partitions, with stand-in tools.
+#include "hw/nand_erase.h"
+
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,6 +28,17 @@ TEST_F(NandErase, ErasesOnlyWhenBootingFromNandIsOff) {
         EXPECT_EQ(read_file("/run/stand-in/nvram"), nvram_calls) << nvram;
         EXPECT_EQ(read_file("/run/stand-in/flash_eraseall"), eraser_calls) << nvram;
     }
+}
+
+TEST_F(NandErase, FailsWithoutAPipeToItsTool) {
+    rlimit before;
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none = {3, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    const int results[] = {get_nand_boot(), clear_nand_boot()};
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(results[0], -1);
+    EXPECT_EQ(results[1], -1);
 }
 
 TEST_F(NandErase, FinishesWhatItBegan) {

@@ -153,6 +153,8 @@ TEST_F(SerialLoopback, TxMayBeAGpio) {
     EXPECT_EQ(run_on(kLinePort, without_tx), 0);
     EXPECT_EQ(quorvel::set_forced_tx(2), -1);
     EXPECT_EQ(read_file(kMode) + read_file(kForce), "gpio1");
+    EXPECT_EQ(quorvel::set_forced_tx(0), 0);
+    EXPECT_EQ(read_file(kForce), "0");
 }
 
 }  // namespace

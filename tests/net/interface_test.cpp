@@ -103,6 +103,11 @@ TEST_F(NetTest, Rename) {
     EXPECT_EQ(Netdev_GetIfIndex("fifteen_letters_"), 70) << "cut to the same name";
     EXPECT_EQ(complaint_of([] { EXPECT_EQ(Netdev_SetIpAddr("fifteen_letters_", 1, 1), -1); }),
               "SIOCSIFADDR :No such device\n");
+    char from[] = "br0", to[] = "br1";
+    char* words[] = {from, from, to};
+    Capture output;
+    complaint_of([&] { EXPECT_EQ(LibQuorvelBin_Nameif(3, words), -1); }, 0);
+    EXPECT_EQ(output.text(), "Can't open socket\n");
 }
 
 TEST_F(NetTest, EthernetReport) {
@@ -119,6 +124,7 @@ TEST_F(NetTest, Reasons) {
     stand_in("/usr/local/bin/nslookup", "exit 127");
     struct eth_info eth = {};
     struct host_info host;
+    const struct ip_record no_mask = {};
     const Words many(258, "-v");
     // clang-format off
     const struct { int line; int result, reason; std::function<int()> ask; } rows[] = {
@@ -126,6 +132,8 @@ TEST_F(NetTest, Reasons) {
         {__LINE__, -1, EINVAL, [] { return Netdev_GetHwAddr("eth0", nullptr); }},
         {__LINE__, -1, EINVAL, [] { return Netdev_SetIpAddr(nullptr, 0, 0); }},
         {__LINE__, -1, ENOSYS, [] { return getmac(); }},
+        {__LINE__,  0, EINVAL, [] { return static_cast<int>(LibQuorvelBin_GetMaskSize(nullptr)); }},
+        {__LINE__,  0, 0,      [&] { return static_cast<int>(LibQuorvelBin_GetMaskSize(&no_mask)); }},
         {__LINE__, -1, EADDRNOTAVAIL, [&] { return LibQuorvelBin_FillInfo(&host, "br0"); }},
         {__LINE__, -1, EINVAL, [&] { return LibQuorvelBin_GetIpInfo("eth0", nullptr); }},
         {__LINE__, -1, EINVAL, [&] { return call(LibQuorvelBin_NetHelper, many).result; }},

@@ -42,6 +42,9 @@ TEST_F(Identity, PlatformOfMachine) {
         const auto printed = printed_by([&] { result = LibQuorvelBin_GetPlatformStr(name, sizeof name); });
         EXPECT_EQ(result, series.empty() ? nullptr : name);
         EXPECT_EQ(printed, series.empty() ? "" : series.substr(0, 7) + "\n");
+        name[0] = 'x';
+        LibQuorvelBin_GetPlatformStr(name, 0);
+        EXPECT_EQ(name[0], 'x');
     }
 }
 
@@ -58,8 +61,10 @@ TEST_F(Identity, ChipIsFoundAnywhereInALine) {
     EXPECT_EQ(LibQuorvelbin_Has7042ExtentionChip(), 1);
     EXPECT_EQ(LibQuorvelbin_HasSomeExtentionChip("8086x"), 0);
     // A piece of a line ends after 1023 characters; what straddles its end is in neither piece.
-    write_file("/proc/bus/pci/devices", std::string(1020, ' ') + "11ab7042\n");
-    EXPECT_EQ(LibQuorvelbin_Has7042ExtentionChip(), 0);
+    for (size_t in_front : {1015u, 1016u}) {
+        write_file("/proc/bus/pci/devices", std::string(in_front, ' ') + "11ab7042\n");
+        EXPECT_EQ(LibQuorvelbin_Has7042ExtentionChip(), in_front == 1015);
+    }
     write_file("/proc/bus/pci/devices", "11ab644");
     EXPECT_EQ(LibQuorvelBin_IsPellmarPlatform12Bay(), 0) << "an id cut short by the end of the list";
 }

@@ -1,8 +1,13 @@
 #include "quorvel/foundation.h"
 #include "quorvel/registry.h"
+#include "registry/config_buffers.h"
+#include "registry/key_notation.h"
 #include "support/scenario.h"
 
 namespace {
+
+using namespace quorvel;
+using namespace std::string_literals;
 
 Answer config(Words words) {
     words.insert(words.begin(), {"front_end", "config"});
@@ -23,6 +28,27 @@ TEST_F(ConfigTest, ReadsWritesAndDeletes) {
     });
     EXPECT_FALSE(exists("/etc/none"));
     EXPECT_EQ(config(Words(256, "-h")), (Answer{-1, ""}));
+}
+
+TEST_F(ConfigTest, LeavesWhatItNamedAndTheReason) {
+    write_file(info, "A=1\n");
+    EXPECT_EQ(config({"read", "A.info.tevra.etc"}).result, 0);
+    EXPECT_EQ(scKeyPath + "|"s + scKeyName + "|" + scKeyRegVal + "|" + pscSrc, info + "|A|1|A");
+    EXPECT_EQ(config({"read", "/etc"}).result, -1);
+    EXPECT_EQ(scKeyPath + "|"s + scKeyName, "/etc/etc|etc");
+    for (const auto& [path, reason] : {
+             std::pair("/etc/none", ENOENT), {"/etc",      EISDIR},
+               {"/dev/null", EINVAL}
+    }) {
+        Capture output;
+        strcpy(scKeyPath, path);
+        EXPECT_EQ(LibQuorvelBin_ConfigOperation(kConfigWrite), -1);
+        EXPECT_EQ(errno, reason) << path;
+    }
+    for (size_t length : {511u, 512u}) {
+        EXPECT_EQ(LibQuorvelBin_SeparateRegKeyAndPath(std::string(length, 'a').c_str()), -1);
+        EXPECT_EQ(errno, length == 511 ? EINVAL : ENAMETOOLONG);
+    }
 }
 
 TEST_F(ConfigTest, TracesItsStepsInOrder) {

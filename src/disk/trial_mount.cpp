@@ -12,6 +12,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
+#include "foundation/mounted.h"
 #include "foundation/shell.h"
 #include "quorvel/disk.h"
 
@@ -59,13 +60,6 @@ void run(const Command& command) {
     return hidden == 1;
 }
 
-// ---- The place ----
-
-bool is_own_directory(const char* path) {
-    struct stat status;
-    return lstat(path, &status) == 0 && S_ISDIR(status.st_mode) && (status.st_uid == geteuid() || status.st_uid == 0);
-}
-
 }  // namespace
 
 int LibQuorvelBin_MountTest(const char* device) {
@@ -74,7 +68,7 @@ int LibQuorvelBin_MountTest(const char* device) {
     Command unmount_it("%s -f %s", files::kUnmountTool, files::kTrialMountPoint);
     if (mount_it.cut) return fail(E2BIG, 0);
     bool made = mkdir(files::kTrialMountPoint, S_IRWXU) == 0;
-    if (!made && !is_own_directory(files::kTrialMountPoint)) return 0;
+    if (!made && !is_trusted_directory(files::kTrialMountPoint)) return 0;
     if (!ran_hidden(mount_it, unmount_it)) {
         (void)run_command(mount_it);  // a failed mount has probed the device as well
         (void)run_command(unmount_it);

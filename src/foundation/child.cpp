@@ -17,6 +17,9 @@ namespace {
 constexpr int kEndingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGPIPE, SIGALRM, SIGTERM,   SIGUSR1,
                                   SIGUSR2, SIGTSTP, SIGTTIN, SIGTTOU, SIGXCPU, SIGVTALRM, SIGPROF};
 
+// What is closed one by one: a caller seldom leaves more open.
+constexpr int kMostInherited = 1024;
+
 // How many scopes hold signals back. Children that other threads start meanwhile ignore them as well.
 int holding = 0;
 
@@ -79,9 +82,14 @@ bool caller_takes_children() {
 }
 
 // Nobody waits in vain for the end of something that the second process happens to have open.
-void close_all_but(int kept) {
-    (void)syscall(SYS_close_range, STDERR_FILENO + 1, kept - 1, 0);
-    (void)syscall(SYS_close_range, kept + 1, ~0U, 0);
+void close_from(int first, int kept) {
+    const bool below = kept > first && syscall(SYS_close_range, first, kept - 1, 0) != 0;
+    const bool above = syscall(SYS_close_range, kept + 1, ~0U, 0) != 0;
+    // Older kernels close one by one.
+    const int last = below || above ? kMostInherited : first;
+    for (int number = first; number < last; number++) {
+        if (number != kept) (void)close(number);
+    }
 }
 
 // The whole life of the second process.
@@ -90,7 +98,7 @@ void close_all_but(int kept) {
     int status = -1;
     pid_t child = spawn_shell(command, written);
     written = Descriptor();
-    close_all_but(status_pipe.number);
+    close_from(STDERR_FILENO + 1, status_pipe.number);
     if (child > 0) status = wait_status_of(child);
     (void)write_fully(status_pipe.number, &status, sizeof status);
     _exit(0);
@@ -106,6 +114,10 @@ void close_all_but(int kept) {
 }
 
 }  // namespace
+
+void keep_only(int descriptor) {
+    close_from(0, descriptor);
+}
 
 sigset_t ending_signals() {
     sigset_t set;

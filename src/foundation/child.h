@@ -39,6 +39,9 @@ struct Pipe {
 /// first.
 [[nodiscard]] pid_t fork_undisturbed();
 
+/// Closes every descriptor but one, in such a process.
+void keep_only(int descriptor);
+
 /// The signals that end or stop a process and do not report a fault of its own.
 [[nodiscard]] sigset_t ending_signals();
 

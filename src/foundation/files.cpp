@@ -52,16 +52,6 @@ Descriptor open_for_reading(WholeText path, mode_t& type) {
     return file;
 }
 
-Descriptor open_trusted(WholeText path) {
-    Descriptor file = open_path(path, kReadFlags | O_NOFOLLOW);
-    struct stat status;
-    if (!file || fstat(file.number, &status) != 0) return Descriptor();
-    const bool own = status.st_uid == 0 || status.st_uid == geteuid();
-    if (type_of(status) == S_IFREG && own && status.st_nlink == 1) return file;
-    errno = EPERM;
-    return Descriptor();
-}
-
 Descriptor open_for_update(WholeText path) {
     return open_path(path, O_RDWR | O_CLOEXEC | O_NOCTTY);
 }

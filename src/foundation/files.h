@@ -16,10 +16,6 @@ namespace quorvel {
 /// what is there (S_IFREG, S_IFDIR, S_IFCHR ...), 0 when nothing was opened.
 [[nodiscard]] Descriptor open_for_reading(WholeText path, mode_t& type);
 
-/// Opens a file for reading that lies where every account may write: only a regular one, no link and with no other
-/// name, that root or the caller owns.
-[[nodiscard]] Descriptor open_trusted(WholeText path);
-
 /// Opens an existing file or device for reading and writing, close-on-exec; never creates or truncates.
 [[nodiscard]] Descriptor open_for_update(WholeText path);
 

@@ -1,12 +1,16 @@
 #include "foundation/mounted.h"
 
 #include <errno.h>
+#include <fcntl.h>
+#include <linux/magic.h>
 #include <poll.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <sys/wait.h>
 #include <time.h>
 
@@ -31,6 +35,35 @@ bool look_at_file_system(const char* path, void* answer) {
     if (statfs(path, facts) != 0) return false;
     if (facts->f_frsize == 0) facts->f_frsize = facts->f_bsize;  // as a file system without fragments may leave it
     return true;
+}
+
+// The kernel tells the type, the program everything else: a file of its own may call itself root's.
+bool is_trusted(int descriptor, mode_t type) {
+    struct statfs system;
+    struct stat status;
+    if (fstatfs(descriptor, &system) != 0 || fstat(descriptor, &status) != 0) return false;
+    const bool own = status.st_uid == 0 || status.st_uid == geteuid();
+    if (system.f_type != FUSE_SUPER_MAGIC && (status.st_mode & S_IFMT) == type && own) {
+        if (type != S_IFREG || status.st_nlink == 1) return true;
+    }
+    errno = EPERM;
+    return false;
+}
+
+[[nodiscard]] Descriptor open_as(const char* path, mode_t type) {
+    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW;
+    Descriptor file = above_standard(open(path, kFlags));
+    return file && is_trusted(file.number, type) ? static_cast<Descriptor&&>(file) : Descriptor();
+}
+
+// Its answer is the number of a descriptor.
+bool look_into_file(const char* path, void* answer) {
+    *static_cast<int*>(answer) = open_as(path, S_IFREG).release();
+    return *static_cast<int*>(answer) >= 0;
+}
+
+bool look_at_directory(const char* path, void*) {
+    return static_cast<bool>(open_as(path, S_IFDIR));
 }
 
 // Lines are as long as their mount options: a piece could end inside the type.
@@ -65,11 +98,48 @@ bool arrives_in_time(int pipe) {
     return false;
 }
 
-// The whole life of the second process. It must not outlive a caller that is ended: it has the caller's output.
-[[noreturn]] void look_apart(Look look, const char* path, void* answer, size_t size, int pipe) {
+// What the second process tells: a reason or 0, what it has seen, and the descriptor that is all of that.
+struct Message {
+    int error = 0;
+    struct iovec parts[2];
+    alignas(struct cmsghdr) char room[CMSG_SPACE(sizeof(int))] = {};
+    struct msghdr header = {};
+
+    Message(void* answer, size_t size)
+        : parts{
+              {&error, sizeof error},
+              {answer, size        }
+    } {
+        header.msg_iov = parts;
+        header.msg_iovlen = 2;
+    }
+    Message(const Message&) = delete;
+    Message& operator=(const Message&) = delete;
+
+    void make_room() {
+        header.msg_control = room;
+        header.msg_controllen = sizeof room;
+    }
+};
+
+void enclose(Message& message, int descriptor) {
+    message.make_room();
+    struct cmsghdr* part = CMSG_FIRSTHDR(&message.header);
+    part->cmsg_level = SOL_SOCKET;
+    part->cmsg_type = SCM_RIGHTS;
+    part->cmsg_len = CMSG_LEN(sizeof descriptor);
+    memcpy(CMSG_DATA(part), &descriptor, sizeof descriptor);
+}
+
+// The whole life of the second process. While it waits for an answer, not even a kill may end it: it must not have the
+// caller's output, whose reader would wait for it as well.
+[[noreturn]] void look_apart(Look look, const char* path, void* answer, size_t size, int socket) {
     (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
-    int error = look(path, answer) ? 0 : errno;
-    if (write_fully(pipe, &error, sizeof error)) (void)write_fully(pipe, answer, size);
+    keep_only(socket);
+    Message message(answer, size);
+    message.error = look(path, answer) ? 0 : errno;
+    if (look == look_into_file && message.error == 0) enclose(message, *static_cast<int*>(answer));
+    (void)sendmsg(socket, &message.header, MSG_NOSIGNAL);
     _exit(0);
 }
 
@@ -79,21 +149,34 @@ void end(pid_t process) {
         (void)poll(nullptr, 0, 1);
 }
 
+[[nodiscard]] int take_descriptor(Message& message, int& number) {
+    const struct cmsghdr* part = CMSG_FIRSTHDR(&message.header);
+    if (part == nullptr || part->cmsg_type != SCM_RIGHTS) return EMFILE;
+    memcpy(&number, CMSG_DATA(part), sizeof number);
+    return 0;
+}
+
 // What the second process has seen; 0, or the reason why nothing.
-[[nodiscard]] int take_answer(int pipe, void* answer, size_t size) {
-    int error;
-    if (!arrives_in_time(pipe)) return ETIMEDOUT;
-    if (read_fully(pipe, &error, sizeof error) != sizeof error) return EIO;
-    return error != 0 || read_fully(pipe, answer, size) == static_cast<ssize_t>(size) ? error : EIO;
+[[nodiscard]] int take_answer(Look look, int socket, void* answer, size_t size) {
+    if (!arrives_in_time(socket)) return ETIMEDOUT;
+    Message message(answer, size);
+    message.make_room();
+    if (recvmsg(socket, &message.header, MSG_CMSG_CLOEXEC) != static_cast<ssize_t>(sizeof message.error + size))
+        return EIO;
+    if (message.error != 0 || look != look_into_file) return message.error;
+    return take_descriptor(message, *static_cast<int*>(answer));
 }
 
 [[nodiscard]] bool look_elsewhere(Look look, const char* path, void* answer, size_t size) {
-    Pipe pipe = make_pipe();
-    pid_t process = pipe ? fork_undisturbed() : -1;
-    if (process == 0) look_apart(look, path, answer, size, pipe.writing.number);
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return false;
+    const Descriptor own = above_standard(ends[0]);
+    Descriptor other = above_standard(ends[1]);
+    pid_t process = own && other ? fork_undisturbed() : -1;
+    if (process == 0) look_apart(look, path, answer, size, other.number);
     if (process < 0) return false;
-    pipe.writing = Descriptor();
-    int error = take_answer(pipe.reading.number, answer, size);
+    other = Descriptor();
+    int error = take_answer(look, own.number, answer, size);
     end(process);
     errno = error;
     return error == 0;
@@ -119,6 +202,15 @@ bool path_exists_in_time(WholeText path) {
 
 bool read_file_system(WholeText path, struct statfs& facts) {
     return look_in_time(look_at_file_system, path, &facts, sizeof facts);
+}
+
+Descriptor open_trusted(WholeText path) {
+    int number = -1;
+    return look_in_time(look_into_file, path, &number, sizeof number) ? above_standard(number) : Descriptor();
+}
+
+bool is_trusted_directory(WholeText path) {
+    return look_in_time(look_at_directory, path, nullptr, 0);
 }
 
 }  // namespace quorvel

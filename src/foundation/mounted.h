@@ -1,11 +1,12 @@
 // Looks at paths where accounts may mount file systems that a program of theirs answers for: one that does not answer
-// is given up.
+// is given up, and what it says of a file's owner is no proof.
 #pragma once
 
 #include <sys/statfs.h>
 
 #include <string_view>
 
+#include "foundation/handles.h"
 #include "foundation/text.h"
 
 namespace quorvel {
@@ -18,11 +19,18 @@ namespace quorvel {
 using Look = bool (*)(const char* path, void* answer);
 
 /// Looks; false, and errno, when the look is. While a file system of such a type is mounted anywhere, a second process
-/// does it, and has two seconds (ETIMEDOUT). An answer is at most as large as what a pipe takes at once.
+/// does it, and has two seconds (ETIMEDOUT). An answer is at most a page or so: it is one message.
 [[nodiscard]] bool look_in_time(Look look, WholeText path, void* answer, size_t size);
 
 /// path_exists and statfs(2) as such looks.
 [[nodiscard]] bool path_exists_in_time(WholeText path);
 [[nodiscard]] bool read_file_system(WholeText path, struct statfs& facts);
+
+/// Opens a file for reading that lies where every account may write: only a regular one, no link and with no other
+/// name, that root or the caller owns, and that no program answers for.
+[[nodiscard]] Descriptor open_trusted(WholeText path);
+
+/// Whether a path, itself no link, is a directory that root or the caller owns, and that no program answers for.
+[[nodiscard]] bool is_trusted_directory(WholeText path);
 
 }  // namespace quorvel

@@ -7,6 +7,7 @@
 #include <charconv>
 
 #include "foundation/files.h"
+#include "foundation/mounted.h"
 
 namespace report {
 

@@ -34,8 +34,8 @@ TEST_F(ConfigTest, LeavesWhatItNamedAndTheReason) {
     write_file(info, "A=1\n");
     EXPECT_EQ(config({"read", "A.info.tevra.etc"}).result, 0);
     EXPECT_EQ(scKeyPath + "|"s + scKeyName + "|" + scKeyRegVal + "|" + pscSrc, info + "|A|1|A");
-    EXPECT_EQ(config({"read", "/etc"}).result, -1);
-    EXPECT_EQ(scKeyPath + "|"s + scKeyName, "/etc/etc|etc");
+    EXPECT_EQ(config({"read", "info.tevra.etc"}).result, 0);
+    EXPECT_EQ(scKeyPath + "|"s + scKeyName, info + "|info");
     for (const auto& [path, reason] : {
              std::pair("/etc/none", ENOENT), {"/etc",      EISDIR},
                {"/dev/null", EINVAL}

@@ -140,15 +140,19 @@ void set_superblock_unknown(DiskFacts& disk, const char* reason) {
         set_unknown(*number, reason);
 }
 
+// A member partition. mdadm begins what a superblock says with the path as it is given here, which is longer than any
+// name in a superblock (64 bytes), so that no disk can have such a line of another one in its own.
+constexpr char kMemberByALongWay[] =
+    "/dev/./././././././././././././././././././././././././././././././././././././%s_%d";
+
 struct Examined {
     DiskFacts* disk;
-    quorvel::Text<64> path;  // of its member partition
+    quorvel::Text<160> path;
 };
 
-// Whose superblock begins with a line and the one behind it. Both are asked for: a superblock has room for a name that
-// looks like the first, not like both.
-const Examined* examined_in(std::span<const Examined> disks, std::string_view line, std::string_view behind_it) {
-    if (!line.ends_with(":") || !behind_it.starts_with("          Magic : ")) return nullptr;
+// Whose superblock begins with a line.
+const Examined* examined_in(std::span<const Examined> disks, std::string_view line) {
+    if (!line.ends_with(":")) return nullptr;
     const std::string_view path = front_of(line, line.size() - 1);
     const auto found =
         std::find_if(disks.begin(), disks.end(), [path](const Examined& disk) { return disk.path.c_str() == path; });
@@ -163,8 +167,7 @@ void take_superblocks(std::span<const Examined> disks, const Tool& tool) {
     const Examined* current = nullptr;
     for (std::string_view text = printed_by(tool); !text.empty();) {
         const std::string_view line = next_line(text);
-        std::string_view rest = text;
-        if (const Examined* begun = examined_in(disks, line, next_line(rest))) {
+        if (const Examined* begun = examined_in(disks, line)) {
             current = begun;
         } else if (current != nullptr) {
             take_superblock_line(*current->disk, line);
@@ -199,7 +202,8 @@ void run(List<Tool>& tools, const Request& request) {
     if (request.tools) run_tools({tools.items, tools.count}, kToolMilliseconds);
 }
 
-// So many disks in one run of mdadm. Where one of them holds up the others, each is asked by itself.
+// So many disks in one run of mdadm. Where one of them holds up the others, or is more than mdadm can take, each is
+// asked by itself.
 void examine(std::span<const Examined> disks, const Request& request, size_t at_once) {
     List<Tool> tools;
     for (size_t first = 0; first < disks.size(); first += at_once) {
@@ -214,7 +218,7 @@ void examine(std::span<const Examined> disks, const Request& request, size_t at_
     for (const Tool& tool : tools) {
         const auto asked = disks.first(std::min(at_once, disks.size()));
         disks = disks.subspan(asked.size());
-        if (tool.reason == kTooLate && asked.size() > 1) {
+        if ((tool.reason == kTooLate || tool.reason == kCrashed) && asked.size() > 1) {
             examine(asked, request, 1);
         } else {
             take_superblocks(asked, tool);
@@ -249,7 +253,7 @@ void ask_superblocks(Facts& facts, const Request& request) {
         Examined* examined = wants_superblock(disk, request) ? add(disks) : nullptr;
         if (examined == nullptr) continue;
         examined->disk = &disk;
-        examined->path.append(quorvel::files::kMemberPartition, text_of(disk.name), partition);
+        examined->path.append(kMemberByALongWay, text_of(disk.name), partition);
     }
     examine({disks.items, disks.count}, request, kMostExamined);
 }

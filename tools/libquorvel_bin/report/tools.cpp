@@ -106,6 +106,7 @@ void end_in_time(Run& run) {
     int status = 0;
     if (waitpid(run.process, &status, WNOHANG) == 0) return;
     if (WIFEXITED(status)) run.tool->exit_status = WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) run.tool->reason = kCrashed;
     if (run.tool->exit_status == 127) run.tool->reason = "the tool is not installed";
     finish(run);
 }

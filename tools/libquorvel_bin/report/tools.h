@@ -13,6 +13,7 @@ namespace report {
 
 inline constexpr int kToolMilliseconds = 5000;
 inline constexpr char kTooLate[] = "the tool did not answer in time";
+inline constexpr char kCrashed[] = "the tool crashed";
 
 /// One call: arguments before it runs; afterwards what it printed, or the reason why there is nothing.
 struct Tool {

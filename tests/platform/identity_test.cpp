@@ -33,6 +33,8 @@ TEST_F(Identity, PlatformOfMachine) {
         if (!path.empty()) make_path(path);
         if (!chips.empty()) write_pci_list(chips);
         EXPECT_EQ(LibQuorvelBin_GetPlatform(), std::stoi(number));
+        EXPECT_EQ(LibQuorvelBin_IsBorelPlatform(), number == "0");
+        EXPECT_EQ(LibQuorvelBin_IsArmada370(), path.find("\"KT720\"") != path.npos);
         EXPECT_EQ(LibQuorvelBin_IsNiskPlatform12Bay(), bays.find("nisk") != bays.npos);
         EXPECT_EQ(LibQuorvelBin_IsPellmarPlatform12Bay(), bays.find("pellmar") != bays.npos);
 
@@ -67,6 +69,8 @@ TEST_F(Identity, ChipIsFoundAnywhereInALine) {
     }
     write_file("/proc/bus/pci/devices", "11ab644");
     EXPECT_EQ(LibQuorvelBin_IsPellmarPlatform12Bay(), 0) << "an id cut short by the end of the list";
+    write_file("/proc/bus/pci/devices", "11ab6440");
+    EXPECT_EQ(LibQuorvelBin_IsPellmarPlatform12Bay(), 1);
 }
 
 TEST_F(Identity, SeriesNameLosesItsQuotes) {

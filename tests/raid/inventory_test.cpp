@@ -30,6 +30,13 @@ TEST_F(RaidTest, StatusIsTheWordOfTheFirstLineThatStartsWithTheName) {
         write_file("/etc/tevra/diskinfo", text);
         EXPECT_EQ(std::stoi(status, nullptr, 16), get_diskinfo_status("disk1")) << text;
     }
+    std::ostringstream words;
+    for (const diskinfo_code& row : diskinfo_tbl)
+        words << std::hex << row.code << row.name << " ";
+    EXPECT_EQ(
+        "0normal 1standby 2degrade 3remove 11standby_removed 12degrade_removed 13remove_removed 101array1 102array2 "
+        "fffoff 1000raid0 1001raid1 1005raid5 1006raid6 1010raid10 1020jbod ffffunkown ",
+        words.str());
     EXPECT_STREQ("unkown", str_diskinfo_value(0x4));
     EXPECT_STREQ("Unkown", str_md_level(10));
     EXPECT_STREQ("write_mostly", str_md_state(9));

@@ -56,6 +56,13 @@ TEST_F(ConfigTest, TracesItsStepsInOrder) {
     debug = 10;
     EXPECT_EQ(config({"write", "B.info.tevra.etc", "2"}).text,
               read_file("/source/tests/registry/expected/write-trace.txt"));
+    for (const std::string step :
+         {"delete A.none.etc:LibQuorvelBin_ConfigOperation:CMD_WRITE\n", "delete A.none.etc:scKeyPathTmp=.none.etc\n",
+          "read tevra.etc:file read routine\n"}) {
+        const size_t blank = step.find(' '), colon = step.find(':');
+        const std::string key = step.substr(blank + 1, colon - blank - 1);
+        EXPECT_NE(config({step.substr(0, blank), key}).text.find(step.substr(colon + 1)), std::string::npos) << step;
+    }
     EXPECT_EQ(printed_by([] { EXPECT_EQ(LibQuorvelBin_ConfigOperation(3), -1); }),
               "LibQuorvelBin_ConfigOperation\nLibQuorvelBin_ConfigOperation:default\n");
 }

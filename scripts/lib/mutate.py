@@ -39,6 +39,9 @@ class Fault:
     def key(self):
         return self.path, self.before, self.after
 
+    def in_a_line(self):
+        return str(self).replace("\n   ", "")
+
     def __str__(self):
         return "%s:%d\n    - %s\n    + %s" % (self.path, self.line, self.before, self.after)
 
@@ -69,6 +72,14 @@ def in_turn(what, seed):
     for queues in rooms.values():
         random.Random(seed).shuffle(queues)
     return one_of_each(one_of_each(map(iter, queues)) for queues in rooms.values())
+
+
+def unnoticed_in(log):
+    """The faults, in a line each, that nobody noticed in a run that printed so."""
+    verdicts = {}
+    for found in re.finditer(r"^ *\d+  (\w[\w ]*?) +(src/.*|tools/.*)$", log, re.M):
+        verdicts[found[2]] = found[1]
+    return {line for line, verdict in verdicts.items() if verdict in ("open", "nobody")}
 
 
 def one_of_each(queues):
@@ -107,7 +118,7 @@ class Copy:
         top, skipped = str(PROJECT), shutil.ignore_patterns("build*", ".git", "out")
         shutil.copytree(PROJECT, place, symlinks=True, ignore=lambda at, names: skipped(at, names) if at == top else ())
         self.environment = dict(os.environ, QUORVEL_JOBS=str(max(1, os.cpu_count() // 2)))
-        self.configured, self.planted = set(), []
+        self.configured, self.planted = set(), None
         self.rooms, self.models = list(ROOMS), list(MODELS)
 
     def run(self, command, longest=None):
@@ -149,13 +160,12 @@ class Copy:
         """Whether the fault in the source left the compiled code as it was without one."""
         return all(self.without_fault[found] == digest for found, digest in self.objects(path).items())
 
-    def plant(self, faults):
-        """These, of different files, instead of the last ones: all sources are compiled in one build."""
-        for old in self.planted:
-            (self.tree / old.path).write_text(old.text)
-        for new in faults:
-            (self.tree / new.path).write_text(new.text[:new.begin] + new.new + new.text[new.end:])
-        self.planted = faults
+    def plant(self, fault):
+        """Takes the last fault away as well: both sources are compiled in one build."""
+        if self.planted:
+            (self.tree / self.planted.path).write_text(self.planted.text)
+        (self.tree / fault.path).write_text(fault.text[:fault.begin] + fault.new + fault.text[fault.end:])
+        self.planted = fault
 
     def room_passes(self, room, directory="build"):
         network = "--net" if room == "net" else "--net-if-possible"
@@ -170,37 +180,26 @@ class Copy:
         notice it, or None."""
         room = room_of(fault.path)
         own = ["%s_test" % room] if room in ROOMS else []
-        self.plant([fault])
+        self.plant(fault)
         if not self.build("build", *(own or ["libquorvel_bin_command"])):
             return "no code"
         if self.is_unchanged(fault.path):
             return "equal"
         return "room" if own and not self.room_passes(room) else None
 
-    def second_look(self, faults, sanitized):
-        """Who notices any of these, which their rooms did not: "no code", "others", "models", "sanitizers" or "nobody"."""
-        self.plant(faults)
-        rooms = {room_of(fault.path) for fault in faults}
+    def second_look(self, fault, sanitized):
+        """Who notices what the tests of its room did not: "no code", "others", "models", "sanitizers" or "nobody"."""
+        self.plant(fault)
         if not self.build("build"):
             return "no code"
         if fails_first(self.rooms, self.room_passes):
             return "others"
         if fails_first(self.models, self.model_passes):
             return "models"
-        own = sorted(rooms & set(ROOMS))
-        if sanitized and own and self.build("build-asan", *("%s_test" % room for room in own)):
-            if not all(self.room_passes(room, "build-asan") for room in own):
-                return "sanitizers"
+        room = room_of(fault.path)
+        if sanitized and room in ROOMS and self.build("build-asan", "%s_test" % room):
+            return "nobody" if self.room_passes(room, "build-asan") else "sanitizers"
         return "nobody"
-
-    def settle(self, faults, sanitized):
-        """(fault, verdict) of each. They are planted together, since most are noticed by nobody; where somebody notices,
-        one half after the other."""
-        verdict = self.second_look(faults, sanitized)
-        if verdict == "nobody" or len(faults) == 1:
-            return [(fault, verdict) for fault in faults]
-        half = len(faults) // 2
-        return self.settle(faults[:half], sanitized) + self.settle(faults[half:], sanitized)
 
     def check_unharmed(self, what, sanitized):
         """Without a fault everything passes; otherwise nothing could be told."""
@@ -218,12 +217,15 @@ class Copy:
 
 class Hunt:
     """Faults taken in turn by several copies, until enough of them were told: first by the tests of their rooms, then,
-    what these did not notice, some at a time by everything else."""
+    what these did not notice, by everything else."""
 
     def __init__(self, options):
         self.options, self.equal = options, listed_as_equal()
         self.faults, self.guard = in_turn(options.what, options.seed), threading.Lock()
-        self.told, self.open, self.underway, self.groups = [], [], 0, []
+        if options.again:
+            again = unnoticed_in(Path(options.again).read_text())
+            self.faults = (fault for fault in self.faults if fault.in_a_line() in again)
+        self.told, self.open, self.underway = [], [], 0
 
     def found(self):
         return len(self.told) + len(self.open) + self.underway
@@ -237,42 +239,28 @@ class Hunt:
                 self.told.append((fault, "listed"))
             return None
 
+    def take(self, fault, verdict):
+        with self.guard:
+            if verdict is None:
+                self.open.append(fault)
+            elif verdict not in ("no code", "equal"):
+                self.told.append((fault, verdict))
+            print("%4d  %-10s  %s" % (self.found(), verdict or "open", fault.in_a_line()), flush=True)
+
     def first(self, copy):
         while (fault := self.next()) is not None:
             verdict = copy.first_look(fault)
             with self.guard:
                 self.underway -= 1
-                if verdict is None:
-                    self.open.append(fault)
-                elif verdict == "room":
-                    self.told.append((fault, verdict))
-                self.say(fault, verdict or "open")
-
-    def form_groups(self):
-        """Of eight at most, no two of a file."""
-        for fault in self.open:
-            for group in self.groups:
-                if len(group) < 8 and all(fault.path != other.path for other in group):
-                    group.append(fault)
-                    break
-            else:
-                self.groups.append([fault])
-        self.open = []
+            self.take(fault, verdict)
 
     def second(self, copy):
         while True:
             with self.guard:
-                if not self.groups:
-                    return
-                group = self.groups.pop()
-            for fault, verdict in copy.settle(group, self.options.sanitized):
-                with self.guard:
-                    if verdict != "no code":
-                        self.told.append((fault, verdict))
-                    self.say(fault, verdict)
-
-    def say(self, fault, verdict):
-        print("%4d  %-10s  %s" % (self.found(), verdict, str(fault).replace("\n   ", "")), flush=True)
+                fault = self.open.pop(0) if self.open else None
+            if fault is None:
+                return
+            self.take(fault, copy.second_look(fault, self.options.sanitized))
 
     def go(self, copies):
         for step in (self.first, self.second):
@@ -281,7 +269,6 @@ class Hunt:
                 worker.start()
             for worker in workers:
                 worker.join()
-            self.form_groups()
 
     def report(self):
         kinds = ["room", "others", "models", "sanitizers", "nobody", "listed"]
@@ -314,6 +301,7 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--list", action="store_true")
+    parser.add_argument("--again")
     options = parser.parse_args()
     for path, before, _ in stale_entries():
         print("mutate: tests/mutants-equal.txt names what is no longer in %s: %s" % (path, before), file=sys.stderr)

@@ -149,6 +149,7 @@ TEST_F(SerialLoopback, TxMayBeAGpio) {
     write_file(kMode, "mpp\n");
     EXPECT_EQ(run_on(kLinePort, without_tx), 0xf0);  // nothing to force it with
     EXPECT_FALSE(exists(kForce));
+    EXPECT_EQ(quorvel::set_forced_tx(1), -1);
     write_file(kForce, "0\n");
     EXPECT_EQ(run_on(kLinePort, without_tx), 0);
     EXPECT_EQ(quorvel::set_forced_tx(2), -1);

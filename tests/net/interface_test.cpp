@@ -138,6 +138,7 @@ TEST_F(NetTest, Reasons) {
         {__LINE__, -1, EINVAL, [&] { return LibQuorvelBin_GetIpInfo("eth0", nullptr); }},
         {__LINE__, -1, EINVAL, [&] { return call(LibQuorvelBin_NetHelper, many).result; }},
         {__LINE__, -1, EINVAL, [] { return call(LibQuorvelBin_NetHelper, {"x", "net", "-x"}).result; }},
+        {__LINE__, -1, EINVAL, [] { return call(LibQuorvelBin_NetHelper, {"x"}).result; }},
         {__LINE__,  0, EINVAL, [] { return LibQuorvelBin_IsExistNetIf(nullptr); }},
         {__LINE__, -1, ENODATA, [] { return LibQuorvelBin_GetInterfaceIndex("lo"); }},
         {__LINE__,  0, 0,      [] { return LibQuorvelBin_IsBondingMode() + LibQuorvelBin_IsNetIfEnabled("eth1"); }},

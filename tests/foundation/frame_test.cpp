@@ -12,11 +12,15 @@ namespace {
 
 class Frame : public ApplianceTest {};
 
+// What a program finds that sets neither.
+const int at_start[] = {debug, from_cmdline};
+
 TEST_F(Frame, DebugLevelComesFromItsFile) {
     write_file("/etc/libquorvel_bin.conf", "debug=4294967306\n");
     EXPECT_EQ(printed_by([] { EXPECT_EQ(LibQuorvelBin_DebugLevelInit(), 9); }), "debug=10\n");
     write_file("/etc/libquorvel_bin.conf", "debug=no\n");
     EXPECT_EQ(printed_by([] { EXPECT_EQ(LibQuorvelBin_DebugLevelInit(), 8); }), "debug=0\n");
+    EXPECT_EQ(at_start[0] + at_start[1], 0);
     debug = 7;
     write_file("/etc/libquorvel_bin.conf", "other=1\n");
     EXPECT_EQ(printed_by([] { EXPECT_EQ(LibQuorvelBin_DebugLevelInit(), 0); }), "");

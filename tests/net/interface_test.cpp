@@ -134,6 +134,8 @@ TEST_F(NetTest, Reasons) {
         {__LINE__, -1, ENOSYS, [] { return getmac(); }},
         {__LINE__,  0, EINVAL, [] { return static_cast<int>(LibQuorvelBin_GetMaskSize(nullptr)); }},
         {__LINE__,  0, 0,      [&] { return static_cast<int>(LibQuorvelBin_GetMaskSize(&no_mask)); }},
+        {__LINE__, 32, 0,      [&] { return memset(&host.mask, 0xff, sizeof host.mask), static_cast<int>(LibQuorvelBin_GetMaskSize(&host.mask)); }},
+        {__LINE__,  0, 0,      [] { return getifinfo(nullptr); }},
         {__LINE__, -1, EADDRNOTAVAIL, [&] { return LibQuorvelBin_FillInfo(&host, "br0"); }},
         {__LINE__, -1, EINVAL, [&] { return LibQuorvelBin_GetIpInfo("eth0", nullptr); }},
         {__LINE__, -1, EINVAL, [&] { return call(LibQuorvelBin_NetHelper, many).result; }},

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "raid/list.h"
 #include "raid_appliance.h"
 
 // Stands in front of the C library's: the md driver is a script. Nothing else is asked of it here.
@@ -40,6 +41,14 @@ TEST_F(RaidTest, StatusIsTheWordOfTheFirstLineThatStartsWithTheName) {
     EXPECT_STREQ("unkown", str_diskinfo_value(0x4));
     EXPECT_STREQ("Unkown", str_md_level(10));
     EXPECT_STREQ("write_mostly", str_md_state(9));
+}
+
+TEST_F(RaidTest, ListsAreLinkedBothWays) {
+    list_links head = {&head, &head}, first, second;
+    list_add(&first, &head);
+    list_add(&second, &head);
+    EXPECT_TRUE(head.next == &second && second.next == &first && first.next == &head);
+    EXPECT_TRUE(head.prev == &first && first.prev == &second && second.prev == &head);
 }
 
 TEST_F(RaidTest, DataArraysFollowTheStatusFile) {

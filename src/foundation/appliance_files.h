@@ -39,6 +39,7 @@ inline constexpr char kLogicalVolumes[] = "/tmp/lvlist";
 inline constexpr char kMountPoints[] = "/mnt/";
 inline constexpr char kPartitions[] = "/proc/partitions";
 inline constexpr char kMounts[] = "/proc/mounts";
+inline constexpr char kProgramDevice[] = "/dev/fuse";
 inline constexpr char kTrialMountPoint[] = "/tmp/mount_test";
 inline constexpr char kSmartctlTool[] = "/usr/local/sbin/smartctl";
 inline constexpr char kPartedTool[] = "parted";

@@ -18,8 +18,8 @@ namespace quorvel {
 /// A look at what a path holds: fills an answer, or is false and sets errno.
 using Look = bool (*)(const char* path, void* answer);
 
-/// Looks; false, and errno, when the look is. While a file system of such a type is mounted anywhere, a second process
-/// does it, and has two seconds (ETIMEDOUT). An answer is at most a page or so: it is one message.
+/// Looks; false, and errno, when the look is. Where the kernel has the device of such file systems, or one is mounted,
+/// a second process does it, and has two seconds (ETIMEDOUT). An answer is at most a page or so: it is one message.
 [[nodiscard]] bool look_in_time(Look look, WholeText path, void* answer, size_t size);
 
 /// path_exists and statfs(2) as such looks.

@@ -1,10 +1,12 @@
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "command.h"
+#include "disk_guard.h"
 #include "support/scenario.h"
 
 namespace {
@@ -69,6 +71,46 @@ TEST_F(CheckedCommands, PlanIsWhatIsRun) {
         EXPECT_NE(run, "");
         EXPECT_EQ(commands_of([&] { EXPECT_EQ(0, system(shown.c_str())); }), run) << words;
     }
+}
+
+// An account has mounted a program that never answers, under a name whose type stands behind 4096 bytes; or has mounted
+// it over what a loop device shows.
+TEST_F(CheckedCommands, GuardWaitsForNoProgram) {
+    constexpr char kPlace[] = "/run/program";
+    make_directory(kPlace);
+    const int device = open("/dev/fuse", O_RDWR | O_CLOEXEC);
+    const std::string options = "rootmode=40000,user_id=0,group_id=0,fd=" + std::to_string(device);
+    const bool mounted = mount("program", kPlace, "fuse", MS_NOSUID, options.c_str()) == 0;
+    std::string name = "/run/program/";
+    for (int i = 0; i < 1023; i++)
+        name += "\\040";
+    const struct {
+        const char* path;
+        std::string text;
+    } cases[] = {
+        {"/proc/mounts",                       name + " /run/program fuse rw 0 0\n"},
+        {"/sys/block/loop0/loop/backing_file", "/run/program/image\n"              },
+    };
+    write_file("/sys/block/sdx/dev", "8:368\n");
+    for (const auto& [path, text] : cases) {
+        write_file(path, text);
+        const pid_t child = fork();
+        if (child == 0) {
+            alarm(10);
+            Disk disk;
+            Reason reason;
+            strcpy(disk.kernel, "sdx");
+            strcpy(disk.node, "/dev/sdx");
+            _exit(is_in_use(disk, reason) ? 1 : 0);
+        }
+        int status = 1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0) << path;
+        remove_tree(path);
+    }
+    umount2(kPlace, MNT_DETACH);
+    close(device);
+    if (!mounted) GTEST_SKIP() << "mounting is refused";
 }
 
 // A tool sends the signals while it works: the word goes on to its end.

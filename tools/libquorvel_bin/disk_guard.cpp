@@ -35,11 +35,10 @@ bool because(Reason& reason, std::initializer_list<std::string_view> words) {
     return true;
 }
 
-// A program that an account mounts is listed under any name, also one that only the program can look up.
-bool can_be_looked_up(const struct mntent& entry) {
-    const char* name = entry.mnt_fsname;
-    if (is_answered_by_program(entry.mnt_type)) return starts_with(name, "/dev/") && last_component(name) == name + 5;
-    return name[0] == '/';
+// A program that an account mounts is listed under any name, also one that only the program can look up, and one that
+// leaves the entry's type no room. Only what stands right below /dev is root's for certain.
+bool can_be_looked_up(const char* name) {
+    return starts_with(name, "/dev/") && last_component(name) == name + 5;
 }
 
 bool is_listed(const char* table, dev_t number, Text<256>& where) {
@@ -48,11 +47,16 @@ bool is_listed(const char* table, dev_t number, Text<256>& where) {
     bool found = false;
     while (const struct mntent* entry = found ? nullptr : getmntent(list)) {
         dev_t listed;
-        found = can_be_looked_up(*entry) && block_number(entry->mnt_fsname, listed) && listed == number;
+        found = can_be_looked_up(entry->mnt_fsname) && block_number(entry->mnt_fsname, listed) && listed == number;
         if (found) where.add(entry->mnt_dir);
     }
     endmntent(list);
     return found;
+}
+
+// What a loop device shows may lie where an account has mounted a program since.
+bool look_for_number(const char* path, void* number) {
+    return block_number(path, *static_cast<dev_t*>(number));
 }
 
 bool is_backing(dev_t number, Text<256>& loop) {
@@ -60,7 +64,7 @@ bool is_backing(dev_t number, Text<256>& loop) {
         char file[512];
         dev_t backing;
         if (!read_first_line(SysPath("%s/%s/loop/backing_file", kBlockDevices, name).c_str(), file, sizeof file) ||
-            !block_number(file, backing) || backing != number) {
+            !look_in_time(look_for_number, file, &backing, sizeof backing) || backing != number) {
             return false;
         }
         loop.add(name);

@@ -1,21 +1,25 @@
 // check: what is wrong with the configuration of this machine. It reads configuration, procfs and sysfs, and changes
 // nothing.
 #include <stdarg.h>
+#include <stdio.h>
 
 #include "boards/boards_commands.h"
 #include "boards/findings.h"
 #include "libquorvel_bin.h"
+#include "utf8.h"
 
 void find(Findings& findings, Severity severity, const char* file, int line, const char* format, ...) {
     bool error = severity == Severity::kError;
     (error ? findings.errors : findings.warnings)++;
     printf(line > 0 ? "%s:%d: " : "%s: ", file, line);
-    printf("%s: ", error ? "error" : "warning");
+    // What settings hold may be a stranger's, whose record is looked at, and is shown on a terminal.
+    char text[4096], shown[escaped_size(sizeof text)];
     va_list arguments;
     va_start(arguments, format);
-    vprintf(format, arguments);
+    (void)vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-    puts("");
+    (void)escape_bytes(shown, sizeof shown, text, true);
+    printf("%s: %s\n", error ? "error" : "warning", shown);
 }
 
 int run_check(int, char**) {

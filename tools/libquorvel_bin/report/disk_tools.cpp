@@ -202,8 +202,13 @@ void run(List<Tool>& tools, const Request& request) {
     if (request.tools) run_tools({tools.items, tools.count}, kToolMilliseconds);
 }
 
-// So many disks in one run of mdadm. Where one of them holds up the others, or is more than mdadm can take, each is
-// asked by itself.
+// Whether one disk may have hidden what the others say.
+bool hides_others(const Tool& tool) {
+    return tool.reason == kTooLate || tool.reason == kCrashed || tool.cut;
+}
+
+// So many disks in one run of mdadm, or each by itself where one of them holds it up, crashes it or makes it print
+// without end.
 void examine(std::span<const Examined> disks, const Request& request, size_t at_once) {
     List<Tool> tools;
     for (size_t first = 0; first < disks.size(); first += at_once) {
@@ -218,7 +223,7 @@ void examine(std::span<const Examined> disks, const Request& request, size_t at_
     for (const Tool& tool : tools) {
         const auto asked = disks.first(std::min(at_once, disks.size()));
         disks = disks.subspan(asked.size());
-        if ((tool.reason == kTooLate || tool.reason == kCrashed) && asked.size() > 1) {
+        if (hides_others(tool) && asked.size() > 1) {
             examine(asked, request, 1);
         } else {
             take_superblocks(asked, tool);

@@ -118,6 +118,7 @@ void take_output(Run& run) {
     const ssize_t got =
         read(run.pipe.number, room > 0 ? tool.output.get() + tool.length : dropped, room > 0 ? room : sizeof dropped);
     if (got > 0 && room > 0) tool.length += static_cast<size_t>(got);
+    if (got > 0 && room == 0) tool.cut = true;
     if (got == 0 || (got < 0 && errno != EINTR)) run.pipe = quorvel::Descriptor();
 }
 

@@ -24,6 +24,7 @@ struct Tool {
     const char* reason = nullptr;
     quorvel::Heap<char> output;
     size_t length = 0;
+    bool cut = false;  // there was more
     int exit_status = -1;
 };
 

@@ -13,7 +13,7 @@ install(FILES packaging/completion/libquorvel_bin DESTINATION ${CMAKE_INSTALL_DA
 install(FILES packaging/share/report.schema.json packaging/share/alerts.yml
     DESTINATION ${CMAKE_INSTALL_DATADIR}/libquorvel_bin)
 install(FILES packaging/systemd/libquorvel_bin-report.service packaging/systemd/libquorvel_bin-report.timer
-    DESTINATION ${CMAKE_INSTALL_PREFIX}/lib/systemd/system)
+    DESTINATION lib/systemd/system)
 # Commands that scripts call by their own names; each link has its completion, and its manual page where pages are made.
 if(disk IN_LIST QUORVEL_ROOMS)
     set(QUORVEL_LINKED_WORDS disk_signature disk_readerrorcnt)

@@ -46,8 +46,9 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/libquorvel_bin-config-versi
 install(FILES ${CMAKE_BINARY_DIR}/libquorvel_bin-config.cmake
     ${CMAKE_BINARY_DIR}/libquorvel_bin-config-version.cmake DESTINATION ${QUORVEL_CMAKE_DIR})
 
-# The prefix is what `cmake --install --prefix` says, known only then.
-set(QUORVEL_PREFIX "@CMAKE_INSTALL_PREFIX@")
+# The prefix is what `cmake --install --prefix` says, known only then; pkg-config takes a blank in it for an end.
+set(QUORVEL_PREFIX "@QUORVEL_PREFIX@")
 configure_file(cmake/libquorvel_bin.pc.in ${CMAKE_BINARY_DIR}/libquorvel_bin.pc.in @ONLY)
-install(CODE "configure_file(\"${CMAKE_BINARY_DIR}/libquorvel_bin.pc.in\" \"${CMAKE_BINARY_DIR}/libquorvel_bin.pc\" @ONLY)")
+install(CODE "string(REPLACE \" \" \"\\\\ \" QUORVEL_PREFIX \"\${CMAKE_INSTALL_PREFIX}\")
+configure_file(\"${CMAKE_BINARY_DIR}/libquorvel_bin.pc.in\" \"${CMAKE_BINARY_DIR}/libquorvel_bin.pc\" @ONLY)")
 install(FILES ${CMAKE_BINARY_DIR}/libquorvel_bin.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

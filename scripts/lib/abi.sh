@@ -22,7 +22,7 @@ write_abi() {
 write_constants() {
     local name names
     # The preprocessor takes the comments away.
-    names=$(gcc -w -fpreprocessed -dD -E -P -x c - < <(cat include/quorvel/*.h) |
+    names=$(cc -w -fpreprocessed -dD -E -P -x c - < <(cat include/quorvel/*.h) |
         sed -nE '/^enum /,/\}/{s/[{},]/\n/g;p}; /^#define [A-Z_0-9]+ [0-9]/p' |
         sed -nE 's/^ *([A-Z][A-Z_0-9]+)( *=.*)?$/\1/p; s/^#define ([A-Z_0-9]+) .*/\1/p')
     {
@@ -30,7 +30,7 @@ write_constants() {
         echo 'int main(void) {'
         while read -r name; do printf 'printf("%%s %%lld\\n", "%s", (long long)%s);\n' "$name" "$name"; done <<<"$names"
         echo 'return 0; }'
-    } | gcc -x c -std=c99 -Wall -Werror -Iinclude -o "$1/constants" - && "$1/constants"
+    } | cc -x c -std=c99 -Wall -Werror -Iinclude -o "$1/constants" - && "$1/constants"
 }
 
 abi_record=abi/$(uname -m).abi

@@ -241,6 +241,7 @@ class Hunt:
 
     def take(self, fault, verdict):
         with self.guard:
+            self.underway -= 1
             if verdict is None:
                 self.open.append(fault)
             elif verdict not in ("no code", "equal"):
@@ -249,17 +250,17 @@ class Hunt:
 
     def first(self, copy):
         while (fault := self.next()) is not None:
-            verdict = copy.first_look(fault)
-            with self.guard:
-                self.underway -= 1
-            self.take(fault, verdict)
+            self.take(fault, copy.first_look(fault))
+
+    def next_open(self):
+        with self.guard:
+            if not self.open:
+                return None
+            self.underway += 1
+            return self.open.pop(0)
 
     def second(self, copy):
-        while True:
-            with self.guard:
-                fault = self.open.pop(0) if self.open else None
-            if fault is None:
-                return
+        while (fault := self.next_open()) is not None:
             self.take(fault, copy.second_look(fault, self.options.sanitized))
 
     def go(self, copies):

@@ -7,11 +7,13 @@ packages_of() {
     sed -nE "s/^($groups) +//p" "$project_dir/scripts/lib/packages.txt" | sort -u
 }
 
-# Prints those of the given packages that are not installed.
+# Prints those of the given packages that are not installed, nor what stands in for them.
 missing_among() {
-    local name
-    for name in "$@"; do
-        [[ $(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null) == installed ]] || printf '%s\n' "$name"
+    local names
+    for names in "$@"; do
+        # shellcheck disable=SC2086  # a package and those that stand in for it
+        dpkg-query -W -f '${db:Status-Status} ' ${names//|/ } 2>/dev/null | grep -qw installed ||
+            printf '%s\n' "${names%%|*}"
     done
 }
 

@@ -5,7 +5,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/key_value.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "foundation/numbers.h"
 #include "foundation/trace.h"
 #include "quorvel/platform.h"

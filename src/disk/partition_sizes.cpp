@@ -5,7 +5,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "quorvel/disk.h"

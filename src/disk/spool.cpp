@@ -6,7 +6,7 @@
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
 #include "quorvel/foundation.h"

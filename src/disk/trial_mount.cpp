@@ -12,7 +12,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "foundation/shell.h"
 #include "quorvel/disk.h"
 

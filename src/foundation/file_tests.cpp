@@ -2,7 +2,7 @@
 
 #include "foundation/failure.h"
 #include "foundation/files.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "quorvel/foundation.h"
 
 namespace {

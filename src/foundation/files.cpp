@@ -42,6 +42,10 @@ Descriptor open_for_reading(WholeText path) {
     return open_path(path, kReadFlags);
 }
 
+Descriptor open_without_link(WholeText path) {
+    return open_path(path, kReadFlags | O_NOFOLLOW);
+}
+
 Descriptor open_for_reading(WholeText path, mode_t& type) {
     struct stat status;
     if (path.text == nullptr) errno = ENAMETOOLONG;

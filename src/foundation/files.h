@@ -12,6 +12,9 @@ namespace quorvel {
 /// Opens for reading, close-on-exec. A FIFO without a writer does not block.
 [[nodiscard]] Descriptor open_for_reading(WholeText path);
 
+/// The same, unless the path itself is a symbolic link (ELOOP).
+[[nodiscard]] Descriptor open_without_link(WholeText path);
+
 /// Opens a regular file or a directory for reading; anything else, a device above all, is not even opened. `type` tells
 /// what is there (S_IFREG, S_IFDIR, S_IFCHR ...), 0 when nothing was opened.
 [[nodiscard]] Descriptor open_for_reading(WholeText path, mode_t& type);

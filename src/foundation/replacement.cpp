@@ -57,7 +57,7 @@ bool may_be_held(const char* path) {
 // Removes what has the name, unless another writer holds it. False when it cannot be removed.
 [[nodiscard]] bool remove_left_over(const char* path) {
     if (may_be_held(path)) {
-        Descriptor old = above_standard(open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        Descriptor old = open_without_link(path);
         if (old && !is_free(old.number)) return errno == ETIMEDOUT;
         // Its writer has just moved it into its place.
         if (old && !is_named(old.number, path)) return true;

@@ -7,7 +7,7 @@
 #include <time.h>
 
 #include "foundation/files.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "services/backup_location.h"

@@ -11,7 +11,7 @@
 
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "foundation/numbers.h"
 #include "foundation/options.h"
 #include "foundation/replacement.h"

@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "block_devices.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "naming_commands.h"
 #include "quorvel/naming.h"
 

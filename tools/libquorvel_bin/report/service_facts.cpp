@@ -8,7 +8,7 @@
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "libquorvel_bin.h"

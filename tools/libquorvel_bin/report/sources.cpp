@@ -7,7 +7,7 @@
 #include <charconv>
 
 #include "foundation/files.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 
 namespace report {
 

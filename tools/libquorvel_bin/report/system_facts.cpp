@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "foundation/appliance_files.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "foundation/text.h"
 #include "libquorvel_bin.h"
 #include "report/gather.h"

@@ -4,7 +4,7 @@
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 #include "foundation/text.h"
 #include "report/gather.h"
 #include "report/sources.h"

@@ -1,7 +1,6 @@
-#include "foundation/mounted.h"
+#include "foundation/look.h"
 
 #include <errno.h>
-#include <fcntl.h>
 #include <linux/magic.h>
 #include <poll.h>
 #include <signal.h>
@@ -51,8 +50,7 @@ bool is_trusted(int descriptor, mode_t type) {
 }
 
 [[nodiscard]] Descriptor open_as(const char* path, mode_t type) {
-    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW;
-    Descriptor file = above_standard(open(path, kFlags));
+    Descriptor file = open_without_link(path);
     return file && is_trusted(file.number, type) ? static_cast<Descriptor&&>(file) : Descriptor();
 }
 
@@ -103,32 +101,37 @@ bool arrives_in_time(int pipe) {
     return false;
 }
 
+// A look, and whether its answer is the number of a descriptor.
+struct Question {
+    Look look;
+    const char* path;
+    void* answer;
+    size_t size;
+    bool brings_descriptor = false;
+};
+
 // What the second process tells: a reason or 0, what it has seen, and the descriptor that is all of that.
 struct Message {
     int error = 0;
-    struct iovec parts[2];
+    struct iovec parts[2] = {};
     alignas(struct cmsghdr) char room[CMSG_SPACE(sizeof(int))] = {};
     struct msghdr header = {};
-
-    Message(void* answer, size_t size)
-        : parts{
-              {&error, sizeof error},
-              {answer, size        }
-    } {
-        header.msg_iov = parts;
-        header.msg_iovlen = 2;
-    }
-    Message(const Message&) = delete;
-    Message& operator=(const Message&) = delete;
-
-    void make_room() {
-        header.msg_control = room;
-        header.msg_controllen = sizeof room;
-    }
 };
 
+void lay_out(Message& message, const Question& question) {
+    message.parts[0] = {&message.error, sizeof message.error};
+    message.parts[1] = {question.answer, question.size};
+    message.header.msg_iov = message.parts;
+    message.header.msg_iovlen = 2;
+}
+
+void make_room_for_descriptor(Message& message) {
+    message.header.msg_control = message.room;
+    message.header.msg_controllen = sizeof message.room;
+}
+
 void enclose(Message& message, int descriptor) {
-    message.make_room();
+    make_room_for_descriptor(message);
     struct cmsghdr* part = CMSG_FIRSTHDR(&message.header);
     part->cmsg_level = SOL_SOCKET;
     part->cmsg_type = SCM_RIGHTS;
@@ -136,14 +139,22 @@ void enclose(Message& message, int descriptor) {
     memcpy(CMSG_DATA(part), &descriptor, sizeof descriptor);
 }
 
+[[nodiscard]] int take_descriptor(Message& message, int& number) {
+    const struct cmsghdr* part = CMSG_FIRSTHDR(&message.header);
+    if (part == nullptr || part->cmsg_type != SCM_RIGHTS) return EMFILE;
+    memcpy(&number, CMSG_DATA(part), sizeof number);
+    return 0;
+}
+
 // The whole life of the second process. While it waits for an answer, not even a kill may end it: it must not have the
 // caller's output, whose reader would wait for it as well.
-[[noreturn]] void look_apart(Look look, const char* path, void* answer, size_t size, int socket) {
+[[noreturn]] void look_apart(const Question& question, int socket) {
     (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
     keep_only(socket);
-    Message message(answer, size);
-    message.error = look(path, answer) ? 0 : errno;
-    if (look == look_into_file && message.error == 0) enclose(message, *static_cast<int*>(answer));
+    Message message;
+    lay_out(message, question);
+    message.error = question.look(question.path, question.answer) ? 0 : errno;
+    if (question.brings_descriptor && message.error == 0) enclose(message, *static_cast<int*>(question.answer));
     (void)sendmsg(socket, &message.header, MSG_NOSIGNAL);
     _exit(0);
 }
@@ -154,37 +165,39 @@ void end(pid_t process) {
         (void)poll(nullptr, 0, 1);
 }
 
-[[nodiscard]] int take_descriptor(Message& message, int& number) {
-    const struct cmsghdr* part = CMSG_FIRSTHDR(&message.header);
-    if (part == nullptr || part->cmsg_type != SCM_RIGHTS) return EMFILE;
-    memcpy(&number, CMSG_DATA(part), sizeof number);
-    return 0;
-}
-
 // What the second process has seen; 0, or the reason why nothing.
-[[nodiscard]] int take_answer(Look look, int socket, void* answer, size_t size) {
+[[nodiscard]] int take_answer(const Question& question, int socket) {
     if (!arrives_in_time(socket)) return ETIMEDOUT;
-    Message message(answer, size);
-    message.make_room();
-    if (recvmsg(socket, &message.header, MSG_CMSG_CLOEXEC) != static_cast<ssize_t>(sizeof message.error + size))
-        return EIO;
-    if (message.error != 0 || look != look_into_file) return message.error;
-    return take_descriptor(message, *static_cast<int*>(answer));
+    Message message;
+    lay_out(message, question);
+    make_room_for_descriptor(message);
+    const auto whole = static_cast<ssize_t>(sizeof message.error + question.size);
+    if (recvmsg(socket, &message.header, MSG_CMSG_CLOEXEC) != whole) return EIO;
+    if (message.error != 0 || !question.brings_descriptor) return message.error;
+    return take_descriptor(message, *static_cast<int*>(question.answer));
 }
 
-[[nodiscard]] bool look_elsewhere(Look look, const char* path, void* answer, size_t size) {
+[[nodiscard]] bool look_elsewhere(const Question& question) {
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return false;
     const Descriptor own = above_standard(ends[0]);
     Descriptor other = above_standard(ends[1]);
     pid_t process = own && other ? fork_undisturbed() : -1;
-    if (process == 0) look_apart(look, path, answer, size, other.number);
+    if (process == 0) look_apart(question, other.number);
     if (process < 0) return false;
     other = Descriptor();
-    int error = take_answer(look, own.number, answer, size);
+    int error = take_answer(question, own.number);
     end(process);
     errno = error;
     return error == 0;
+}
+
+[[nodiscard]] bool ask(const Question& question) {
+    if (question.path == nullptr) {
+        errno = ENAMETOOLONG;
+        return false;
+    }
+    return programs_may_answer() ? look_elsewhere(question) : question.look(question.path, question.answer);
 }
 
 }  // namespace
@@ -194,11 +207,7 @@ bool is_answered_by_program(std::string_view type) {
 }
 
 bool look_in_time(Look look, WholeText path, void* answer, size_t size) {
-    if (path.text == nullptr) {
-        errno = ENAMETOOLONG;
-        return false;
-    }
-    return programs_may_answer() ? look_elsewhere(look, path.text, answer, size) : look(path.text, answer);
+    return ask({look, path.text, answer, size});
 }
 
 bool path_exists_in_time(WholeText path) {
@@ -211,7 +220,8 @@ bool read_file_system(WholeText path, struct statfs& facts) {
 
 Descriptor open_trusted(WholeText path) {
     int number = -1;
-    return look_in_time(look_into_file, path, &number, sizeof number) ? above_standard(number) : Descriptor();
+    const Question question = {look_into_file, path.text, &number, sizeof number, true};
+    return ask(question) ? above_standard(number) : Descriptor();
 }
 
 bool is_trusted_directory(WholeText path) {

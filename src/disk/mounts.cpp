@@ -1,11 +1,9 @@
-#include <stdio.h>
-#include <stdlib.h>
-
 #include "foundation/answer.h"
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
+#include "foundation/mount_table.h"
 #include "quorvel/disk.h"
 
 using namespace quorvel;
@@ -18,21 +16,9 @@ constexpr int kTypeField = 3;
 
 }  // namespace
 
-// Lines are as long as their mount options.
 int IsMounted(const char* text) {
     if (text == nullptr) return fail(EINVAL, 0);
-    Descriptor mounts = open_for_reading(files::kMounts);
-    if (!mounts) return 0;
-    File lines(fdopen(mounts.number, "r"));
-    if (!lines) return 0;
-    (void)mounts.release();  // the stream has it
-    char* line = nullptr;
-    size_t room = 0;
-    bool found = false;
-    while (!found && getline(&line, &room, lines.get()) > 0)
-        found = contains(line, text);
-    free(line);
-    return found ? 1 : 0;
+    return any_mount(contains, text) ? 1 : 0;
 }
 
 int LibQuorvelBin_GetFsType(char* type, size_t size, const char* mount_point) {

@@ -2,12 +2,11 @@
 
 #include <errno.h>
 #include <linux/magic.h>
-#include <stdio.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
+#include "foundation/mount_table.h"
 
 namespace quorvel {
 
@@ -53,21 +52,6 @@ bool look_at_directory(const char* path, void*) {
     return static_cast<bool>(open_as(path, S_IFDIR));
 }
 
-// Lines are as long as their mount options: a piece could end inside the type.
-bool programs_are_mounted() {
-    Descriptor mounts = open_for_reading(files::kMounts);
-    File lines(mounts ? fdopen(mounts.number, "r") : nullptr);
-    if (!lines) return false;
-    (void)mounts.release();  // the stream has it
-    char* line = nullptr;
-    size_t room = 0;
-    bool found = false;
-    while (!found && getline(&line, &room, lines.get()) > 0)
-        found = contains(line, " fuse ") || contains(line, " fuse.");
-    free(line);
-    return found;
-}
-
 // The table tells only of now: with the device an account may mount between this look and the next.
 bool programs_may_answer() {
     return path_exists(files::kProgramDevice) || programs_are_mounted();
@@ -82,10 +66,6 @@ bool programs_may_answer() {
 }
 
 }  // namespace
-
-bool is_answered_by_program(std::string_view type) {
-    return type == "fuse" || type.starts_with("fuse.");
-}
 
 bool look_in_time(Look look, WholeText path, void* answer, size_t size) {
     return ask({look, path.text, answer, size});

@@ -4,17 +4,11 @@
 
 #include <sys/statfs.h>
 
-#include <string_view>
-
 #include "foundation/handles.h"
 #include "foundation/second_look.h"
 #include "foundation/text.h"
 
 namespace quorvel {
-
-/// Whether the files of such a type are what a program says ("fuse", "fuse.sshfs"), under the name of any device.
-/// "fuseblk" only root mounts.
-[[nodiscard]] bool is_answered_by_program(std::string_view type);
 
 /// Looks; false, and errno, when the look is. Where the kernel has the device of such file systems, or one is mounted,
 /// a second process does it, and has two seconds (ETIMEDOUT). An answer is at most a page or so: it is one message.

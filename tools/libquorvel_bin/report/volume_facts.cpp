@@ -5,6 +5,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/look.h"
+#include "foundation/mount_table.h"
 #include "foundation/text.h"
 #include "report/gather.h"
 #include "report/sources.h"

@@ -91,7 +91,18 @@ void print_plan(const Request& request, const char* node) {
 
 // ---- The work ----
 
-[[nodiscard]] int lay_out(const Request& request, const char* node) {
+[[nodiscard]] int refuse(const char* word, const Reason& reason, const char* remark) {
+    fprintf(stderr, "%s: refused: %s%s\n", word, reason.c_str(), remark);
+    return kExitRefused;
+}
+
+// Two at once would mix their steps, and each take the other's partitions for its own.
+[[nodiscard]] int lay_out(const char* word, const Request& request, const Disk& disk, const char* node) {
+    Descriptor turn;
+    Reason reason;
+    // Whoever had it before may have put it to use.
+    if (is_taken(node, turn, reason) || (!request.force && stands_in_the_way(request, disk, reason)))
+        return refuse(word, reason, "");
     hold_signals();
     if (request.kind == DISK_PATH_USB) {
         return exit_status_of_result(create_usb_partition(node, request.filesystem, request.label));
@@ -108,14 +119,12 @@ void print_plan(const Request& request, const char* node) {
     const bool refused = (!found || stands_in_the_way(request, disk, reason)) && !(request.force && overridable);
     // Links may be laid anew in the meantime, the kernel's own name may not.
     const char* node = found ? disk.node : request.device;
-    if (refused) {
-        fprintf(stderr, "%s: refused: %s%s\n", argv[1], reason.c_str(), overridable ? " (--force overrides)" : "");
-    }
-    if (refused && (!found || !request.dry_run)) return kExitRefused;
-    if (!request.dry_run) return lay_out(request, node);
+    const int status = refused ? refuse(argv[1], reason, overridable ? " (--force overrides)" : "") : kExitOk;
+    if (refused && (!found || !request.dry_run)) return status;
+    if (!request.dry_run) return lay_out(argv[1], request, disk, node);
     if (found) describe_disk(disk);
     print_plan(request, node);
-    return refused ? kExitRefused : kExitOk;
+    return status;
 }
 
 }  // namespace

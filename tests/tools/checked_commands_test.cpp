@@ -98,6 +98,25 @@ TEST_F(CheckedCommands, EraseOneByOne) {
     close(disk);
 }
 
+// What fdisk made of its keystrokes decides, not its status.
+TEST_F(CheckedCommands, PartitionIsThere) {
+    write_file("/proc/partitions", "   8       32  976762584 disk\n");
+    const struct {
+        const char *tool, *words;
+        int result;
+    } cases[] = {
+        {"true",                                                                         "--force /run/disk xfs",     1},
+        {"printf '\\203%059d\\125\\252' 0 | dd of=/run/disk bs=1 seek=450 conv=notrunc", "--force /run/disk xfs",     0},
+        {"true",                                                                         "--force /run/disk xfs gpt", 0},
+    };
+    for (const auto& [tool, words, result] : cases) {
+        write_file("/run/disk", "");
+        stand_in("/usr/local/sbin/parted");
+        stand_in("/usr/local/sbin/fdisk", tool);
+        EXPECT_EQ(ask(words_of(std::string("create_usb_partition ") + words)).result, result) << tool;
+    }
+}
+
 // An account has mounted a program that never answers, under a name whose type stands behind 4096 bytes; or has mounted
 // it over what a loop device shows.
 TEST_F(CheckedCommands, GuardWaitsForNoProgram) {

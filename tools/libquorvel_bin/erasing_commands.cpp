@@ -3,6 +3,7 @@
 #include <stdio.h>
 #include <string.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "command.h"
 #include "disk/data_partition_size.h"
@@ -10,6 +11,7 @@
 #include "disk_guard.h"
 #include "held_signals.h"
 #include "libquorvel_bin.h"
+#include "telling.h"
 
 using namespace quorvel;
 
@@ -96,6 +98,15 @@ void print_plan(const Request& request, const char* node) {
     return kExitRefused;
 }
 
+// fdisk ends with 0 whatever it makes of its keystrokes.
+bool has_first_partition(const Descriptor& disk) {
+    constexpr off_t kTable = 446;
+    constexpr size_t kType = 4, kMark = 64;
+    unsigned char table[kMark + 2];
+    return pread(disk.number, table, sizeof table, kTable) == sizeof table && table[kType] != 0 &&
+           table[kMark] == 0x55 && table[kMark + 1] == 0xaa;
+}
+
 // Two at once would mix their steps, and each take the other's partitions for its own.
 [[nodiscard]] int lay_out(const char* word, const Request& request, const Disk& disk, const char* node) {
     Descriptor turn;
@@ -105,7 +116,10 @@ void print_plan(const Request& request, const char* node) {
         return refuse(word, reason, "");
     hold_signals();
     if (request.kind == DISK_PATH_USB) {
-        return exit_status_of_result(create_usb_partition(node, request.filesystem, request.label));
+        const int result = create_usb_partition(node, request.filesystem, request.label);
+        if (result == 0 && turn && !is_gpt_word(request.label) && !has_first_partition(turn))
+            return no_answer(word, node, "no partition was made: the echo of /bin/sh must know \"-e\"");
+        return exit_status_of_result(result);
     }
     return exit_status_of_result(request.short_layout ? create_short_partition(node) : create_partition(node));
 }

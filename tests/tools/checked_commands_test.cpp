@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -70,6 +71,49 @@ TEST_F(CheckedCommands, PlanIsWhatIsRun) {
         const auto run = commands_of([&] { EXPECT_EQ(0, ask(words_of(words)).result) << words; });
         EXPECT_NE(run, "");
         EXPECT_EQ(commands_of([&] { EXPECT_EQ(0, system(shown.c_str())); }), run) << words;
+    }
+}
+
+// Two callers at once: the steps of the one stand behind those of the other; and one that has no end is not waited for.
+TEST_F(CheckedCommands, EraseOneByOne) {
+    write_file("/run/disk", "");
+    write_file("/proc/partitions", "   8       32  976762584 disk\n");
+    for (const char* tool : {"parted", "dd"})
+        stand_in(std::string("/usr/local/sbin/") + tool, "echo \"${0##*/} $*\" >>/run/commands\nsleep 0.03");
+    const Words words = words_of("create_partition --force /run/disk");
+    const auto once = commands_of([&] { EXPECT_EQ(0, ask(words).result); });
+    const auto twice = commands_of([&] {
+        const pid_t other = fork();
+        if (other == 0) _exit(ask(words).result);
+        EXPECT_EQ(0, ask(words).result);
+        int status = 1;
+        waitpid(other, &status, 0);
+        EXPECT_EQ(0, status);
+    });
+    EXPECT_EQ(twice, once + once);
+
+    const int disk = open("/run/disk", O_RDONLY | O_CLOEXEC);
+    flock(disk, LOCK_SH);
+    EXPECT_EQ(commands_of([&] { EXPECT_EQ(3, ask(words).result); }), "");
+    close(disk);
+}
+
+// What fdisk made of its keystrokes decides, not its status.
+TEST_F(CheckedCommands, PartitionIsThere) {
+    write_file("/proc/partitions", "   8       32  976762584 disk\n");
+    const struct {
+        const char *tool, *words;
+        int result;
+    } cases[] = {
+        {"true",                                                                         "--force /run/disk xfs",     1},
+        {"printf '\\203%059d\\125\\252' 0 | dd of=/run/disk bs=1 seek=450 conv=notrunc", "--force /run/disk xfs",     0},
+        {"true",                                                                         "--force /run/disk xfs gpt", 0},
+    };
+    for (const auto& [tool, words, result] : cases) {
+        write_file("/run/disk", "");
+        stand_in("/usr/local/sbin/parted");
+        stand_in("/usr/local/sbin/fdisk", tool);
+        EXPECT_EQ(ask(words_of(std::string("create_usb_partition ") + words)).result, result) << tool;
     }
 }
 

@@ -5,7 +5,9 @@
 #include <mntent.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <initializer_list>
 #include <string_view>
@@ -133,4 +135,20 @@ bool is_claimed(const Disk& disk, int32_t layout_kind, Reason& reason) {
     if (disk.kind == layout_kind) return false;
     if (disk.kind != DISK_PATH_END) return because(reason, {disk.kernel, " is ", disk.name});
     return layout_kind != DISK_PATH_USB && disk.usb && because(reason, {disk.kernel, " is a USB disk"});
+}
+
+// Programs agree on a lock of the whole disk's node; one that looks has it for a moment. It is opened for writing
+// because that is what the hot-plug side waits for: at the end it looks anew at a disk that it has left alone
+// meanwhile.
+bool is_taken(const char* node, Descriptor& turn, Reason& reason) {
+    constexpr int kTries = 60;
+    constexpr useconds_t kPause = 50'000;
+    turn = open_for_update(node);
+    for (int tried = 0; turn && tried < kTries; tried++) {
+        // What knows no locks has nobody who takes one.
+        if (flock(turn.number, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR)) return false;
+        usleep(kPause);
+    }
+    // What cannot be opened cannot be erased either.
+    return turn && because(reason, {"another program is at work on ", node});
 }

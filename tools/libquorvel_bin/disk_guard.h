@@ -4,6 +4,7 @@
 #include <stdint.h>
 #include <sys/types.h>
 
+#include "foundation/handles.h"
 #include "foundation/text.h"
 #include "quorvel/naming.h"
 
@@ -26,6 +27,10 @@ struct Disk {
 
 /// Whether the disk is of another kind than the layout (DISK_PATH_INTERNAL or DISK_PATH_USB) is made for.
 [[nodiscard]] bool is_claimed(const Disk& disk, int32_t layout_kind, Reason& reason);
+
+/// Whether another program that lays a disk out, or looks at what is on it, has it to itself and does not let go in a
+/// few seconds. If not, the caller has it for as long as `turn` lives.
+[[nodiscard]] bool is_taken(const char* node, quorvel::Descriptor& turn, Reason& reason);
 
 /// Tells on standard output what is known of the disk: "device=", "name=", "serial=", "bytes=", and "holds=" a line for
 /// it and each partition that holds something, with the bytes of a partition and what its first bytes look like.

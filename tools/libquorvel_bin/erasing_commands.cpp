@@ -3,6 +3,7 @@
 #include <stdio.h>
 #include <string.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "command.h"
 #include "disk/data_partition_size.h"
@@ -10,6 +11,7 @@
 #include "disk_guard.h"
 #include "held_signals.h"
 #include "libquorvel_bin.h"
+#include "telling.h"
 
 using namespace quorvel;
 
@@ -91,10 +93,33 @@ void print_plan(const Request& request, const char* node) {
 
 // ---- The work ----
 
-[[nodiscard]] int lay_out(const Request& request, const char* node) {
+[[nodiscard]] int refuse(const char* word, const Reason& reason, const char* remark) {
+    fprintf(stderr, "%s: refused: %s%s\n", word, reason.c_str(), remark);
+    return kExitRefused;
+}
+
+// fdisk ends with 0 whatever it makes of its keystrokes.
+bool has_first_partition(const Descriptor& disk) {
+    constexpr off_t kTable = 446;
+    constexpr size_t kType = 4, kMark = 64;
+    unsigned char table[kMark + 2];
+    return pread(disk.number, table, sizeof table, kTable) == sizeof table && table[kType] != 0 &&
+           table[kMark] == 0x55 && table[kMark + 1] == 0xaa;
+}
+
+// Two at once would mix their steps, and each take the other's partitions for its own.
+[[nodiscard]] int lay_out(const char* word, const Request& request, const Disk& disk, const char* node) {
+    Descriptor turn;
+    Reason reason;
+    // Whoever had it before may have put it to use.
+    if (is_taken(node, turn, reason) || (!request.force && stands_in_the_way(request, disk, reason)))
+        return refuse(word, reason, "");
     hold_signals();
     if (request.kind == DISK_PATH_USB) {
-        return exit_status_of_result(create_usb_partition(node, request.filesystem, request.label));
+        const int result = create_usb_partition(node, request.filesystem, request.label);
+        if (result == 0 && turn && !is_gpt_word(request.label) && !has_first_partition(turn))
+            return no_answer(word, node, "no partition was made: the echo of /bin/sh must know \"-e\"");
+        return exit_status_of_result(result);
     }
     return exit_status_of_result(request.short_layout ? create_short_partition(node) : create_partition(node));
 }
@@ -108,14 +133,12 @@ void print_plan(const Request& request, const char* node) {
     const bool refused = (!found || stands_in_the_way(request, disk, reason)) && !(request.force && overridable);
     // Links may be laid anew in the meantime, the kernel's own name may not.
     const char* node = found ? disk.node : request.device;
-    if (refused) {
-        fprintf(stderr, "%s: refused: %s%s\n", argv[1], reason.c_str(), overridable ? " (--force overrides)" : "");
-    }
-    if (refused && (!found || !request.dry_run)) return kExitRefused;
-    if (!request.dry_run) return lay_out(request, node);
+    const int status = refused ? refuse(argv[1], reason, overridable ? " (--force overrides)" : "") : kExitOk;
+    if (refused && (!found || !request.dry_run)) return status;
+    if (!request.dry_run) return lay_out(argv[1], request, disk, node);
     if (found) describe_disk(disk);
     print_plan(request, node);
-    return refused ? kExitRefused : kExitOk;
+    return status;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "disk/disk_name.h"
 #include "disk/slot_match.h"
 #include "libquorvel_bin.h"
 #include "telling.h"
@@ -92,9 +93,11 @@ const char* without_dev(const char* name) {
     return nodes != nullptr ? nodes + strlen(kNodes) : name;
 }
 
-// The cheap question comes first: only disks on USB are kept waiting.
+// The cheap question comes first: only disks on USB are kept waiting. The name is taken as the library takes it, which
+// would wait for a disk that was not looked at here.
 bool is_never_decided(const char* device) {
-    const char* name = without_dev(device);
+    const quorvel::GivenName given = quorvel::given_name(device);
+    const char* name = given.text;
     DiskLink disk;
     if (!is_on_usb(name) || !read_disk_link(name, LibQuorvelBin_IsOsNewerEqual("2.6.31.8") == 1, disk)) return false;
     const quorvel::DiskPlace place({disk.full, disk.length}, disk.link());

@@ -78,7 +78,7 @@ libquorvel_bin bay sda; libquorvel_bin bay sda1
 SOURCE_DATE_EPOCH=1800000000 COLUMNS=100 libquorvel_bin report --no-tools | head -n 24
 libquorvel_bin status --no-tools
 echo '/dev/md9 /mnt/usbdisk1 fuse.of-an-account rw 0 0' >>/proc/mounts; libquorvel_bin report --no-tools | grep -a account
-echo 'HDD_USB=1, /sys/block, 1, -1' >/etc/diskpath.conf; libquorvel_bin diskname sda sdh; libquorvel_bin scsiid sdh
+echo 'HDD_USB=1, /sys/block, 1, -1' >/etc/diskpath.conf; libquorvel_bin diskname sda sdh; libquorvel_bin scsiid sdh; timeout 9 libquorvel_bin diskname "$(printf 'sdh\n.')"
 printf 'HDD_INTERNAL=%s, host1, 0:0:0:0\n' 1 2 >/etc/diskpath.conf; libquorvel_bin devname disk2
 printf 'dump_config=yes\nextslot1=SAS, 7\nextslot1=SATA, 8, /ext, 9:0:0:0\n' >/etc/extslot.conf; libquorvel_bin disks 2>/dev/null | grep -v ^sd
 rm /etc/diskpath.conf /etc/extslot.conf; echo debug=1 >/etc/libquorvel_bin.conf; libquorvel_bin platform 2>/dev/null

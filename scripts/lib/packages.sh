@@ -24,18 +24,27 @@ missing_packages() {
     missing_among "${names[@]}"
 }
 
+# Those of the given packages that this release has.
+offered_among() {
+    local name
+    for name in "$@"; do
+        if apt-cache show -q -- "$name" >/dev/null 2>&1; then printf '%s\n' "$name"; else say "not in this release: $name"; fi
+    done
+}
+
 # Asks the network only when something is missing, and goes on without what is not to be had.
 install_packages() {
-    local missing as_root=()
+    local missing offered as_root=()
     have dpkg-query || { say "not a Debian system: packages are not looked at" && return; }
     mapfile -t missing < <(missing_among "$@")
     ((${#missing[@]})) || return 0
     say "installing: ${missing[*]}"
     ((EUID == 0)) || ! have sudo || as_root=(sudo -n)
-    { "${as_root[@]}" apt-get update -q &&
-        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -qy --no-install-recommends "${missing[@]}"; } >&2 ||
-        say "could not install: ${missing[*]} (no network, or not root)"
+    "${as_root[@]}" apt-get update -q >&2 || say "no lists of packages (no network, or not root)"
+    mapfile -t offered < <(offered_among "${missing[@]}")
+    ((${#offered[@]} == 0)) || "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -qy --no-install-recommends "${offered[@]}" >&2 ||
+        say "could not install: ${offered[*]} (no network, or not root)"
 }
 
 # install_missing_packages GROUP...: fails only when what is still missing then is needed to build.

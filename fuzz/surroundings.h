@@ -1,5 +1,5 @@
 // What a fuzz target runs in: an appliance of its own inside the disposable root; commands print the fuzzer's text and
-// do nothing.
+// do nothing, unless a target has them run.
 #pragma once
 
 #include <stddef.h>
@@ -10,6 +10,9 @@ void put_file(const char* path, const void* data, size_t size);
 
 // What every command prints from now on.
 void set_command_output(const void* data, size_t size);
+
+// From now on commands do what they are asked for.
+void run_commands();
 
 // Frees the records of the inventory, which otherwise live as long as the process.
 void forget_inventory();

@@ -1,7 +1,9 @@
 #include "surroundings.h"
 
 #include <dlfcn.h>
+#include <errno.h>
 #include <fcntl.h>
+#include <limits.h>
 #include <spawn.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -40,6 +42,7 @@ constexpr Surrounding kAppliance[] = {
 
 const FuzzTarget* chosen;
 bool commands_run;
+int commands_left = INT_MAX;
 
 void free_records(list_links& head) {
     while (head.next != &head) {
@@ -87,6 +90,10 @@ void run_commands() {
     commands_run = true;
 }
 
+void allow_commands(int count) {
+    commands_left = count;
+}
+
 void forget_inventory() {
     for (list_links* group = pareinfo_list.next; group != &pareinfo_list; group = group->next) {
         free_records(reinterpret_cast<pareinfo*>(group)->members);
@@ -99,6 +106,8 @@ void forget_inventory() {
 extern "C" int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* actions,
                            const posix_spawnattr_t* attributes, char* const* words, char* const* environment) {
     static const auto spawn = reinterpret_cast<decltype(&posix_spawn)>(dlsym(RTLD_NEXT, "posix_spawn"));
+    if (commands_left == 0) return EAGAIN;
+    commands_left--;
     if (commands_run) return spawn(child, path, actions, attributes, words, environment);
     char name[] = "cat";
     char output[sizeof kCommandOutput];

@@ -14,6 +14,9 @@ void set_command_output(const void* data, size_t size);
 // From now on commands do what they are asked for.
 void run_commands();
 
+// So many more commands are started; then no process is left (EAGAIN).
+void allow_commands(int count);
+
 // Frees the records of the inventory, which otherwise live as long as the process.
 void forget_inventory();
 

@@ -147,8 +147,10 @@ QUORVEL_API int LibQuorvelBin_GetFsType(char* type, size_t size, const char* mou
  * third and the fourth without extent), one data partition from there to U gigabytes, and the bios_grub flag on
  * partition 3. U is G - 8 - G % 10 above 249 (disks with G % 10 above 6 are refused), otherwise G / 5 * 5 - 8, and
  * 17 in the short layout. The refusal comes when the data partition is due, that is after the wipe and the system
- * partitions. Two calls for one disk at once mix their steps, here and in create_usb_partition: the caller locks the
- * disk's node (flock) meanwhile, as the command does.
+ * partitions; so does the failure on a disk without room for it (below 20 GB, up to 16.5 in the short layout).
+ * Two calls for one disk at once mix their steps, here and in create_usb_partition: the caller locks the disk's node
+ * (flock) meanwhile, as the command does. A tool that locks it too (fdisk, where LOCK_BLOCK_DEVICE is set) would wait
+ * for that lock.
  *
  * Prints on standard output "DEVICE total blocks=BLOCKS bytes=BYTES N[GB]" (N of 2^30 bytes), the command of the
  * data partition, and "toggle bios_grub set to DEVICE3"; on standard error, unless the layout is the short one,

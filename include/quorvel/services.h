@@ -78,8 +78,9 @@ extern QUORVEL_API const struct firewall_service set_firewall_tab[QUORVEL_FIREWA
  * the commands failed, and which was the first, is told on standard error; the result is 0 all the same, and errno,
  * cleared before the call, is EIO.
  *
- * Callers take turns: who starts or stops while another's rules are being loaded waits until they are in, ten seconds
- * at most. The lock is the file /var/run/libquorvel_bin.firewall, for root only; without a /var/run there are no turns.
+ * Callers take turns: who starts or stops while another's rules are being loaded waits until they are in, but not for
+ * one that has been at the same command for ten seconds. The lock is the file /var/run/libquorvel_bin.firewall, for
+ * root only; without a /var/run there are no turns.
  *
  * The default file is written beside the old one, which it replaces when it is whole and on the disk (a link stays one
  * and its target is replaced; what is no regular file is not). It keeps the mode and, where the caller may give it

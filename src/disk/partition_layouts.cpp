@@ -4,6 +4,7 @@
 
 #include <iterator>
 
+#include "disk/data_partition_size.h"
 #include "foundation/appliance_files.h"
 
 namespace quorvel {
@@ -71,7 +72,7 @@ Text<kCommandSize> command_of(const Step& step, const char* target) {
 
 Text<kCommandSize> data_partition_command(const char* target, int gigabytes) {
     return Text<kCommandSize>("%s -s %s mkpart primary ext3 %dM %dG", files::kPartedTool, ShellWord(target).c_str(),
-                              7168, gigabytes);
+                              kDataStart, gigabytes);
 }
 
 Text<kCommandSize> usb_partition_command(const char* target, uint64_t blocks, const char* filesystem, bool gpt) {

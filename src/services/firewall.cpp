@@ -2,6 +2,8 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include "foundation/appliance_files.h"
@@ -94,10 +96,27 @@ void print_table(const RulePlan& plan) {
     fwrite(plan.table.bytes, 1, plan.table.size, stdout);
 }
 
-// Whoever flushes in the middle of another's rules leaves half of them, and who has read a file earlier must not be the
-// last to load it. Without a turn, for want of a place or of time, the firewall is loaded all the same.
-struct Turn {
+// Whether whoever has the turn gets on with it: many rules take a slow machine longer than a lock is waited for.
+bool is_getting_on() {
+    constexpr time_t kLongestCommand = 10;
+    struct stat status;
+    if (stat(files::kFirewallTurn, &status) != 0) return true;  // it has just ended
+    const time_t now = time(nullptr);
+    return status.st_mtime <= now && now - status.st_mtime <= kLongestCommand;
+}
+
+[[nodiscard]] Descriptor take_turn() {
     Descriptor lock = open_replacement(files::kFirewallTurn);
+    while (!lock && errno == ETIMEDOUT && is_getting_on())
+        lock = open_replacement(files::kFirewallTurn);
+    return lock;
+}
+
+// Whoever flushes in the middle of another's rules leaves half of them, and who has read a file earlier must not be the
+// last to load it. Without a turn, for want of a place or because another gets on no more, the firewall is loaded all
+// the same.
+struct Turn {
+    Descriptor lock = take_turn();
 
     Turn() = default;
     ~Turn() { end(); }
@@ -119,7 +138,7 @@ int start(const char* requested) {
     bool opened = static_cast<bool>(file);
     RulePlan plan;
     if (opened && !read_ports(static_cast<Descriptor&&>(file), plan)) return -1;
-    const bool applied = apply_rules(plan);
+    const bool applied = apply_rules(plan, turn.lock);
     turn.end();
 
     print_choice(choice);
@@ -133,7 +152,7 @@ int start(const char* requested) {
 
 int flush_rules() {
     const Turn turn;
-    return result_of(apply_rules(RulePlan()));
+    return result_of(apply_rules(RulePlan(), turn.lock));
 }
 
 // The short options keep their letters; -c has no meaning.

@@ -1,6 +1,7 @@
 #include "services/firewall_rules.h"
 
 #include <string.h>
+#include <sys/stat.h>
 
 #include <span>
 
@@ -76,22 +77,24 @@ bool is_whole(const Collected& collected) {
 }
 
 // How many commands failed, and the first that did.
-struct Failures {
-    int count = 0;
-    Command first;
+struct Loading {
+    const Descriptor& turn;
+    int failures = 0;
+    Command first_failed;
 };
 
-void run(const Command& command, Failures& failures) {
-    if (run_command(command) == 0) return;
-    if (failures.count++ == 0) failures.first = command;
+void run(const Command& command, Loading& loading) {
+    const bool done = run_command(command) == 0;
+    if (loading.turn) (void)futimens(loading.turn.number, nullptr);
+    if (!done && loading.failures++ == 0) loading.first_failed = command;
 }
 
-void add_rules(const Denial& denial, const char* kind, Failures& failures) {
+void add_rules(const Denial& denial, const char* kind, Loading& loading) {
     for (int port : std::span(denial.service->ports, static_cast<size_t>(denial.service->port_count))) {
         for (const DropRule& rule : kDropRules) {
             run(Command("%s -A %s --dport %d -j DROP -%c %s%d", files::kFilterTool, rule.packets, port,
                         rule.interface_option, kind, denial.interface),
-                failures);
+                loading);
         }
     }
 }
@@ -114,20 +117,21 @@ bool read_ports(Descriptor file, RulePlan& plan) {
     return !lines.reader.failed && is_whole(plan.denials) && is_whole(plan.table);
 }
 
-bool apply_rules(const RulePlan& plan) {
-    Failures failures;
+bool apply_rules(const RulePlan& plan, const Descriptor& turn) {
+    Loading loading = {turn, 0, {}};
     // A reader that does not read stops the command here, where nothing is begun.
     (void)fflush(stdout);
     {
         HeldSignals until_complete;
-        run(Command("%s --table filter --flush", files::kFilterTool), failures);
+        run(Command("%s --table filter --flush", files::kFilterTool), loading);
         const auto* denials = reinterpret_cast<const Denial*>(plan.denials.bytes);
         for (const Denial& denial : std::span(denials, plan.denials.size / sizeof *denials))
-            add_rules(denial, plan.kind, failures);
+            add_rules(denial, plan.kind, loading);
     }
-    if (failures.count > 0)
-        fprintf(stderr, "firewall: commands that failed: %d, first \"%s\"\n", failures.count, failures.first.c_str());
-    return failures.count == 0;
+    const int failures = loading.failures;
+    if (failures > 0)
+        fprintf(stderr, "firewall: commands that failed: %d, first \"%s\"\n", failures, loading.first_failed.c_str());
+    return failures == 0;
 }
 
 }  // namespace quorvel

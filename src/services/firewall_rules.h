@@ -38,8 +38,9 @@ struct RulePlan {
 /// its end or memory ran out.
 [[nodiscard]] bool read_ports(Descriptor file, RulePlan& plan);
 
-/// Removes every rule of the filter table, whoever made it, then adds those of the plan. What fails is told on standard
-/// error behind the last command, and false then; nothing else is printed.
-[[nodiscard]] bool apply_rules(const RulePlan& plan);
+/// Removes every rule of the filter table, whoever made it, then adds those of the plan. Behind each command the file
+/// of the caller's turn, which may be none, has the time of that. What fails is told on standard error behind the last
+/// command, and false then; nothing else is printed.
+[[nodiscard]] bool apply_rules(const RulePlan& plan, const Descriptor& turn);
 
 }  // namespace quorvel

@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "disk/data_partition_size.h"
 #include "quorvel/disk.h"
 #include "support/appliance.h"
 
@@ -114,6 +115,29 @@ TEST_F(PartitionCreation, RealToolsMakeTheTable) {
         (void)transcript(65536, [format = file_system, scheme = label] { return create_usb_partition("/dev/sdc", format, scheme); });
         const auto table = printed_by([] { EXPECT_EQ(0, system("sfdisk -d /dev/sdc")); });
         EXPECT_NE(table.find(partition), std::string::npos) << table;
+    }
+}
+
+// Sizes around which the real parted begins to find a place for the data partition.
+TEST_F(PartitionCreation, RoomIsWherePartedFindsIt) {
+    stand_in("/usr/local/sbin/dd");
+    if (access("/usr/sbin/parted", X_OK) != 0) GTEST_SKIP() << "no parted";
+    const struct { uint64_t megabytes; bool short_layout; } cases[] = {
+        {19980, false}, {20010, false}, {16490, true}, {16510, true},
+    };
+    for (const auto& [megabytes, short_layout] : cases) {
+        const uint64_t blocks = megabytes * 1000000 / 1024;
+        write_file("/dev/sdc", "");
+        ASSERT_EQ(0, truncate("/dev/sdc", static_cast<off_t>(blocks * 1024)));
+        const pid_t child = fork();
+        if (child == 0) {
+            int result = -1;
+            (void)transcript(blocks, [&] { return result = (short_layout ? create_short_partition : create_partition)("/dev/sdc"); });
+            _exit(result == 0);
+        }
+        int laid_out = -1;
+        ASSERT_EQ(child, waitpid(child, &laid_out, 0));
+        EXPECT_EQ(laid_out != 0, quorvel::layout_has_room(blocks, short_layout)) << megabytes;
     }
 }
 // clang-format on

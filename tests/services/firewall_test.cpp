@@ -155,6 +155,22 @@ TEST_F(FirewallTest, LetsNobodyIntoTheMiddleOfItsRules) {
     EXPECT_FALSE(exists("/var/run/libquorvel_bin.firewall"));
 }
 
+// Longer than a lock is waited for.
+TEST_F(FirewallTest, WaitsForWhoGetsOn) {
+    write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=1\n");
+    make_directory("/var/run");
+    write_file(ports_file, "nfs<>0<>;\n");
+    stand_in("/usr/local/sbin/iptables", "case $* in -A*) sleep 1.5;; esac");
+    const pid_t one = start_in_background("--start");
+    while (!exists("/run/stand-in/iptables"))
+        usleep(1000);
+    EXPECT_EQ(firewall({"--stop"}), (Answer{0, ""}));
+    waitpid(one, nullptr, 0);
+    Words rules = deny("111 eth0 2049 eth0");
+    rules.push_back(rules.front());
+    EXPECT_EQ(calls("iptables"), rules);
+}
+
 TEST_F(FirewallTest, ChoosesItsPortsFile) {
     const std::string d = "/" + std::string(240, 'd');
     play("services/expected/ports-files", firewall,

@@ -98,21 +98,23 @@ TEST_F(CheckedCommands, EraseOneByOne) {
     close(disk);
 }
 
-// What fdisk made of its keystrokes decides, not its status.
+// What fdisk made of its keystrokes decides, not its status; and it is not asked for the lock that is held already.
 TEST_F(CheckedCommands, PartitionIsThere) {
     write_file("/proc/partitions", "   8       32  976762584 disk\n");
     const struct {
         const char *tool, *words;
         int result;
     } cases[] = {
-        {"true",                                                                         "--force /run/disk xfs",     1},
-        {"printf '\\203%059d\\125\\252' 0 | dd of=/run/disk bs=1 seek=450 conv=notrunc", "--force /run/disk xfs",     0},
-        {"true",                                                                         "--force /run/disk xfs gpt", 0},
+        {"true",                                                 "--force /run/disk xfs",     1},
+        {"[ -z \"$LOCK_BLOCK_DEVICE\" ] || flock -n /run/disk true || exit 1\nprintf '\\203%059d\\125\\252' 0 |"
+         " dd of=/run/disk bs=1 seek=450 conv=notrunc", "--force /run/disk xfs",     0},
+        {"true",                                                 "--force /run/disk xfs gpt", 0},
     };
     for (const auto& [tool, words, result] : cases) {
         write_file("/run/disk", "");
         stand_in("/usr/local/sbin/parted");
         stand_in("/usr/local/sbin/fdisk", tool);
+        setenv("LOCK_BLOCK_DEVICE", "yes", 1);
         EXPECT_EQ(ask(words_of(std::string("create_usb_partition ") + words)).result, result) << tool;
     }
 }

@@ -1,6 +1,7 @@
 #include "erasing_commands.h"
 
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -54,9 +55,10 @@ bool is_refused_size(const Request& request, const char* node, Reason& reason) {
     if (blocks == 0) reason.append("%s has no size in /proc/partitions", node);
     if (blocks == 0 || request.kind == DISK_PATH_USB) return blocks == 0;
     const uint64_t capacity = gigabytes_of(blocks);
-    if (!layout_refuses(capacity, request.short_layout)) return false;
-    reason.append("%s has %u GB, which the layout refuses behind its first steps", node,
-                  static_cast<unsigned>(capacity));
+    const bool refused = layout_refuses(capacity, request.short_layout);
+    if (!refused && layout_has_room(blocks, request.short_layout)) return false;
+    reason.append("%s has %llu GB, %s", node, static_cast<unsigned long long>(capacity),
+                  refused ? "which the layout refuses behind its first steps" : "where the layout has no room");
     return true;
 }
 
@@ -114,6 +116,8 @@ bool has_first_partition(const Descriptor& disk) {
     // Whoever had it before may have put it to use.
     if (is_taken(node, turn, reason) || (!request.force && stands_in_the_way(request, disk, reason)))
         return refuse(word, reason, "");
+    // A tool that locks the disk as well would wait for the lock that is held here.
+    (void)unsetenv("LOCK_BLOCK_DEVICE");
     hold_signals();
     if (request.kind == DISK_PATH_USB) {
         const int result = create_usb_partition(node, request.filesystem, request.label);

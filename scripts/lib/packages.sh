@@ -12,7 +12,7 @@ missing_among() {
     local names
     for names in "$@"; do
         # shellcheck disable=SC2086  # a package and those that stand in for it
-        dpkg-query -W -f '${db:Status-Status} ' ${names//|/ } 2>/dev/null | grep -qw installed ||
+        dpkg-query -W -f '${db:Status-Status}\n' ${names//|/ } 2>/dev/null | grep -qx installed ||
             printf '%s\n' "${names%%|*}"
     done
 }

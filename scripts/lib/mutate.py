@@ -95,8 +95,8 @@ def one_of_each(queues):
 
 def limited():
     """What a planted fault may take of the machine."""
-    # A test makes a file beyond 4 GiB, of holes.
-    resource.setrlimit(resource.RLIMIT_FSIZE, (6 << 30, 6 << 30))
+    # A test makes a disk of 20 GB, of holes.
+    resource.setrlimit(resource.RLIMIT_FSIZE, (24 << 30, 24 << 30))
     resource.setrlimit(resource.RLIMIT_CPU, (LONGEST_AT_WORK, LONGEST_AT_WORK))
 
 

@@ -1,7 +1,6 @@
 #include "disk/signature_device.h"
 
 #include <errno.h>
-#include <poll.h>
 #include <stdio.h>
 #include <unistd.h>
 
@@ -10,8 +9,6 @@
 namespace quorvel {
 
 namespace {
-
-constexpr int kLongestWait = 10'000;  // milliseconds for what a pipe's other end has yet to write
 
 bool report_open(const char* path) {
     int reason = errno;
@@ -32,19 +29,19 @@ bool has_places(int descriptor) {
     return lseek(descriptor, 0, SEEK_CUR) >= 0;
 }
 
-[[nodiscard]] ssize_t read_pipe(int descriptor, void* buffer, size_t size) {
-    struct pollfd wait = {descriptor, POLLIN, 0};
-    return poll(&wait, 1, kLongestWait) > 0 ? read(descriptor, buffer, size) : 0;
+[[nodiscard]] ssize_t read_pipe(int descriptor, void* buffer, size_t size, int64_t& left) {
+    return arrives_in_time(descriptor, left) ? read(descriptor, buffer, size) : 0;
 }
 
 // Up to `size` bytes, or -1.
 [[nodiscard]] ssize_t read_at(int descriptor, off_t offset, char* buffer, size_t size) {
     bool places = has_places(descriptor);
     if (!places && offset != 0) return -1;
+    int64_t left = kLongestWait;
     size_t done = 0;
     while (done < size) {
         ssize_t count = places ? pread(descriptor, buffer + done, size - done, offset + static_cast<off_t>(done))
-                               : read_pipe(descriptor, buffer + done, size - done);
+                               : read_pipe(descriptor, buffer + done, size - done, left);
         if (count == 0) break;
         if (count < 0 && errno != EINTR) return -1;
         if (count > 0) done += static_cast<size_t>(count);

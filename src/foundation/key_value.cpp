@@ -85,7 +85,7 @@ size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
             found++;
         }
     }
-    if (found < requests.size()) errno = ENODATA;
+    if (found < requests.size() && !reader.failed) errno = ENODATA;
     return found;
 }
 
@@ -132,5 +132,5 @@ char* grep_file(const char* path, const char* needle, char* buf, size_t size) {
     while (next_long_line(file.reader, buf, size - 2)) {
         if (strstr(buf, needle) != nullptr) return buf;
     }
-    return fail_null(ENODATA);
+    return file.reader.failed ? nullptr : fail_null(ENODATA);
 }

@@ -65,7 +65,7 @@ void print_line(const char* line) {
     for (const char* line : file)
         print_line(line);
     puts("\t}");
-    return 0;
+    return file.reader.failed ? -1 : 0;
 }
 
 // get_StringbyKey from a file that is open.

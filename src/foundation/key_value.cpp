@@ -8,6 +8,7 @@
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
+#include "foundation/look.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
 #include "quorvel/foundation.h"
@@ -67,7 +68,7 @@ std::optional<std::string_view> value_of_setting(std::string_view piece, std::st
 
 size_t read_keys(const char* path, std::span<KeyRequest> requests) {
     mode_t type;
-    Descriptor file = open_for_reading(path, type);
+    Descriptor file = open_in_time(path, type);
     if (type == S_IFREG) return read_keys(file.number, requests);
     if (type != 0) errno = EINVAL;
     return 0;
@@ -123,7 +124,7 @@ void remove_last_crlf(char* text) {
 char* grep_file(const char* path, const char* needle, char* buf, size_t size) {
     if (buf == nullptr || path == nullptr || needle == nullptr) return fail_null(EINVAL);
     memset(buf, '\0', size);
-    LineFile file(open_for_reading(path), kReaderPiece);
+    LineFile file(open_in_time(path), kReaderPiece);
     if (!file) {
         report_open_failure(__func__, path);
         return nullptr;

@@ -60,9 +60,9 @@ bool look_at_directory(const char* path, void*) {
 
 // No account mounts anything there, and what the caller has open has its name there: "/dev/fd/3".
 bool is_systems_own(const char* path) {
-    constexpr std::string_view kPlaces[] = {"/etc/", "/proc/", "/sys/", "/dev/"};
-    return !starts_with(path, "/dev/shm/") &&
-           std::any_of(std::begin(kPlaces), std::end(kPlaces), [path](auto place) { return starts_with(path, place); });
+    return !starts_with(path, files::kSharedMemory) &&
+           std::any_of(std::begin(files::kSystemPlaces), std::end(files::kSystemPlaces),
+                       [path](const char* place) { return starts_with(path, place); });
 }
 
 [[nodiscard]] bool copy_content(int from, int to) {

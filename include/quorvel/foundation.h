@@ -73,7 +73,8 @@ QUORVEL_API int del_StringbyKey(const char* path, const char* key, const char* v
 /** The first line of a file that contains a text.
  * @param buf   cleared over all its size first; holds the line with its line feed on success
  * @param size  bytes of buf; lines are read in pieces of at most size - 2 characters
- * @return buf, or null when no line matches, size is below 3, or the file cannot be opened; only the last prints:
+ * @return buf, or null when no line matches, size is below 3, or the file cannot be opened or not be read to its end
+ * (of a file 256 MiB are read, and a pipe is waited for ten seconds in all); only what cannot be opened prints:
  * "grep_file:file PATH open fail." */
 QUORVEL_API char* grep_file(const char* path, const char* needle, char* buf, size_t size);
 

@@ -42,7 +42,7 @@ QUORVEL_BEGIN_DECLS
  * (EINVAL), for a key or a value above 511 characters (ENAMETOOLONG), and for a read of an entry that is not there
  * (ENODATA); -1 with "KEY is not a valid registory key." when the file, or the directory, does not exist (ENOENT),
  * behind "PATH is not a file!" when the name in a directory is no regular file that can be read; -1 when the file could
- * not be rewritten (set_StringbyKey tells why).
+ * not be rewritten (set_StringbyKey tells why), or not be read to its end.
  *
  * File systems are flushed after a write or delete. Files and directories are never created. Lines of the listing are
  * read in pieces of at most 511 characters. Traces above debug level 9. The key and the value stay in buffers of the

@@ -1,17 +1,15 @@
 #include "disk/signature_device.h"
 
 #include <errno.h>
-#include <poll.h>
 #include <stdio.h>
 #include <unistd.h>
 
 #include "foundation/files.h"
+#include "foundation/look.h"
 
 namespace quorvel {
 
 namespace {
-
-constexpr int kLongestWait = 10'000;  // milliseconds for what a pipe's other end has yet to write
 
 bool report_open(const char* path) {
     int reason = errno;
@@ -32,19 +30,19 @@ bool has_places(int descriptor) {
     return lseek(descriptor, 0, SEEK_CUR) >= 0;
 }
 
-[[nodiscard]] ssize_t read_pipe(int descriptor, void* buffer, size_t size) {
-    struct pollfd wait = {descriptor, POLLIN, 0};
-    return poll(&wait, 1, kLongestWait) > 0 ? read(descriptor, buffer, size) : 0;
+[[nodiscard]] ssize_t read_pipe(int descriptor, void* buffer, size_t size, int64_t& left) {
+    return arrives_in_time(descriptor, left) ? read(descriptor, buffer, size) : 0;
 }
 
 // Up to `size` bytes, or -1.
 [[nodiscard]] ssize_t read_at(int descriptor, off_t offset, char* buffer, size_t size) {
     bool places = has_places(descriptor);
     if (!places && offset != 0) return -1;
+    int64_t left = kLongestWait;
     size_t done = 0;
     while (done < size) {
         ssize_t count = places ? pread(descriptor, buffer + done, size - done, offset + static_cast<off_t>(done))
-                               : read_pipe(descriptor, buffer + done, size - done);
+                               : read_pipe(descriptor, buffer + done, size - done, left);
         if (count == 0) break;
         if (count < 0 && errno != EINTR) return -1;
         if (count > 0) done += static_cast<size_t>(count);
@@ -73,7 +71,7 @@ bool has_places(int descriptor) {
 }  // namespace
 
 bool read_signature_device(const char* path, off_t offset, void* buffer, size_t size, size_t least) {
-    Descriptor device = open_for_reading(path);
+    Descriptor device = open_in_time(path);
     if (!device) return report_open(path);
     ssize_t count = read_at(device.number, offset, static_cast<char*>(buffer), size);
     return (count >= 0 && static_cast<size_t>(count) >= least) || report_transfer(path);

@@ -5,6 +5,7 @@
 #include "foundation/answer.h"
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
+#include "foundation/look.h"
 #include "foundation/numbers.h"
 #include "foundation/shell.h"
 #include "quorvel/disk.h"
@@ -21,6 +22,13 @@ constexpr char kTemperatureRow[] = "194 ";
 constexpr int kRawValueField = 10;
 constexpr size_t kPiece = 1023;
 
+bool look_at_mode(const char* path, void* answer) {
+    struct stat status;
+    if (stat(path, &status) != 0) return false;
+    *static_cast<mode_t*>(answer) = status.st_mode;
+    return true;
+}
+
 int report_temperature(const char* row) {
     char value[kPiece + 1];
     if (LibQuorvelBin_GetSpecifiedKey(value, sizeof value, row, " ", kRawValueField) != 0) return fail(ENODATA);
@@ -32,13 +40,13 @@ int report_temperature(const char* row) {
 }  // namespace
 
 int LibQuorvelBin_GetDiskTemperature(int, const char* device) {
-    struct stat status;
-    if (stat(device != nullptr ? device : "", &status) != 0) {
+    mode_t mode = 0;
+    if (!look_in_time(look_at_mode, device != nullptr ? device : "", &mode, sizeof mode)) {
         int reason = errno;
         puts("smartctl is not exist on this platform!");
         return fail(reason, reason);
     }
-    if ((status.st_mode & (S_IXUSR | S_IXGRP)) == 0) {
+    if ((mode & (S_IXUSR | S_IXGRP)) == 0) {
         puts("smartctl doesn't have a executable flag!");
         return fail(EACCES, kNotExecutable);
     }

@@ -2,8 +2,10 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <string.h>
 #include <sys/stat.h>
+#include <time.h>
 
 #include "foundation/line_reader.h"
 
@@ -19,6 +21,15 @@ constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
         return Descriptor();
     }
     return above_standard(open(path.text, flags, mode));
+}
+
+constexpr int64_t kSecond = 1'000'000'000;
+constexpr int64_t kMillisecond = 1'000'000;
+
+int64_t nanoseconds_now() {
+    struct timespec now = {};
+    (void)clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * kSecond + now.tv_nsec;
 }
 
 mode_t type_of(const struct stat& status) {
@@ -98,6 +109,17 @@ bool write_fully(int descriptor, const void* data, size_t size) {
         done += static_cast<size_t>(count);
     }
     return true;
+}
+
+bool arrives_in_time(int descriptor, int64_t& left) {
+    while (left > 0) {
+        struct pollfd wait = {descriptor, POLLIN, 0};
+        const int64_t begun = nanoseconds_now();
+        const int ready = poll(&wait, 1, static_cast<int>((left + kMillisecond - 1) / kMillisecond));
+        left -= nanoseconds_now() - begun;
+        if (ready > 0 || (ready < 0 && errno != EINTR)) return ready > 0;
+    }
+    return false;
 }
 
 bool path_exists(WholeText path) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stddef.h>
+#include <stdint.h>
 #include <sys/types.h>
 
 #include "foundation/handles.h"
@@ -41,6 +42,13 @@ namespace quorvel {
 
 /// write(2) until all is out; EINTR is retried. True when every byte was written.
 [[nodiscard]] bool write_fully(int descriptor, const void* data, size_t size);
+
+/// How long all that the other end of a pipe has yet to write is waited for, in nanoseconds.
+inline constexpr int64_t kLongestWait = 10'000'000'000;
+
+/// Waits for input, `left` nanoseconds at most, and takes off what it has waited: who asks again and again with one
+/// number waits no longer in all. EINTR is retried. False when nothing came.
+[[nodiscard]] bool arrives_in_time(int descriptor, int64_t& left);
 
 /// Whether stat(2) succeeds: something of any kind has this name.
 [[nodiscard]] bool path_exists(WholeText path);

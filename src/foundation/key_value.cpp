@@ -8,6 +8,7 @@
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
+#include "foundation/look.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
 #include "quorvel/foundation.h"
@@ -67,7 +68,7 @@ std::optional<std::string_view> value_of_setting(std::string_view piece, std::st
 
 size_t read_keys(const char* path, std::span<KeyRequest> requests) {
     mode_t type;
-    Descriptor file = open_for_reading(path, type);
+    Descriptor file = open_in_time(path, type);
     if (type == S_IFREG) return read_keys(file.number, requests);
     if (type != 0) errno = EINVAL;
     return 0;
@@ -85,7 +86,7 @@ size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
             found++;
         }
     }
-    if (found < requests.size()) errno = ENODATA;
+    if (found < requests.size() && !reader.failed) errno = ENODATA;
     return found;
 }
 
@@ -123,7 +124,7 @@ void remove_last_crlf(char* text) {
 char* grep_file(const char* path, const char* needle, char* buf, size_t size) {
     if (buf == nullptr || path == nullptr || needle == nullptr) return fail_null(EINVAL);
     memset(buf, '\0', size);
-    LineFile file(open_for_reading(path), kReaderPiece);
+    LineFile file(open_in_time(path), kReaderPiece);
     if (!file) {
         report_open_failure(__func__, path);
         return nullptr;
@@ -132,5 +133,5 @@ char* grep_file(const char* path, const char* needle, char* buf, size_t size) {
     while (next_long_line(file.reader, buf, size - 2)) {
         if (strstr(buf, needle) != nullptr) return buf;
     }
-    return fail_null(ENODATA);
+    return file.reader.failed ? nullptr : fail_null(ENODATA);
 }

@@ -1,7 +1,6 @@
 #include "foundation/line_reader.h"
 
 #include <errno.h>
-#include <poll.h>
 #include <string.h>
 #include <unistd.h>
 
@@ -11,20 +10,17 @@ namespace quorvel {
 
 namespace {
 
-// Files are opened non-blocking so that a FIFO cannot hang the caller; what may still answer EAGAIN is waited for, but
-// not without end.
-constexpr int kLongestWait = 10'000;  // milliseconds
-
-bool has_more_to_come(int descriptor) {
-    struct pollfd wait = {descriptor, POLLIN, 0};
-    return poll(&wait, 1, kLongestWait) != 0;
-}
-
-[[nodiscard]] ssize_t read_some(int descriptor, char* buffer, size_t size) {
+// Files are opened non-blocking so that a FIFO cannot hang the caller; what may still answer EAGAIN is waited for.
+[[nodiscard]] ssize_t read_some(LineReader& reader, char* buffer, size_t size) {
+    if (reader.taken >= kMostRead) {
+        errno = EFBIG;
+        return -1;
+    }
     for (;;) {
-        ssize_t count = read(descriptor, buffer, size);
+        ssize_t count = read(reader.descriptor, buffer, size);
+        if (count > 0) reader.taken += static_cast<size_t>(count);
         if (count >= 0) return count;
-        if (errno != EINTR && (errno != EAGAIN || !has_more_to_come(descriptor))) return -1;
+        if (errno != EINTR && (errno != EAGAIN || !arrives_in_time(reader.descriptor, reader.patience))) return -1;
     }
 }
 
@@ -33,7 +29,7 @@ bool has_more_to_come(int descriptor) {
     if (reader.at_end || reader.descriptor < 0) return false;
     size_t left = static_cast<size_t>(reader.end - reader.begin);
     memmove(reader.block, reader.begin, left);
-    ssize_t count = read_some(reader.descriptor, reader.block + left, sizeof reader.block - 1 - left);
+    ssize_t count = read_some(reader, reader.block + left, sizeof reader.block - 1 - left);
     reader.failed = count < 0;
     reader.at_end = count <= 0;
     reader.begin = reader.block;

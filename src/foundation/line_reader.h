@@ -4,16 +4,22 @@
 #pragma once
 
 #include <stddef.h>
+#include <stdint.h>
 #include <string.h>
 
 #include <string_view>
 
+#include "foundation/files.h"
 #include "foundation/handles.h"
 
 namespace quorvel {
 
 /// The longest piece that a reader can be asked for.
 inline constexpr size_t kLongestPiece = 8192;
+
+/// What is read of one file at most, in bytes. A path may lead to anybody's file: to a device that never ends, or to
+/// holes that take years to read.
+inline constexpr size_t kMostRead = size_t{256} << 20;
 
 struct LineReader {
     // cppcheck-suppress uninitMemberVar
@@ -26,10 +32,12 @@ struct LineReader {
     int descriptor;       // borrowed; -1 has no lines
     size_t limit;         // longest piece, in characters, its line feed included; at most kLongestPiece
     bool at_end = false;  // nothing more will come
-    bool failed = false;  // ... because read(2) failed
+    bool failed = false;  // ... because read(2) failed, or of more than kMostRead (EFBIG)
     char held = '\0';     // what the terminator of the last line stands in the place of
     char* terminator = &held;
     size_t filled = 0;  // how much of the block was ever used
+    size_t taken = 0;   // bytes read
+    int64_t patience = kLongestWait;
     char* begin = block;
     char* end = block;
     char block[2 * kLongestPiece + 1];  // left uninitialised: it is as large as the whole of most files

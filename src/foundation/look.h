@@ -3,6 +3,7 @@
 #pragma once
 
 #include <sys/statfs.h>
+#include <sys/types.h>
 
 #include "foundation/handles.h"
 #include "foundation/second_look.h"
@@ -17,6 +18,14 @@ namespace quorvel {
 /// path_exists and statfs(2) as such looks.
 [[nodiscard]] bool path_exists_in_time(WholeText path);
 [[nodiscard]] bool read_file_system(WholeText path, struct statfs& facts);
+
+/// Opens a caller's path for reading, which may lead anywhere, as open_for_reading does. Of a regular file that a
+/// program answers for the descriptor is a copy in memory: reading it waits for nobody. ETIMEDOUT when that takes two
+/// seconds.
+[[nodiscard]] Descriptor open_in_time(WholeText path);
+
+/// The same, of what is a regular file or a directory; `type` tells which, as open_for_reading does.
+[[nodiscard]] Descriptor open_in_time(WholeText path, mode_t& type);
 
 /// Opens a file for reading that lies where every account may write: only a regular one, no link and with no other
 /// name, that root or the caller owns, and that no program answers for.

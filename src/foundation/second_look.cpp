@@ -8,7 +8,6 @@
 #include <sys/socket.h>
 #include <sys/uio.h>
 #include <sys/wait.h>
-#include <time.h>
 
 #include "foundation/child.h"
 #include "foundation/files.h"
@@ -17,25 +16,8 @@ namespace quorvel {
 
 namespace {
 
-constexpr int kLongestLook = 2000;  // milliseconds
-constexpr int kLongestEnd = 100;    // until a killed process is gone, unless a device keeps it
-
-int milliseconds_since(const struct timespec& start) {
-    struct timespec now = {};
-    (void)clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<int>((now.tv_sec - start.tv_sec) * 1000 + (now.tv_nsec - start.tv_nsec) / 1'000'000);
-}
-
-bool arrives_in_time(int pipe) {
-    struct timespec start = {};
-    (void)clock_gettime(CLOCK_MONOTONIC, &start);
-    for (int left = kLongestLook; left > 0; left = kLongestLook - milliseconds_since(start)) {
-        struct pollfd wait = {pipe, POLLIN, 0};
-        int ready = poll(&wait, 1, left);
-        if (ready > 0 || (ready < 0 && errno != EINTR)) return ready > 0;
-    }
-    return false;
-}
+constexpr int64_t kLongestLook = 2'000'000'000;  // nanoseconds
+constexpr int kLongestEnd = 100;  // milliseconds until a killed process is gone, unless a device keeps it
 
 // What the second process tells: a reason or 0, what it has seen, and the descriptor that is all of that.
 struct Message {
@@ -94,7 +76,8 @@ void end(pid_t process) {
 
 // What the second process has seen; 0, or the reason why nothing.
 [[nodiscard]] int take_answer(const Question& question, int socket) {
-    if (!arrives_in_time(socket)) return ETIMEDOUT;
+    int64_t left = kLongestLook;
+    if (!arrives_in_time(socket, left)) return ETIMEDOUT;
     Message message;
     lay_out(message, question);
     make_room_for_descriptor(message);

@@ -10,6 +10,7 @@
 #include "foundation/files.h"
 #include "foundation/key_value.h"
 #include "foundation/line_reader.h"
+#include "foundation/look.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
 #include "quorvel/registry.h"
@@ -53,7 +54,7 @@ void print_line(const char* line) {
     entry.path = path;
     // A file is one that could be opened, so that none is left to be reported as "is not exist!".
     mode_t type = 0;
-    LineFile file(open_for_reading(path, type), kReaderPiece);
+    LineFile file(open_in_time(path, type), kReaderPiece);
     if (type != S_IFREG) {
         int reason = reason_of(type);
         printf("%s is not a file!\n", path.c_str());
@@ -65,7 +66,7 @@ void print_line(const char* line) {
     for (const char* line : file)
         print_line(line);
     puts("\t}");
-    return 0;
+    return file.reader.failed ? -1 : 0;
 }
 
 // get_StringbyKey from a file that is open.
@@ -80,7 +81,7 @@ void print_line(const char* line) {
 [[nodiscard]] int read_entry(ConfigEntry& entry) {
     trace(kTrace, "%s:CMD_READ scKeyPath=%s\n", kFunction, entry.path.c_str());
     mode_t type;
-    Descriptor file = open_for_reading(entry.path, type);
+    Descriptor file = open_in_time(entry.path, type);
     if (type == S_IFDIR) return list_file(entry);
     if (type != S_IFREG) return reject_key(entry.name.c_str(), entry.path.c_str(), reason_of(type));
     std::optional<RegistryText> value = read_value(file, entry.name);
@@ -103,7 +104,7 @@ void announce_new_entry(const ConfigEntry& entry) {
     trace(kTrace, "%s : scKeyName = %s\n", kFunction, entry.name.c_str());
     {
         mode_t type;
-        Descriptor file = open_for_reading(entry.path, type);
+        Descriptor file = open_in_time(entry.path, type);
         if (type != S_IFREG) return reject_key(entry.name.c_str(), entry.path.c_str(), reason_of(type));
         if (!read_value(file, entry.name)) announce_new_entry(entry);
     }
@@ -114,7 +115,7 @@ void announce_new_entry(const ConfigEntry& entry) {
 [[nodiscard]] int delete_entry(const ConfigEntry& entry) {
     trace(kTrace, "%s:CMD_WRITE\n", kFunction);
     mode_t type;
-    (void)open_for_reading(entry.path, type);  // one that cannot be read is none
+    (void)open_in_time(entry.path, type);  // one that cannot be read is none
     if (type != S_IFREG) return reject_key(entry.name.c_str(), entry.path.c_str(), reason_of(type));
     return del_StringbyKey(entry.path.c_str(), entry.name.c_str(), "") == 0 ? 0 : -1;
 }

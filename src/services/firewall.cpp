@@ -10,6 +10,7 @@
 #include "foundation/failure.h"
 #include "foundation/feature_settings.h"
 #include "foundation/files.h"
+#include "foundation/look.h"
 #include "foundation/options.h"
 #include "foundation/replacement.h"
 #include "quorvel/services.h"
@@ -134,7 +135,7 @@ int start(const char* requested) {
     Turn turn;
     PortsFile choice = choose_ports_file(requested);
     Descriptor file;
-    if (choice.path != nullptr) file = open_for_reading(choice.path);
+    if (choice.path != nullptr) file = open_in_time(choice.path);
     bool opened = static_cast<bool>(file);
     RulePlan plan;
     if (opened && !read_ports(static_cast<Descriptor&&>(file), plan)) return -1;

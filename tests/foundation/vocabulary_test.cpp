@@ -118,6 +118,26 @@ TEST_F(Vocabulary, LinesComeAsPiecesOfTheLimit) {
     }
 }
 
+TEST_F(Vocabulary, IsNotKeptByAPipeThatBringsAByteNowAndThen) {
+    mkfifo("/tmp/fifo", 0600);
+    LineFile file(open_for_reading("/tmp/fifo"), 100);
+    const pid_t writer = fork();
+    if (writer == 0) {
+        const int pipe = open("/tmp/fifo", O_WRONLY);
+        for (int i = 0; i < 100; i++) {
+            (void)!write(pipe, "x", 1);
+            usleep(20'000);
+        }
+        _exit(0);
+    }
+    usleep(50'000);
+    file.reader.patience = 200'000'000;
+    const size_t length = next_piece(file.reader).size();
+    EXPECT_TRUE(file.reader.failed && length > 1 && length < 50) << length;
+    kill(writer, SIGKILL);
+    waitpid(writer, nullptr, 0);
+}
+
 TEST_F(Vocabulary, ReadsNumbersAtTheirLimits) {
     const struct {
         const char* text;

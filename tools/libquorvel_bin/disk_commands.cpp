@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "erasing_commands.h"
+#include "foundation/look.h"
 #include "libquorvel_bin.h"
 #include "telling.h"
 
@@ -28,7 +29,7 @@ constexpr char kTemperatureTool[] = "/usr/local/sbin/smartctl";
 const char* reason_for_no_temperature(const char* device, int result) {
     constexpr int kNotExecutable = 95;
     if (result == kNotExecutable) return "the node is not usable: it has no executable flag";
-    if (access(device, F_OK) != 0) {
+    if (!quorvel::path_exists_in_time(device)) {
         return errno != ENOENT                  ? strerror(errno)
                : strchr(device, '/') != nullptr ? "no such device"
                                                 : "no such path; a device is /dev/NAME";

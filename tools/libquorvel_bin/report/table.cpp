@@ -48,12 +48,14 @@ size_t width_of_sequence(std::string_view sequence) {
     return wide ? 2 : 1;
 }
 
-// The longest beginning of a text that fits, and its width.
+// The longest beginning of a text that fits, and its width. Facts are whole characters: what is none is the rest of
+// one, where a text was cut to its room.
 std::string_view fitting(std::string_view text, size_t columns, size_t& width) {
     size_t length = 0;
     width = 0;
     while (length < text.size()) {
-        const size_t bytes = std::max<size_t>(utf8_sequence(behind(text, length)), 1);
+        const size_t bytes = utf8_sequence(behind(text, length));
+        if (bytes == 0) break;
         const size_t wide = width_of_sequence(front_of(behind(text, length), bytes));
         if (width + wide > columns) break;
         width += wide;

@@ -11,7 +11,6 @@
 #include "foundation/files.h"
 #include "foundation/key_value.h"
 #include "foundation/line_reader.h"
-#include "foundation/look.h"
 #include "foundation/replacement.h"
 #include "foundation/shell.h"
 #include "foundation/text.h"
@@ -33,7 +32,7 @@ struct Source {
 
 // Only a file that does not exist counts as empty; none, and errno, for one that cannot be read.
 [[nodiscard]] std::optional<Source> open_source(const char* path) {
-    Source source = {open_in_time(path), {}};
+    Source source = {open_for_reading(path), {}};
     if (!source.file && errno != ENOENT) return {};
     if (!source.file) return source;
     if (fstat(source.file.number, &source.status) != 0) return {};

@@ -11,7 +11,6 @@
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
-#include "foundation/line_reader.h"
 #include "foundation/mount_table.h"
 
 namespace quorvel {
@@ -60,17 +59,21 @@ bool look_at_directory(const char* path, void*) {
 
 // No account mounts anything there, and what the caller has open has its name there: "/dev/fd/3".
 bool is_systems_own(const char* path) {
-    return !starts_with(path, files::kSharedMemory) &&
+    return !starts_with(path, files::kSharedMemory) && !contains(path, "/..") &&
            std::any_of(std::begin(files::kSystemPlaces), std::end(files::kSystemPlaces),
                        [path](const char* place) { return starts_with(path, place); });
 }
 
+// A settings file is a hundredth of it, and the boards have little memory.
+constexpr size_t kLongestCopy = size_t{4} << 20;
+
 [[nodiscard]] bool copy_content(int from, int to) {
     char block[4096];
     size_t copied = 0;
-    for (ssize_t count = 1; count > 0 && copied <= kMostRead; copied += static_cast<size_t>(count)) {
+    for (ssize_t count = 1; count > 0; copied += static_cast<size_t>(count)) {
         count = read_fully(from, block, sizeof block);
-        if (count < 0 || !write_fully(to, block, static_cast<size_t>(count))) return false;
+        if (copied > kLongestCopy) errno = EFBIG;
+        if (count < 0 || copied > kLongestCopy || !write_fully(to, block, static_cast<size_t>(count))) return false;
     }
     return lseek(to, 0, SEEK_SET) == 0;
 }

@@ -21,7 +21,7 @@ namespace quorvel {
 
 /// Opens a caller's path for reading, which may lead anywhere, as open_for_reading does. Of a regular file that a
 /// program answers for the descriptor is a copy in memory: reading it waits for nobody. ETIMEDOUT when that takes two
-/// seconds.
+/// seconds, EFBIG above 4 MiB.
 [[nodiscard]] Descriptor open_in_time(WholeText path);
 
 /// The same, of what is a regular file or a directory; `type` tells which, as open_for_reading does.

@@ -7,6 +7,10 @@ TEST_F(NetTest, NetHelper) {
     ip("link add br1 type bridge");
     ip("address add 10.9.0.1/32 dev br1");
     play("net/expected/net-helper", LibQuorvelBin_NetHelper);
+    debug = 0;
+    EXPECT_EQ(call(LibQuorvelBin_NetHelper, words_of("x net -d -h")).result, 0);
+    EXPECT_EQ(debug, 1);
+    debug = 0;
 }
 
 TEST_F(NetTest, Records) {

@@ -46,4 +46,7 @@ TEST_F(NetTest, NthNameServer) {
         EXPECT_EQ(printed.text(), output);
         EXPECT_EQ(dst, server + std::string(20 - server.size(), '#')) << info << n;
     }
+    char dst[20];
+    remove(kResolver);
+    EXPECT_EQ(LibQuorvelBin_GetDNS(1, "", dst), -1);
 }

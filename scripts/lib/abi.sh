@@ -36,9 +36,9 @@ write_constants() {
 abi_record=abi/$(uname -m).abi
 constants_record=abi/constants.txt
 
-# What abidiff shall not miss: the names of subsystems that this build leaves out, and what another C library has in the
+# What abidiff shall not report: the names of subsystems that this build leaves out, and what another C library has in the
 # types that are its own.
-left_out_suppressions() {
+expected_differences() {
     printf '[suppress_type]\n  name = _IO_FILE\n'
     comm -23 <(sed -nE 's/^ +([A-Za-z_0-9]+);.*/\1/p' src/libquorvel_bin.map | sort) <(listed_exports) |
         sed 's/.*/[suppress_function]\n  symbol_name = &\n[suppress_variable]\n  symbol_name = &/'
@@ -49,8 +49,8 @@ left_out_suppressions() {
 interface_changes() {
     local now=$1 report
     shift
-    left_out_suppressions >"$now/left-out"
-    report=$(abidiff --harmless --suppressions "$now/left-out" "$@" "$abi_record" "$now/library.abi") ||
+    expected_differences >"$now/expected"
+    report=$(abidiff --harmless --suppressions "$now/expected" "$@" "$abi_record" "$now/library.abi") ||
         printf '%s\n' "$report"
 }
 

@@ -69,13 +69,14 @@ constexpr size_t kLongestCopy = size_t{4} << 20;
 
 [[nodiscard]] bool copy_content(int from, int to) {
     char block[4096];
-    size_t copied = 0;
-    for (ssize_t count = 1; count > 0; copied += static_cast<size_t>(count)) {
-        count = read_fully(from, block, sizeof block);
-        if (copied > kLongestCopy) errno = EFBIG;
-        if (count < 0 || copied > kLongestCopy || !write_fully(to, block, static_cast<size_t>(count))) return false;
+    for (size_t copied = 0; copied <= kLongestCopy;) {
+        const ssize_t count = read_fully(from, block, sizeof block);
+        if (count == 0) return lseek(to, 0, SEEK_SET) == 0;
+        if (count < 0 || !write_fully(to, block, static_cast<size_t>(count))) return false;
+        copied += static_cast<size_t>(count);
     }
-    return lseek(to, 0, SEEK_SET) == 0;
+    errno = EFBIG;
+    return false;
 }
 
 // What a file brings that a program answers for may be withheld at any time. Before Linux 3.17 there is no such copy.

@@ -5,9 +5,9 @@
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/key_value.h"
-#include "foundation/look.h"
 #include "foundation/numbers.h"
 #include "foundation/trace.h"
+#include "foundation/trusted.h"
 #include "quorvel/platform.h"
 
 namespace quorvel {

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "foundation/files.h"
-#include "foundation/look.h"
+#include "foundation/open_in_time.h"
 
 namespace quorvel {
 

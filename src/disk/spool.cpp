@@ -9,6 +9,7 @@
 #include "foundation/look.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
+#include "foundation/trusted.h"
 #include "quorvel/foundation.h"
 #include "quorvel/naming.h"
 

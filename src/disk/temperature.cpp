@@ -22,13 +22,6 @@ constexpr char kTemperatureRow[] = "194 ";
 constexpr int kRawValueField = 10;
 constexpr size_t kPiece = 1023;
 
-bool look_at_mode(const char* path, void* answer) {
-    struct stat status;
-    if (stat(path, &status) != 0) return false;
-    *static_cast<mode_t*>(answer) = status.st_mode;
-    return true;
-}
-
 int report_temperature(const char* row) {
     char value[kPiece + 1];
     if (LibQuorvelBin_GetSpecifiedKey(value, sizeof value, row, " ", kRawValueField) != 0) return fail(ENODATA);
@@ -41,7 +34,7 @@ int report_temperature(const char* row) {
 
 int LibQuorvelBin_GetDiskTemperature(int, const char* device) {
     mode_t mode = 0;
-    if (!look_in_time(look_at_mode, device != nullptr ? device : "", &mode, sizeof mode)) {
+    if (!read_mode(device != nullptr ? device : "", mode)) {
         int reason = errno;
         puts("smartctl is not exist on this platform!");
         return fail(reason, reason);

@@ -12,8 +12,8 @@
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
-#include "foundation/look.h"
 #include "foundation/shell.h"
+#include "foundation/trusted.h"
 #include "quorvel/disk.h"
 
 using namespace quorvel;

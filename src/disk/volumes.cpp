@@ -7,9 +7,9 @@
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
-#include "foundation/look.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
+#include "foundation/trusted.h"
 #include "quorvel/foundation.h"
 #include "quorvel/naming.h"
 

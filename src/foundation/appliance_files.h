@@ -14,7 +14,7 @@ inline constexpr char kDumpFeatureTool[] = "/usr/local/bin/dumpnf";
 inline constexpr char kNvramTool[] = "/usr/local/sbin/nvram";
 inline constexpr char kPasswords[] = "/etc/passwd";
 inline constexpr char kMoveTool[] = "mv";
-inline constexpr char kSystemPlaces[][8] = {"/etc/", "/proc/", "/sys/", "/dev/"};
+inline constexpr char kSystemPlaces[][16] = {"/etc/", "/sys/", "/dev/", "/proc/self/fd/"};
 inline constexpr char kSharedMemory[] = "/dev/shm/";
 
 // Platform

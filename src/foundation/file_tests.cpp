@@ -17,7 +17,7 @@ bool look_for_type(const char* path, void* answer) {
 int is_readable_of_type(const char* path, mode_t type) {
     mode_t found = 0;
     if (path == nullptr) return quorvel::fail(EINVAL, 0);
-    return quorvel::look_in_time(look_for_type, path, &found, sizeof found) && found == type ? 1 : 0;
+    return quorvel::look_in_time({look_for_type, path, &found, sizeof found}) && found == type ? 1 : 0;
 }
 
 }  // namespace

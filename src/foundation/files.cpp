@@ -5,8 +5,8 @@
 #include <poll.h>
 #include <string.h>
 #include <sys/stat.h>
-#include <time.h>
 
+#include "foundation/clock.h"
 #include "foundation/line_reader.h"
 
 namespace quorvel {
@@ -21,15 +21,6 @@ constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
         return Descriptor();
     }
     return above_standard(open(path.text, flags, mode));
-}
-
-constexpr int64_t kSecond = 1'000'000'000;
-constexpr int64_t kMillisecond = 1'000'000;
-
-int64_t nanoseconds_now() {
-    struct timespec now = {};
-    (void)clock_gettime(CLOCK_MONOTONIC, &now);
-    return now.tv_sec * kSecond + now.tv_nsec;
 }
 
 mode_t type_of(const struct stat& status) {

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <stddef.h>
-#include <stdint.h>
 #include <sys/types.h>
 
+#include "foundation/clock.h"
 #include "foundation/handles.h"
 #include "foundation/text.h"
 
@@ -44,7 +44,7 @@ namespace quorvel {
 [[nodiscard]] bool write_fully(int descriptor, const void* data, size_t size);
 
 /// How long all that the other end of a pipe has yet to write is waited for, in nanoseconds.
-inline constexpr int64_t kLongestWait = 10'000'000'000;
+inline constexpr int64_t kLongestWait = 10 * kSecond;
 
 /// Waits for input, `left` nanoseconds at most, and takes off what it has waited: who asks again and again with one
 /// number waits no longer in all. EINTR is retried. False when nothing came.

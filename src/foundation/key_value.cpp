@@ -8,7 +8,7 @@
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
-#include "foundation/look.h"
+#include "foundation/open_in_time.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
 #include "quorvel/foundation.h"

@@ -10,13 +10,14 @@
 #include <sys/wait.h>
 
 #include "foundation/child.h"
+#include "foundation/clock.h"
 #include "foundation/files.h"
 
 namespace quorvel {
 
 namespace {
 
-constexpr int64_t kLongestLook = 2'000'000'000;  // nanoseconds
+constexpr int64_t kLongestLook = 2 * kSecond;
 constexpr int kLongestEnd = 100;  // milliseconds until a killed process is gone, unless a device keeps it
 
 // What the second process tells: a reason or 0, what it has seen, and the descriptor that is all of that.
@@ -62,7 +63,7 @@ void enclose(Message& message, int descriptor) {
     keep_only(socket);
     Message message;
     lay_out(message, question);
-    message.error = question.look(question.path, question.answer) ? 0 : errno;
+    message.error = question.look(question.path.text, question.answer) ? 0 : errno;
     if (question.brings_descriptor && message.error == 0) enclose(message, *static_cast<int*>(question.answer));
     (void)sendmsg(socket, &message.header, MSG_NOSIGNAL);
     _exit(0);

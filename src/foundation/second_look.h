@@ -3,16 +3,18 @@
 
 #include <stddef.h>
 
+#include "foundation/text.h"
+
 namespace quorvel {
 
 /// A look at what a path holds: fills an answer, or is false and sets errno.
 using Look = bool (*)(const char* path, void* answer);
 
-/// What is to be looked at, where the answer goes, which is one message of a page or so at most, and whether it is the
-/// number of a descriptor.
+/// What is to be looked at, a path that is not cut, where the answer goes, which is one message of a page or so at
+/// most, and whether it is the number of a descriptor.
 struct Question {
     Look look;
-    const char* path;
+    WholeText path;
     void* answer;
     size_t size;
     bool brings_descriptor = false;

@@ -10,7 +10,7 @@
 #include "foundation/files.h"
 #include "foundation/key_value.h"
 #include "foundation/line_reader.h"
-#include "foundation/look.h"
+#include "foundation/open_in_time.h"
 #include "foundation/text.h"
 #include "foundation/trace.h"
 #include "quorvel/registry.h"

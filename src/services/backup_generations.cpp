@@ -67,7 +67,7 @@ int LibQuorvelBin_GetLastDestTarget(char* dst, size_t size, const char* destinat
     Text<kAddressText> task_directory("%.*s", static_cast<int>(generation), destination);
     LastGeneration generations;
     generations.own.add({own, behind});
-    if (!look_in_time(find_last, task_directory, &generations, sizeof generations)) return -1;
+    if (!look_in_time({find_last, task_directory, &generations, sizeof generations})) return -1;
 
     Text<kLinkTarget> target;
     for (int level = depth(own); level > 0; level--)

@@ -10,7 +10,7 @@
 #include "foundation/failure.h"
 #include "foundation/feature_settings.h"
 #include "foundation/files.h"
-#include "foundation/look.h"
+#include "foundation/open_in_time.h"
 #include "foundation/options.h"
 #include "foundation/replacement.h"
 #include "quorvel/services.h"

@@ -11,11 +11,11 @@
 
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
-#include "foundation/look.h"
 #include "foundation/numbers.h"
 #include "foundation/options.h"
 #include "foundation/replacement.h"
 #include "foundation/shell.h"
+#include "foundation/trusted.h"
 #include "quorvel/foundation.h"
 #include "support/appliance.h"
 

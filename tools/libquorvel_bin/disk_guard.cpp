@@ -66,7 +66,7 @@ bool is_backing(dev_t number, Text<256>& loop) {
         char file[512];
         dev_t backing;
         if (!read_first_line(SysPath("%s/%s/loop/backing_file", kBlockDevices, name).c_str(), file, sizeof file) ||
-            !look_in_time(look_for_number, file, &backing, sizeof backing) || backing != number) {
+            !look_in_time({look_for_number, file, &backing, sizeof backing}) || backing != number) {
             return false;
         }
         loop.add(name);

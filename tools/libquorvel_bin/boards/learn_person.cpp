@@ -6,10 +6,10 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/ioctl.h>
-#include <time.h>
 #include <unistd.h>
 
 #include "boards/learn.h"
+#include "foundation/clock.h"
 #include "foundation/files.h"
 #include "libquorvel_bin.h"
 
@@ -18,12 +18,6 @@ using namespace quorvel;
 namespace {
 
 // ---- The terminal ----
-
-int64_t milliseconds() {
-    struct timespec now = {};
-    (void)clock_gettime(CLOCK_MONOTONIC, &now);
-    return now.tv_sec * 1000 + now.tv_nsec / 1'000'000;
-}
 
 // Whether a line, or the end of them, is there to be read within a time.
 bool is_line_waiting(int timeout) {
@@ -106,7 +100,7 @@ enum class Change { kNone, kBay, kOther };
     printf("%s: put a disk in, or pull it out, and press Enter; Enter alone leaves it out.\n",
            name_of_bay(type, slot).c_str());
     int64_t end = -1;
-    for (int64_t told = 0; end < 0 || milliseconds() < end;) {
+    for (int64_t told = 0; end < 0 || nanoseconds_now() < end;) {
         if (see_change(plugging, type, slot) == Change::kBay) {
             printf("This is %s.\n", name_of_bay(type, slot).c_str());
             return true;
@@ -114,11 +108,11 @@ enum class Change { kNone, kBay, kOther };
         char line[64];
         if (end >= 0) {
             usleep(200'000);
-            int64_t left = (end - milliseconds()) / 1000;
+            int64_t left = (end - nanoseconds_now()) / kSecond;
             if (left != told && left > 0) printf("  waiting for a disk, %d s left\n", static_cast<int>(told = left));
         } else if (is_line_waiting(200)) {
             if (!read_answer(line, sizeof line)) return false;
-            end = milliseconds() + static_cast<int64_t>(plugging.wait) * 1000;
+            end = nanoseconds_now() + plugging.wait * kSecond;
         }
     }
     printf("No disk came or went: %s is left out.\n", name_of_bay(type, slot).c_str());
@@ -173,8 +167,8 @@ void blink(const BlockDisk& disk, int wait) {
         perror(disk.name.c_str());
         return;
     }
-    int64_t end = milliseconds() + static_cast<int64_t>(wait) * 1000;
-    while (milliseconds() < end && !is_line_waiting(0))
+    int64_t end = nanoseconds_now() + wait * kSecond;
+    while (nanoseconds_now() < end && !is_line_waiting(0))
         read_somewhere(light);
     free(light.block);
 }

@@ -167,7 +167,7 @@ void find_generation(BackupFacts& task, std::string_view destination) {
     Text<2048> folder;
     folder.add(front_of(destination, found + marker.length));
     int64_t latest = is_known(task.last_generation_seconds) ? task.last_generation_seconds.value : -1;
-    if (quorvel::look_in_time(find_latest, folder, &latest, sizeof latest) && latest >= 0)
+    if (quorvel::look_in_time({find_latest, folder, &latest, sizeof latest}) && latest >= 0)
         set(task.last_generation_seconds, latest);
 }
 

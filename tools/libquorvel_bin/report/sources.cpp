@@ -7,7 +7,7 @@
 #include <charconv>
 
 #include "foundation/files.h"
-#include "foundation/look.h"
+#include "foundation/trusted.h"
 
 namespace report {
 

@@ -7,11 +7,11 @@
 #include <spawn.h>
 #include <string.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
 
+#include "foundation/clock.h"
 #include "report/facts.h"
 
 namespace report {
@@ -26,12 +26,6 @@ struct Run {
     quorvel::Descriptor pipe;
     int64_t end = 0;
 };
-
-int64_t now_milliseconds() {
-    struct timespec now = {};
-    (void)clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
-}
 
 [[nodiscard]] int spawn_with(Run& run, int write_end, posix_spawn_file_actions_t& actions,
                              posix_spawnattr_t& attributes) {
@@ -70,7 +64,7 @@ void start(Run& run, Tool& tool, int milliseconds) {
     }
     run.pipe = quorvel::Descriptor(ends[0]);
     const quorvel::Descriptor write_end(ends[1]);
-    run.end = now_milliseconds() + milliseconds;
+    run.end = quorvel::nanoseconds_now() + milliseconds * quorvel::kMillisecond;
     const int error = spawn(run, write_end.number);
     if (error == 0) return;
     tool.reason = error == ENOENT ? "the tool is not installed" : strerror(error);
@@ -128,15 +122,17 @@ void wait_for_output(std::span<Run> runs) {
     for (size_t i = 0; i < runs.size(); i++) {
         waits[i] = {runs[i].tool != nullptr ? runs[i].pipe.number : -1, POLLIN, 0};
         if (runs[i].tool == nullptr) continue;
-        first_end = std::min(first_end, runs[i].pipe ? runs[i].end : now_milliseconds() + 1);
+        first_end =
+            std::min(first_end, runs[i].pipe ? runs[i].end : quorvel::nanoseconds_now() + quorvel::kMillisecond);
     }
     if (first_end == INT64_MAX) return;
-    const int64_t left = std::clamp<int64_t>(first_end - now_milliseconds(), 0, 60000);
+    const int64_t left = std::clamp<int64_t>(
+        (first_end - quorvel::nanoseconds_now() + quorvel::kMillisecond - 1) / quorvel::kMillisecond, 0, 60000);
     (void)poll(waits, static_cast<nfds_t>(runs.size()), static_cast<int>(left));
     for (size_t i = 0; i < runs.size(); i++) {
         if (runs[i].tool != nullptr && waits[i].revents != 0) take_output(runs[i]);
         if (runs[i].tool != nullptr && !runs[i].pipe) end_in_time(runs[i]);
-        if (runs[i].tool != nullptr && now_milliseconds() >= runs[i].end) end_late(runs[i]);
+        if (runs[i].tool != nullptr && quorvel::nanoseconds_now() >= runs[i].end) end_late(runs[i]);
     }
 }
 

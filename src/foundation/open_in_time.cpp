@@ -1,0 +1,80 @@
+#include "foundation/open_in_time.h"
+
+#include <errno.h>
+#include <linux/magic.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/statfs.h>
+#include <sys/syscall.h>
+
+#include "foundation/files.h"
+#include "foundation/look.h"
+
+namespace quorvel {
+
+namespace {
+
+// A settings file is a hundredth of it, and the boards have little memory.
+constexpr size_t kLongestCopy = size_t{4} << 20;
+
+[[nodiscard]] bool copy_content(int from, int to) {
+    char block[4096];
+    for (size_t copied = 0; copied <= kLongestCopy;) {
+        const ssize_t count = read_fully(from, block, sizeof block);
+        if (count == 0) return lseek(to, 0, SEEK_SET) == 0;
+        if (count < 0 || !write_fully(to, block, static_cast<size_t>(count))) return false;
+        copied += static_cast<size_t>(count);
+    }
+    errno = EFBIG;
+    return false;
+}
+
+// What a file brings that a program answers for may be withheld at any time. Before Linux 3.17 there is no such copy.
+[[nodiscard]] Descriptor unwithheld(Descriptor file) {
+    struct statfs system;
+    struct stat status;
+    if (!file || fstatfs(file.number, &system) != 0 || fstat(file.number, &status) != 0) return Descriptor();
+    if (system.f_type != FUSE_SUPER_MAGIC || !S_ISREG(status.st_mode)) return file;
+    Descriptor copy(static_cast<int>(syscall(SYS_memfd_create, "copy", MFD_CLOEXEC)));
+    if (!copy) return file;
+    return copy_content(file.number, copy.number) ? static_cast<Descriptor&&>(copy) : Descriptor();
+}
+
+struct Opened {
+    int number = -1;
+    mode_t type = 0;
+};
+
+bool open_anything(const char* path, void* answer) {
+    auto& opened = *static_cast<Opened*>(answer);
+    opened.number = unwithheld(open_for_reading(path)).release();
+    return opened.number >= 0;
+}
+
+bool open_file_or_directory(const char* path, void* answer) {
+    auto& opened = *static_cast<Opened*>(answer);
+    Descriptor file = open_for_reading(path, opened.type);
+    if (!file && opened.type != 0) errno = EINVAL;
+    opened.number = unwithheld(static_cast<Descriptor&&>(file)).release();
+    return opened.number >= 0;
+}
+
+[[nodiscard]] Descriptor open_elsewhere(Look look, WholeText path, mode_t& type) {
+    Opened opened;
+    const bool found = look_elsewhere({look, path, &opened, sizeof opened, true});
+    type = found ? opened.type : 0;
+    return found ? above_standard(opened.number) : Descriptor();
+}
+
+}  // namespace
+
+Descriptor open_in_time(WholeText path) {
+    mode_t type;
+    return may_be_withheld(path) ? open_elsewhere(open_anything, path, type) : open_for_reading(path);
+}
+
+Descriptor open_in_time(WholeText path, mode_t& type) {
+    return may_be_withheld(path) ? open_elsewhere(open_file_or_directory, path, type) : open_for_reading(path, type);
+}
+
+}  // namespace quorvel

@@ -3,7 +3,8 @@
 # after common.sh and results.sh.
 #
 # A job takes as many cores as its width says (QUORVEL_JOBS inside), so that two heavy ones
-# leave room for each other; what it says is shown when it ends with a failure or a gap.
+# leave room for each other; one of width 0 mostly waits, and is in nobody's way. What a job
+# says is shown when it ends with a failure or a gap.
 
 job_names=() job_widths=() job_calls=()
 cores=$(nproc)
@@ -30,7 +31,7 @@ start_job() {
     (
         start_counting
         trap 'write_results >"$place.results"' EXIT
-        export QUORVEL_JOBS=${job_widths[$1]}
+        export QUORVEL_JOBS=$((job_widths[$1] ? job_widths[$1] : 1))
         # shellcheck disable=SC2086  # a function and its words
         ${job_calls[$1]}
         : >"$place.ended"

@@ -10,14 +10,19 @@ cases_in() {
     grep -oP "\[ *\Q$1\E *\] \K[^ ,]+(?=[ ,].*ms\)\$)" "$2" || true
 }
 
+# Runs a program; what it says goes to LOG, how it ends to LOG.status.
 run_test_program() {
-    local label=$1 program=$2 options=(--net-if-possible) log status=0 planned ok name bad
+    local program=$1 log=$2 options=(--net-if-possible) status=0
     [[ ${program##*/} != net*_test ]] || options=(--net)
-    log=$(mktemp)
     "$project_dir/tests/run-in-root" "${options[@]}" -- "${test_runner[@]}" "$program" --gtest_color=no >"$log" 2>&1 || status=$?
+    echo "$status" >"$log.status"
+}
+
+count_cases() {
+    local label=$1 log=$2 status planned ok name bad
+    status=$(<"$log.status")
     if ((status == cannot_offer)) && ! grep -q '^\[==========\]' "$log"; then
         skip "$label: $(tail -n 1 "$log")"
-        rm -f "$log"
         return
     fi
     planned=$(grep -oPm1 '^\[==========\] Running \K[0-9]+' "$log" || echo 0)
@@ -34,16 +39,20 @@ run_test_program() {
     fi
     for name in ${bad[@]+"${bad[@]}"}; do fail "$label: $name"; done
     if ((${#bad[@]})); then grep -vE '^\[( +(OK|RUN) +|-+|=+)\]' "$log" >&2 || true; fi
-    rm -f "$log"
 }
 
-# All test programs of a build directory.
+# All test programs of a build directory, two at a time: some of their cases wait.
 run_test_programs() {
-    local dir=$1 program found=no
+    local dir=$1 program programs=() logs
+    logs=$(mktemp -d)
     for program in "$project_dir/$dir"/tests/*_test; do
         [[ -x $program ]] || continue
-        found=yes
-        run_test_program "$dir/${program##*/}" "$program"
+        programs+=("${program##*/}")
+        ((${#programs[@]} <= 2)) || wait -n
+        run_test_program "$program" "$logs/${program##*/}" &
     done
-    [[ $found == yes ]] || fail "$dir: no test programs"
+    wait
+    for program in "${programs[@]}"; do count_cases "$dir/$program" "$logs/$program"; done
+    ((${#programs[@]})) || fail "$dir: no test programs"
+    rm -r -- "$logs"
 }

@@ -114,7 +114,8 @@ TEST_F(NamingRules, BusOfASerialNumber) {
     write_file("/proc/bus/usb/devices", "T:  Bus=02\nS:  SerialNumber=" + std::string(40, 'A') + "\n");
     EXPECT_EQ(get_bus_number_from_udevid(std::string(31, 'A').c_str()), 2);
     debug = 10;
-    write_file("/proc/bus/usb/devices", "T:  Bus=10 x\nT:  Bus=1 \nS:  SerialNumber=A\n");
+    write_file("/proc/bus/usb/devices",
+               "T:  Bus=10 x\nT:  Bus=1 \nS:  SerialNumber=A\nT:  \nS:  \nT:  Bus=03\nS:  SerialNumber=B x\n");
     EXPECT_EQ(printed_by([] { get_bus_number_from_udevid("B"); }),
               read_file("/source/tests/disk/expected/bus-traces.txt"));
 }

@@ -14,10 +14,13 @@ namespace quorvel {
 
 namespace {
 
-// What the caller has open has its name there, too: "/dev/fd/3" leads to "/proc/self/fd/3". A path that is written in
-// another way than it has to be may lead out of the place that it begins with.
+// Right below /dev is the system's own; deeper, as below /sys/fs, are places where accounts make files and directories
+// of theirs, over which they mount. What the caller has open has its name there, too: "/dev/fd/3" leads to
+// "/proc/self/fd/3". A path that is written in another way than it has to be may lead out of the place that it begins
+// with.
 bool is_systems_own(const char* path) {
-    if (starts_with(path, files::kSharedMemory) || contains(path, "//") || contains(path, "/.")) return false;
+    if (contains(path, "//") || contains(path, "/.")) return false;
+    if (starts_with(path, files::kNodes) && last_component(path) == path + strlen(files::kNodes)) return true;
     return std::any_of(std::begin(files::kSystemPlaces), std::end(files::kSystemPlaces),
                        [path](const char* place) { return starts_with(path, place); });
 }

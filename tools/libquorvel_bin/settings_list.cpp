@@ -95,7 +95,7 @@ const char* read_list(const char* path, SettingsList& list) {
     mode_t type;
     Descriptor file = open_in_time(path, type);
     if (type == S_IFREG && read_all(file.number, list)) return nullptr;
-    return errno != 0 ? strerror(errno) : "no regular file; \"-\" reads standard input";
+    return errno != 0 && errno != EINVAL ? strerror(errno) : "no regular file; \"-\" reads standard input";
 }
 
 int check_list(SettingsList& list, bool may_add) {

@@ -176,7 +176,7 @@ bool learn_by_serials(Proposal& proposal, const AllDisks& all, const char* path)
     Descriptor file = open_in_time(path, type);
     if (type != S_IFREG) {
         // Nobody has to be waited for to write into a regular file.
-        fprintf(stderr, "%s: %s\n", path, errno != 0 ? strerror(errno) : "no regular file");
+        fprintf(stderr, "%s: %s\n", path, errno != 0 && errno != EINVAL ? strerror(errno) : "no regular file");
         return false;
     }
     LineReader reader(file.number, kPiece);

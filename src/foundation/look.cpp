@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/mount_table.h"
 
@@ -43,6 +44,7 @@ bool look_at_file_system(const char* path, void* answer) {
 
 // The table tells only of now: with the device an account may mount between this look and the next.
 bool may_be_withheld(WholeText path) {
+    const KeptErrno kept;
     return path.text != nullptr && !is_systems_own(path.text) &&
            (path_exists(files::kProgramDevice) || programs_are_mounted());
 }

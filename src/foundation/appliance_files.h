@@ -14,8 +14,9 @@ inline constexpr char kDumpFeatureTool[] = "/usr/local/bin/dumpnf";
 inline constexpr char kNvramTool[] = "/usr/local/sbin/nvram";
 inline constexpr char kPasswords[] = "/etc/passwd";
 inline constexpr char kMoveTool[] = "mv";
-inline constexpr char kSystemPlaces[][16] = {"/etc/", "/sys/", "/dev/", "/proc/self/fd/"};
-inline constexpr char kSharedMemory[] = "/dev/shm/";
+inline constexpr char kNodes[] = "/dev/";
+inline constexpr char kSystemPlaces[][16] = {"/etc/",         "/sys/block/", "/sys/bus/",     "/sys/class/",
+                                             "/sys/devices/", "/dev/fd/",    "/proc/self/fd/"};
 
 // Platform
 inline constexpr char kBorelClass[] = "/sys/class/borel";

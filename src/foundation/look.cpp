@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "foundation/appliance_files.h"
+#include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/mount_table.h"
 
@@ -14,10 +15,13 @@ namespace quorvel {
 
 namespace {
 
-// What the caller has open has its name there, too: "/dev/fd/3" leads to "/proc/self/fd/3". A path that is written in
-// another way than it has to be may lead out of the place that it begins with.
+// Right below /dev is the system's own; deeper, as below /sys/fs, are places where accounts make files and directories
+// of theirs, over which they mount. What the caller has open has its name there, too: "/dev/fd/3" leads to
+// "/proc/self/fd/3". A path that is written in another way than it has to be may lead out of the place that it begins
+// with.
 bool is_systems_own(const char* path) {
-    if (starts_with(path, files::kSharedMemory) || contains(path, "//") || contains(path, "/.")) return false;
+    if (contains(path, "//") || contains(path, "/.")) return false;
+    if (starts_with(path, files::kNodes) && last_component(path) == path + strlen(files::kNodes)) return true;
     return std::any_of(std::begin(files::kSystemPlaces), std::end(files::kSystemPlaces),
                        [path](const char* place) { return starts_with(path, place); });
 }
@@ -40,6 +44,7 @@ bool look_at_file_system(const char* path, void* answer) {
 
 // The table tells only of now: with the device an account may mount between this look and the next.
 bool may_be_withheld(WholeText path) {
+    const KeptErrno kept;
     return path.text != nullptr && !is_systems_own(path.text) &&
            (path_exists(files::kProgramDevice) || programs_are_mounted());
 }

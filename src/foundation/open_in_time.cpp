@@ -29,15 +29,20 @@ constexpr size_t kLongestCopy = size_t{4} << 20;
     return false;
 }
 
-// What a file brings that a program answers for may be withheld at any time. Before Linux 3.17 there is no such copy.
+// A program answers for it, or it tells of a process, which a program may hold up so that nobody can look at it.
+bool may_be_late(const struct statfs& system) {
+    return system.f_type == FUSE_SUPER_MAGIC || system.f_type == PROC_SUPER_MAGIC;
+}
+
+// What such a file brings may be withheld at any time: without a copy, which Linux has from 3.17 on, nothing of it is
+// read.
 [[nodiscard]] Descriptor unwithheld(Descriptor file) {
     struct statfs system;
     struct stat status;
     if (!file || fstatfs(file.number, &system) != 0 || fstat(file.number, &status) != 0) return Descriptor();
-    if (system.f_type != FUSE_SUPER_MAGIC || !S_ISREG(status.st_mode)) return file;
+    if (!may_be_late(system) || !S_ISREG(status.st_mode)) return file;
     Descriptor copy(static_cast<int>(syscall(SYS_memfd_create, "copy", MFD_CLOEXEC)));
-    if (!copy) return file;
-    return copy_content(file.number, copy.number) ? static_cast<Descriptor&&>(copy) : Descriptor();
+    return copy && copy_content(file.number, copy.number) ? static_cast<Descriptor&&>(copy) : Descriptor();
 }
 
 struct Opened {

@@ -63,7 +63,8 @@ void enclose(Message& message, int descriptor) {
     keep_only(socket);
     Message message;
     lay_out(message, question);
-    message.error = question.look(question.path.text, question.answer) ? 0 : errno;
+    errno = 0;
+    if (!question.look(question.path.text, question.answer)) message.error = errno != 0 ? errno : EINVAL;
     if (question.brings_descriptor && message.error == 0) enclose(message, *static_cast<int*>(question.answer));
     (void)sendmsg(socket, &message.header, MSG_NOSIGNAL);
     _exit(0);

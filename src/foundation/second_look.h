@@ -7,7 +7,7 @@
 
 namespace quorvel {
 
-/// A look at what a path holds: fills an answer, or is false and sets errno.
+/// A look at what a path holds: fills an answer, or is false and sets errno; EINVAL is told for one that does not.
 using Look = bool (*)(const char* path, void* answer);
 
 /// What is to be looked at, a path that is not cut, where the answer goes, which is one message of a page or so at

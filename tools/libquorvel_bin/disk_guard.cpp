@@ -56,7 +56,7 @@ bool is_listed(const char* table, dev_t number, Text<256>& where) {
     return found;
 }
 
-// What a loop device shows may lie where an account has mounted a program since.
+// A path of the caller's, or what a loop device shows, may lie where an account has mounted a program since.
 bool look_for_number(const char* path, void* number) {
     return block_number(path, *static_cast<dev_t*>(number));
 }
@@ -101,7 +101,8 @@ int take_name(const struct disk_entry* entry, void* wanted) {
 
 bool find_disk(const char* path, Disk& disk, Reason& reason) {
     dev_t number;
-    if (!block_number(path, number)) return !because(reason, {path, " is no block device"});
+    if (!look_in_time({look_for_number, path, &number, sizeof number}))
+        return !because(reason, {path, " is no block device"});
     bool found = any_entry(kBlockDevices, [&](const char* name) {
         dev_t whole;
         if (!read_number(SysPath("%s/%s", kBlockDevices, name).c_str(), whole) || whole != number) return false;

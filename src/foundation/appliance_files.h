@@ -15,8 +15,12 @@ inline constexpr char kNvramTool[] = "/usr/local/sbin/nvram";
 inline constexpr char kPasswords[] = "/etc/passwd";
 inline constexpr char kMoveTool[] = "mv";
 inline constexpr char kNodes[] = "/dev/";
-inline constexpr char kSystemPlaces[][16] = {"/etc/",         "/sys/block/", "/sys/bus/",     "/sys/class/",
-                                             "/sys/devices/", "/dev/fd/",    "/proc/self/fd/"};
+inline constexpr char kProc[] = "/proc/";
+using Place = char[20];
+inline constexpr Place kSystemPlaces[] = {"/etc/",         "/sys/block/", "/sys/bus/",     "/sys/class/",
+                                          "/sys/devices/", "/dev/fd/",    "/proc/self/fd/"};
+inline constexpr Place kOwnProcess[] = {"/proc/self/", "/proc/thread-self/"};
+inline constexpr char kCopy[] = "/tmp/copy.XXXXXX";
 
 // Platform
 inline constexpr char kBorelClass[] = "/sys/class/borel";

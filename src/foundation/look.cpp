@@ -1,29 +1,36 @@
 #include "foundation/look.h"
 
 #include <errno.h>
+#include <string.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <iterator>
+#include <span>
 
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/mount_table.h"
+#include "foundation/numbers.h"
 
 namespace quorvel {
 
 namespace {
 
+bool is_below(const char* path, std::span<const files::Place> places) {
+    return std::any_of(places.begin(), places.end(), [path](const char* place) { return starts_with(path, place); });
+}
+
 // Right below /dev is the system's own; deeper, as below /sys/fs, are places where accounts make files and directories
 // of theirs, over which they mount. What the caller has open has its name there, too: "/dev/fd/3" leads to
 // "/proc/self/fd/3". A path that is written in another way than it has to be may lead out of the place that it begins
-// with.
+// with, and what /proc tells of a process leads to what that one has open, and waits for its memory.
 bool is_systems_own(const char* path) {
     if (contains(path, "//") || contains(path, "/.")) return false;
     if (starts_with(path, files::kNodes) && last_component(path) == path + strlen(files::kNodes)) return true;
-    return std::any_of(std::begin(files::kSystemPlaces), std::end(files::kSystemPlaces),
-                       [path](const char* place) { return starts_with(path, place); });
+    if (is_below(path, files::kSystemPlaces)) return true;
+    return starts_with(path, files::kProc) && !is_digit(path[strlen(files::kProc)]) &&
+           !is_below(path, files::kOwnProcess);
 }
 
 bool look_at_mode(const char* path, void* answer) {

@@ -1,12 +1,16 @@
 #include "foundation/open_in_time.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <linux/magic.h>
+#include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 #include <sys/syscall.h>
+#include <unistd.h>
 
+#include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/look.h"
 
@@ -34,14 +38,24 @@ bool may_be_late(const struct statfs& system) {
     return system.f_type == FUSE_SUPER_MAGIC || system.f_type == PROC_SUPER_MAGIC;
 }
 
-// What such a file brings may be withheld at any time: without a copy, which Linux has from 3.17 on, nothing of it is
-// read.
+// A file without a name. Linux has those in memory from 3.17 on.
+[[nodiscard]] Descriptor make_nameless_file() {
+    Descriptor file(static_cast<int>(syscall(SYS_memfd_create, "copy", MFD_CLOEXEC)));
+    if (file) return file;
+    char name[sizeof files::kCopy];
+    copy_text(name, sizeof name, files::kCopy);
+    file = Descriptor(mkostemp(name, O_CLOEXEC));
+    if (file) (void)unlink(name);
+    return file;
+}
+
+// What such a file brings may be withheld at any time: nothing of it is read but a copy.
 [[nodiscard]] Descriptor unwithheld(Descriptor file) {
     struct statfs system;
     struct stat status;
     if (!file || fstatfs(file.number, &system) != 0 || fstat(file.number, &status) != 0) return Descriptor();
     if (!may_be_late(system) || !S_ISREG(status.st_mode)) return file;
-    Descriptor copy(static_cast<int>(syscall(SYS_memfd_create, "copy", MFD_CLOEXEC)));
+    Descriptor copy = make_nameless_file();
     return copy && copy_content(file.number, copy.number) ? static_cast<Descriptor&&>(copy) : Descriptor();
 }
 

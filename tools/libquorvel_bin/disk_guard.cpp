@@ -37,6 +37,14 @@ bool because(Reason& reason, std::initializer_list<std::string_view> words) {
     return true;
 }
 
+// What is asked for, and what a loop device shows, may lie where an account has mounted a program.
+bool look_for_number(const char* path, void* number) {
+    return block_number(path, *static_cast<dev_t*>(number));
+}
+[[nodiscard]] bool block_number_in_time(const char* path, dev_t& number) {
+    return look_in_time({look_for_number, path, &number, sizeof number});
+}
+
 // A program that an account mounts is listed under any name, also one that only the program can look up, and one that
 // leaves the entry's type no room. Only what stands right below /dev is root's for certain.
 bool can_be_looked_up(const char* name) {
@@ -56,17 +64,12 @@ bool is_listed(const char* table, dev_t number, Text<256>& where) {
     return found;
 }
 
-// What a loop device shows may lie where an account has mounted a program since.
-bool look_for_number(const char* path, void* number) {
-    return block_number(path, *static_cast<dev_t*>(number));
-}
-
 bool is_backing(dev_t number, Text<256>& loop) {
     return any_entry(kBlockDevices, [&](const char* name) {
         char file[512];
         dev_t backing;
         if (!read_first_line(SysPath("%s/%s/loop/backing_file", kBlockDevices, name).c_str(), file, sizeof file) ||
-            !look_in_time({look_for_number, file, &backing, sizeof backing}) || backing != number) {
+            !block_number_in_time(file, backing) || backing != number) {
             return false;
         }
         loop.add(name);
@@ -101,7 +104,7 @@ int take_name(const struct disk_entry* entry, void* wanted) {
 
 bool find_disk(const char* path, Disk& disk, Reason& reason) {
     dev_t number;
-    if (!block_number(path, number)) return !because(reason, {path, " is no block device"});
+    if (!block_number_in_time(path, number)) return !because(reason, {path, " is no block device"});
     bool found = any_entry(kBlockDevices, [&](const char* name) {
         dev_t whole;
         if (!read_number(SysPath("%s/%s", kBlockDevices, name).c_str(), whole) || whole != number) return false;

@@ -10,6 +10,7 @@
 #include "disk/data_partition_size.h"
 #include "disk/partition_layouts.h"
 #include "disk_guard.h"
+#include "foundation/look.h"
 #include "held_signals.h"
 #include "libquorvel_bin.h"
 #include "telling.h"
@@ -69,8 +70,8 @@ bool stands_in_the_way(const Request& request, const Disk& disk, Reason& reason)
 
 // What is there but can hold no partitions: a pipe would keep dd waiting, which no signal ends here.
 bool is_no_disk(const char* path) {
-    struct stat status;
-    return stat(path, &status) == 0 && !S_ISBLK(status.st_mode) && !S_ISREG(status.st_mode);
+    mode_t mode = 0;
+    return read_mode(path, mode) && !S_ISBLK(mode) && !S_ISREG(mode);
 }
 
 // ---- The plan ----

@@ -75,10 +75,11 @@ bool is_on_path(const char* program) {
     if (!is_on_path(program))
         return no_answer(argv[1], program, "no such program on PATH: no rule is changed") == kExitOk;
     if (call.operation != 's') return true;
-    if (call.ports_file != nullptr && access(call.ports_file, F_OK) != 0)
-        (void)no_answer(argv[1], call.ports_file, reason_of_errno(""));
-    if (call.ports_file != nullptr && access(call.ports_file, R_OK) == 0) return true;
-    if (access(kDefaultPorts, R_OK) == 0) return true;
+    // The library chooses by the same question, which waits for no program that answers for a file.
+    errno = 0;
+    if (call.ports_file != nullptr && IsFileExist(call.ports_file) == 1) return true;
+    if (call.ports_file != nullptr) (void)no_answer(argv[1], call.ports_file, reason_of_errno("no regular file"));
+    if (IsFileExist(kDefaultPorts) == 1) return true;
     return no_answer(argv[1], kDefaultPorts, "not to be read: nothing is kept off any port") == kExitOk;
 }
 

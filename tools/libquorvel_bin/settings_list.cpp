@@ -7,6 +7,7 @@
 
 #include "foundation/files.h"
 #include "foundation/key_value.h"
+#include "foundation/open_in_time.h"
 
 using namespace quorvel;
 
@@ -87,7 +88,7 @@ const char* read_list(const char* path, SettingsList& list) {
     if (strcmp(path, "-") == 0) return read_all(STDIN_FILENO, list) ? nullptr : strerror(errno);
     errno = 0;
     mode_t type;
-    Descriptor file = open_for_reading(path, type);
+    Descriptor file = open_in_time(path, type);
     if (type == S_IFREG && read_all(file.number, list)) return nullptr;
     return errno != 0 ? strerror(errno) : "no regular file; \"-\" reads standard input";
 }

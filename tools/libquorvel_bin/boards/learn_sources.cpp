@@ -9,6 +9,7 @@
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/numbers.h"
+#include "foundation/open_in_time.h"
 #include "libquorvel_bin.h"
 
 using namespace quorvel;
@@ -172,7 +173,7 @@ bool learn_by_serials(Proposal& proposal, const AllDisks& all, const char* path)
     constexpr size_t kPiece = 511;
     errno = 0;
     mode_t type;
-    Descriptor file = open_for_reading(path, type);
+    Descriptor file = open_in_time(path, type);
     if (type != S_IFREG) {
         // Nobody has to be waited for to write into a regular file.
         fprintf(stderr, "%s: %s\n", path, errno != 0 ? strerror(errno) : "no regular file");

@@ -32,9 +32,10 @@ bool because(Reason& reason, std::initializer_list<std::string_view> words) {
 [[nodiscard]] bool block_number(const char* path, dev_t& number) {
     Descriptor node(open(path, O_PATH | O_CLOEXEC));
     struct stat status;
-    if (!node || fstat(node.number, &status) != 0 || !S_ISBLK(status.st_mode)) return false;
+    if (!node || fstat(node.number, &status) != 0) return false;
     number = status.st_rdev;
-    return true;
+    errno = ENOTBLK;  // a look that fails has a reason
+    return S_ISBLK(status.st_mode);
 }
 
 // What is asked for, and what a loop device shows, may lie where an account has mounted a program.

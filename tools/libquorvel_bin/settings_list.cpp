@@ -86,11 +86,11 @@ bool same_entry(const Change& one, const Change& other) {
 
 const char* read_list(const char* path, SettingsList& list) {
     if (strcmp(path, "-") == 0) return read_all(STDIN_FILENO, list) ? nullptr : strerror(errno);
-    errno = 0;
     mode_t type;
     Descriptor file = open_in_time(path, type);
     if (type == S_IFREG && read_all(file.number, list)) return nullptr;
-    return errno != 0 ? strerror(errno) : "no regular file; \"-\" reads standard input";
+    const bool failed = type == S_IFREG || (type == 0 && errno != EINVAL);
+    return failed ? strerror(errno) : "no regular file; \"-\" reads standard input";
 }
 
 int check_list(SettingsList& list, bool may_add) {

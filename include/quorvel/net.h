@@ -93,7 +93,8 @@ QUORVEL_API int getifinfo(const char* ifname);
 /** The interfaces that the net helper lists, in its order. */
 extern QUORVEL_API const char target_ifs[10][32];
 
-/** 1 when trunk group 1 or 2 has members (enet_port_trunk_group_N_members is not empty), else 0. */
+/** 1 when trunk group 1 or 2 has members (enet_port_trunk_group_N_members is not empty), else 0. errno, cleared before
+ * the call, tells why the settings could not be read when they are there. */
 QUORVEL_API int LibQuorvelBin_IsBondingMode(void);
 
 /** The number of entries of /sys/class/net, low 16 bits; 0 when it cannot be read. */

@@ -76,7 +76,7 @@ extern QUORVEL_API const struct firewall_service set_firewall_tab[QUORVEL_FIREWA
  * The ports file is read to its end before the filter table is touched, and nothing is printed before the last rule is
  * in. Between the flush and the last rule the signals that end a process are held back (SIGKILL cannot be). How many of
  * the commands failed, and which was the first, is told on standard error; the result is 0 all the same, and errno,
- * cleared before the call, is EIO.
+ * cleared before the call, is EIO; so it is for a start without a ports file.
  *
  * Callers take turns: who starts or stops while another's rules are being loaded waits until they are in, but not for
  * one that has been at the same command for ten seconds. The lock is the file /var/run/libquorvel_bin.firewall, for
@@ -101,7 +101,8 @@ extern QUORVEL_API const struct firewall_service set_firewall_tab[QUORVEL_FIREWA
  * @return 0 for all that ran, also without an operation, and when no ports file could be found or opened (which it
  * prints; the filter table is empty then, everything allowed); -1 for the usage text (EINVAL), when the default file
  * could not be made ("Can't open config file(PATH)") or not be written, and, with nothing changed, when memory ran out
- * or the ports file could not be read to its end. */
+ * or the ports file could not be read to its end, or the settings of the Ethernet ports are there and cannot be read.
+ */
 QUORVEL_API int LibQuorvelBin_FirewallEntry(int argc, char** argv);
 
 /** The backup command: what a backup task's settings are, and what rsync is to be told for it. Reads and prints only.

@@ -33,13 +33,13 @@ int report_temperature(const char* row) {
 }  // namespace
 
 int LibQuorvelBin_GetDiskTemperature(int, const char* device) {
-    mode_t mode = 0;
-    if (!read_mode(device != nullptr ? device : "", mode)) {
+    struct stat status;
+    if (!read_status(device != nullptr ? device : "", status)) {
         int reason = errno;
         puts("smartctl is not exist on this platform!");
         return fail(reason, reason);
     }
-    if ((mode & (S_IXUSR | S_IXGRP)) == 0) {
+    if ((status.st_mode & (S_IXUSR | S_IXGRP)) == 0) {
         puts("smartctl doesn't have a executable flag!");
         return fail(EACCES, kNotExecutable);
     }

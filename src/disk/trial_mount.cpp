@@ -22,11 +22,17 @@ namespace {
 
 using Command = Text<kCommandSize>;
 
+// How the commands are to run: hidden in the namespace, in the caller's sight, or not at all.
+enum class Sight : char { kHidden, kOpen, kNone };
+
 // ---- The process that has the namespace ----
 
-// Nothing that is mounted from here on is seen outside, or the other way round.
-bool is_hidden() {
-    return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+// Nothing that is mounted from here on is seen outside, or the other way round. Only where this can never be had is the
+// mount to be seen: whoever takes the descriptors or the memory for a moment must not bring a strange disk into view.
+Sight hide() {
+    if (unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0)
+        return Sight::kHidden;
+    return errno == EPERM || errno == EINVAL || errno == ENOSYS ? Sight::kOpen : Sight::kNone;
 }
 
 void run(const Command& command) {
@@ -34,30 +40,30 @@ void run(const Command& command) {
     (void)wait_for(child);  // a failed mount has probed the device as well
 }
 
-// Tells through the pipe whether the commands ran.
+// Tells through the pipe how the commands are to run, when they ran hidden.
 [[noreturn]] void run_hidden(const Command& mount_it, const Command& unmount_it, int answer) {
     signal(SIGCHLD, SIG_DFL);
-    char hidden = is_hidden() ? 1 : 0;
-    if (hidden == 1) {
+    const Sight sight = hide();
+    if (sight == Sight::kHidden) {
         run(mount_it);
         run(unmount_it);
     }
-    (void)write_fully(answer, &hidden, sizeof hidden);
+    (void)write_fully(answer, &sight, sizeof sight);
     _exit(0);
 }
 
-[[nodiscard]] bool ran_hidden(const Command& mount_it, const Command& unmount_it) {
+[[nodiscard]] Sight try_hidden(const Command& mount_it, const Command& unmount_it) {
     Pipe answer = make_pipe();
-    if (!answer) return false;
+    if (!answer) return Sight::kNone;
     (void)fflush(stdout);
     pid_t process = fork_undisturbed();
     if (process == 0) run_hidden(mount_it, unmount_it, answer.writing.number);
     answer.writing = Descriptor();
-    char hidden = 0;
-    if (process > 0 && read_fully(answer.reading.number, &hidden, sizeof hidden) != sizeof hidden) hidden = 0;
+    Sight sight = Sight::kNone;
+    if (process > 0 && read_fully(answer.reading.number, &sight, sizeof sight) != sizeof sight) sight = Sight::kNone;
     while (process > 0 && waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
     }
-    return hidden == 1;
+    return sight;
 }
 
 }  // namespace
@@ -69,7 +75,7 @@ int LibQuorvelBin_MountTest(const char* device) {
     if (mount_it.cut) return fail(E2BIG, 0);
     bool made = mkdir(files::kTrialMountPoint, S_IRWXU) == 0;
     if (!made && !is_trusted_directory(files::kTrialMountPoint)) return 0;
-    if (!ran_hidden(mount_it, unmount_it)) {
+    if (try_hidden(mount_it, unmount_it) == Sight::kOpen) {
         (void)run_command(mount_it);  // a failed mount has probed the device as well
         (void)run_command(unmount_it);
     }

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "foundation/failure.h"
 #include "foundation/files.h"
@@ -88,6 +89,11 @@ size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
     }
     if (found < requests.size() && !reader.failed) errno = ENODATA;
     return found;
+}
+
+bool could_not_be_read(int reason) {
+    static constexpr int kNothingSet[] = {0, ENOENT, ENOTDIR, ENODATA, EINVAL, EBADMSG};
+    return std::find(std::begin(kNothingSet), std::end(kNothingSet), reason) == std::end(kNothingSet);
 }
 
 }  // namespace quorvel

@@ -51,4 +51,8 @@ size_t read_keys(const char* path, std::span<KeyRequest> requests);
 /// As above, from a regular file that is open at its start.
 size_t read_keys(int descriptor, std::span<KeyRequest> requests);
 
+/// Whether errno, 0 before keys were asked for, tells that the file is there and could not be read: what was not found
+/// may be set all the same.
+[[nodiscard]] bool could_not_be_read(int reason);
+
 }  // namespace quorvel

@@ -2,7 +2,6 @@
 
 #include <errno.h>
 #include <string.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <span>
@@ -11,7 +10,6 @@
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/mount_table.h"
-#include "foundation/numbers.h"
 
 namespace quorvel {
 
@@ -33,11 +31,8 @@ bool is_systems_own(const char* path) {
            !is_below(path, files::kOwnProcess);
 }
 
-bool look_at_mode(const char* path, void* answer) {
-    struct stat status;
-    if (stat(path, &status) != 0) return false;
-    *static_cast<mode_t*>(answer) = status.st_mode;
-    return true;
+bool look_at_status(const char* path, void* answer) {
+    return stat(path, static_cast<struct stat*>(answer)) == 0;
 }
 
 bool look_at_file_system(const char* path, void* answer) {
@@ -66,12 +61,12 @@ bool look_in_time(const Question& question) {
 }
 
 bool path_exists_in_time(WholeText path) {
-    mode_t mode;
-    return read_mode(path, mode);
+    struct stat status;
+    return read_status(path, status);
 }
 
-bool read_mode(WholeText path, mode_t& mode) {
-    return look_in_time({look_at_mode, path, &mode, sizeof mode});
+bool read_status(WholeText path, struct stat& status) {
+    return look_in_time({look_at_status, path, &status, sizeof status});
 }
 
 bool read_file_system(WholeText path, struct statfs& facts) {

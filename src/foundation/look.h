@@ -2,8 +2,8 @@
 // is given up.
 #pragma once
 
+#include <sys/stat.h>
 #include <sys/statfs.h>
-#include <sys/types.h>
 
 #include "foundation/second_look.h"
 #include "foundation/text.h"
@@ -18,9 +18,9 @@ namespace quorvel {
 /// errno, when the look is. A descriptor may be a standard one.
 [[nodiscard]] bool look_in_time(const Question& question);
 
-/// stat(2), of which the mode, and statfs(2) as such looks.
+/// stat(2), also for nothing but its success, and statfs(2) as such looks.
 [[nodiscard]] bool path_exists_in_time(WholeText path);
-[[nodiscard]] bool read_mode(WholeText path, mode_t& mode);
+[[nodiscard]] bool read_status(WholeText path, struct stat& status);
 [[nodiscard]] bool read_file_system(WholeText path, struct statfs& facts);
 
 }  // namespace quorvel

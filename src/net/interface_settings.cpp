@@ -4,6 +4,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
+#include "foundation/key_value.h"
 #include "foundation/numbers.h"
 #include "foundation/text.h"
 #include "quorvel/foundation.h"
@@ -72,9 +73,15 @@ bool is_always_enabled(const char* ifname) {
 }  // namespace
 
 int LibQuorvelBin_IsBondingMode(void) {
-    KeptErrno kept;
-    bool bonds = setting_of(Key("enet_port_trunk_group_1_members")).text[0] != '\0' ||
-                 setting_of(Key("enet_port_trunk_group_2_members")).text[0] != '\0';
+    const int before = errno;
+    int unreadable = 0;
+    bool bonds = false;
+    for (int group = 1; group <= 2; group++) {
+        errno = 0;
+        bonds = bonds || setting_of(Key("enet_port_trunk_group_%d_members", group)).text[0] != '\0';
+        if (could_not_be_read(errno)) unreadable = errno;
+    }
+    errno = bonds || unreadable == 0 ? before : unreadable;
     return bonds ? 1 : 0;
 }
 

@@ -87,9 +87,9 @@ size_t conversion_length(const char* text) {
     return path;
 }
 
-// Commands that failed change errno only.
-int result_of(bool applied) {
-    return applied ? 0 : fail(EIO, 0);
+// Commands that failed, and a start without a ports file, change errno only.
+int result_of(bool done) {
+    return done ? 0 : fail(EIO, 0);
 }
 
 void print_table(const RulePlan& plan) {
@@ -148,7 +148,7 @@ int start(const char* requested) {
     } else if (choice.path != nullptr) {
         printf("Can't open file(%s)\n", choice.path);
     }
-    return result_of(applied);
+    return result_of(applied && opened);
 }
 
 int flush_rules() {

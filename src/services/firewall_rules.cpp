@@ -1,5 +1,6 @@
 #include "services/firewall_rules.h"
 
+#include <errno.h>
 #include <string.h>
 #include <sys/stat.h>
 
@@ -8,6 +9,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/child.h"
 #include "foundation/feature_settings.h"
+#include "foundation/key_value.h"
 #include "foundation/line_reader.h"
 #include "foundation/shell.h"
 #include "foundation/text.h"
@@ -54,6 +56,22 @@ bool is_denied(const char* line, int interface) {
     return interface < static_cast<int>(kLineSize) &&
            LibQuorvelBin_GetSpecifiedKey(flag, sizeof flag, line, kFieldSeparator, interface + 2) == 0 &&
            strcmp(flag, "0") == 0;
+}
+
+// A setting that is not there has a meaning. One that cannot be read has none: rules for the wrong interfaces, or for
+// no interface, would leave everything open.
+[[nodiscard]] bool read_interfaces(RulePlan& plan) {
+    errno = 0;
+    plan.asks_port_count = LibQuorvelBin_IsBondingMode() != 1;
+    if (!plan.asks_port_count) {
+        // Bonded ports are one interface, whose flag is that of port 0.
+        plan.kind = "bond";
+        plan.interfaces = 1;
+        return true;
+    }
+    if (errno != 0) return false;
+    plan.interfaces = LibQuorvelBin_GetConfOnOffValInIntByKey(kNetworkPortCount);
+    return plan.interfaces != -1 || !could_not_be_read(errno);
 }
 
 void plan_line(const char* line, RulePlan& plan) {
@@ -103,14 +121,7 @@ void add_rules(const Denial& denial, const char* kind, Loading& loading) {
 
 bool read_ports(Descriptor file, RulePlan& plan) {
     if (!plan.denials.stream || !plan.table.stream) return false;
-    // Bonded ports are one interface, whose flag is that of port 0.
-    plan.asks_port_count = LibQuorvelBin_IsBondingMode() != 1;
-    if (plan.asks_port_count) {
-        plan.interfaces = LibQuorvelBin_GetConfOnOffValInIntByKey(kNetworkPortCount);
-    } else {
-        plan.kind = "bond";
-        plan.interfaces = 1;
-    }
+    if (!read_interfaces(plan)) return false;
     LineFile lines(static_cast<Descriptor&&>(file), kLineSize - 1);
     for (const char* line : lines)
         plan_line(line, plan);

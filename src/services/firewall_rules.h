@@ -35,7 +35,7 @@ struct RulePlan {
 };
 
 /// Fills a plan from a ports file; the descriptor may be none. False, with errno, when the file could not be read to
-/// its end or memory ran out.
+/// its end, or what it takes of the settings not at all, or memory ran out.
 [[nodiscard]] bool read_ports(Descriptor file, RulePlan& plan);
 
 /// Removes every rule of the filter table, whoever made it, then adds those of the plan. Behind each command the file

@@ -1,5 +1,7 @@
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "quorvel/disk.h"
@@ -88,6 +90,21 @@ TEST_F(Partitions, TrialMountIsHidden) {
     signal(SIGCHLD, SIG_IGN);
     EXPECT_EQ("seen\n", printed_by([] { LibQuorvelBin_MountTest("/dev/sdb1"); }));
     signal(SIGCHLD, SIG_DFL);
+    // Without a descriptor for it nothing is mounted where everybody sees it.
+    write_file("/run/seen", "");
+    stand_in("/usr/local/sbin/mount", "rm -f /run/seen");
+    struct rlimit usual;
+    getrlimit(RLIMIT_NOFILE, &usual);
+    const struct rlimit few = {64, usual.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    std::vector<int> taken;
+    while (taken.empty() || taken.back() >= 0)
+        taken.push_back(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    EXPECT_EQ(0, LibQuorvelBin_MountTest("/dev/sdb1"));
+    setrlimit(RLIMIT_NOFILE, &usual);
+    for (int number : taken)
+        close(number);
+    EXPECT_TRUE(exists("/run/seen"));
     EXPECT_FALSE(exists("/tmp/mount_test"));
 }
 // clang-format on

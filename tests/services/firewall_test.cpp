@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <tuple>
 
 #include "foundation/shell.h"
@@ -118,6 +119,28 @@ TEST_F(FirewallTest, LoadsRulesThatTheKernelTellsBack) {
     }
     EXPECT_EQ(firewall({"--stop"}), (Answer{0, ""}));
     EXPECT_EQ(quorvel::capture_command("iptables -S").output.get(), policies);
+}
+
+// What is there and cannot be opened, and what a start makes of it.
+TEST_F(FirewallTest, LoadsNothingForInterfacesThatItCannotTell) {
+    const std::tuple<std::string, int, int, Words> rows[] = {
+        {"/etc/tevra/info",  -1, ELOOP, {}                        },
+        {"/etc/nas_feature", -1, ELOOP, {}                        },
+        {ports_file,         0,  EIO,   {"--table filter --flush"}},
+    };
+    for (const auto& [path, result, reason, commands] : rows) {
+        SetUp();
+        stand_in("/usr/local/sbin/iptables");
+        write_file("/etc/nas_feature", "DEVICE_NETWORK_NUM=1\n");
+        write_file(ports_file, "webui<>0<>;\n");
+        remove_tree(path);
+        make_link(path, path);
+        char command[] = "firewall", start[] = "--start";
+        errno = 0;
+        const int answer = LibQuorvelBin_FirewallEntry(2, std::array{command, start}.data());
+        EXPECT_EQ(std::pair(answer, errno), std::pair(result, reason)) << path;
+        EXPECT_EQ(calls("iptables"), commands) << path;
+    }
 }
 
 pid_t start_in_background(const std::string& option) {

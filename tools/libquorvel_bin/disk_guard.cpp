@@ -30,11 +30,10 @@ bool because(Reason& reason, std::initializer_list<std::string_view> words) {
 
 // The block device that a path leads to by itself or through links; it is not opened.
 [[nodiscard]] bool block_number(const char* path, dev_t& number) {
-    Descriptor node(open(path, O_PATH | O_CLOEXEC));
     struct stat status;
-    if (!node || fstat(node.number, &status) != 0 || !S_ISBLK(status.st_mode)) return false;
+    if (!read_status(path, status)) return false;
     number = status.st_rdev;
-    return true;
+    return S_ISBLK(status.st_mode);
 }
 
 // A program that an account mounts is listed under any name, also one that only the program can look up, and one that
@@ -56,17 +55,12 @@ bool is_listed(const char* table, dev_t number, Text<256>& where) {
     return found;
 }
 
-// A path of the caller's, or what a loop device shows, may lie where an account has mounted a program since.
-bool look_for_number(const char* path, void* number) {
-    return block_number(path, *static_cast<dev_t*>(number));
-}
-
 bool is_backing(dev_t number, Text<256>& loop) {
     return any_entry(kBlockDevices, [&](const char* name) {
         char file[512];
         dev_t backing;
         if (!read_first_line(SysPath("%s/%s/loop/backing_file", kBlockDevices, name).c_str(), file, sizeof file) ||
-            !look_in_time({look_for_number, file, &backing, sizeof backing}) || backing != number) {
+            !block_number(file, backing) || backing != number) {
             return false;
         }
         loop.add(name);
@@ -101,8 +95,7 @@ int take_name(const struct disk_entry* entry, void* wanted) {
 
 bool find_disk(const char* path, Disk& disk, Reason& reason) {
     dev_t number;
-    if (!look_in_time({look_for_number, path, &number, sizeof number}))
-        return !because(reason, {path, " is no block device"});
+    if (!block_number(path, number)) return !because(reason, {path, " is no block device"});
     bool found = any_entry(kBlockDevices, [&](const char* name) {
         dev_t whole;
         if (!read_number(SysPath("%s/%s", kBlockDevices, name).c_str(), whole) || whole != number) return false;

@@ -70,8 +70,8 @@ bool stands_in_the_way(const Request& request, const Disk& disk, Reason& reason)
 
 // What is there but can hold no partitions: a pipe would keep dd waiting, which no signal ends here.
 bool is_no_disk(const char* path) {
-    mode_t mode;
-    return read_mode(path, mode) && !S_ISBLK(mode) && !S_ISREG(mode);
+    struct stat status;
+    return read_status(path, status) && !S_ISBLK(status.st_mode) && !S_ISREG(status.st_mode);
 }
 
 // ---- The plan ----

@@ -76,10 +76,12 @@ bool is_on_path(const char* program) {
     if (!is_on_path(program))
         return no_answer(argv[1], program, "no such program on PATH: no rule is changed") == kExitOk;
     if (call.operation != 's') return true;
-    if (call.ports_file != nullptr && !quorvel::path_exists_in_time(call.ports_file))
-        (void)no_answer(argv[1], call.ports_file, reason_of_errno(""));
-    if (call.ports_file != nullptr && IsFileExist(call.ports_file) == 1) return true;
-    if (access(kDefaultPorts, R_OK) == 0) return true;
+    // The library chooses by the same question, which waits for no program that answers for a file.
+    const char* file = call.ports_file;
+    if (file != nullptr && IsFileExist(file) == 1) return true;
+    if (file != nullptr)
+        (void)no_answer(argv[1], file, quorvel::path_exists_in_time(file) ? "no regular file" : strerror(errno));
+    if (IsFileExist(kDefaultPorts) == 1) return true;
     return no_answer(argv[1], kDefaultPorts, "not to be read: nothing is kept off any port") == kExitOk;
 }
 

@@ -26,13 +26,9 @@ constexpr size_t kMostText = size_t{1} << 20;
     return true;
 }
 
-bool look_at_status(const char* path, void* status) {
-    return stat(path, static_cast<struct stat*>(status)) == 0;
-}
-
 [[nodiscard]] const char* look_at_entry(Change& change, bool may_add) {
     struct stat status;
-    if (!look_in_time({look_at_status, change.place.file, &status, sizeof status})) return strerror(errno);
+    if (!read_status(change.place.file, status)) return strerror(errno);
     if (!S_ISREG(status.st_mode)) return "the key's file is no regular file";
     change.device = status.st_dev;
     change.inode = status.st_ino;
@@ -91,11 +87,11 @@ bool same_entry(const Change& one, const Change& other) {
 
 const char* read_list(const char* path, SettingsList& list) {
     if (strcmp(path, "-") == 0) return read_all(STDIN_FILENO, list) ? nullptr : strerror(errno);
-    errno = 0;
     mode_t type;
     Descriptor file = open_in_time(path, type);
     if (type == S_IFREG && read_all(file.number, list)) return nullptr;
-    return errno != 0 && errno != EINVAL ? strerror(errno) : "no regular file; \"-\" reads standard input";
+    const bool failed = type == S_IFREG || (type == 0 && errno != EINVAL);
+    return failed ? strerror(errno) : "no regular file; \"-\" reads standard input";
 }
 
 int check_list(SettingsList& list, bool may_add) {

@@ -171,12 +171,11 @@ bool read_bay(const char* text, int32_t& type, int& slot) {
 
 bool learn_by_serials(Proposal& proposal, const AllDisks& all, const char* path) {
     constexpr size_t kPiece = 511;
-    errno = 0;
     mode_t type;
     Descriptor file = open_in_time(path, type);
     if (type != S_IFREG) {
         // Nobody has to be waited for to write into a regular file.
-        fprintf(stderr, "%s: %s\n", path, errno != 0 && errno != EINVAL ? strerror(errno) : "no regular file");
+        fprintf(stderr, "%s: %s\n", path, type == 0 && errno != EINVAL ? strerror(errno) : "no regular file");
         return false;
     }
     LineReader reader(file.number, kPiece);

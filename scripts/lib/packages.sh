@@ -11,8 +11,9 @@ packages_of() {
 missing_among() {
     local names
     for names in "$@"; do
+        # dpkg-query fails when it knows one of them not at all.
         # shellcheck disable=SC2086  # a package and those that stand in for it
-        dpkg-query -W -f '${db:Status-Status}\n' ${names//|/ } 2>/dev/null | grep -qx installed ||
+        grep -qx installed < <(dpkg-query -W -f '${db:Status-Status}\n' ${names//|/ } 2>/dev/null) ||
             printf '%s\n' "${names%%|*}"
     done
 }

@@ -93,6 +93,8 @@ TEST_F(Vocabulary, ACutTextIsNeitherOpenedNorRun) {
     EXPECT_FALSE(path_exists(file));
     EXPECT_FALSE(open_directory(Text<11>("/tmp/cut.d/other")));
     EXPECT_EQ(run_command(Text<5>("true or not")), -1);
+    // What was printed before stands before what the command prints.
+    EXPECT_EQ(printed_by([] { EXPECT_EQ(printf("one ") + run_command("echo two"), 4); }), "one two\n");
     EXPECT_EQ(capture_command(Text<5>("true or not")).status, -1);
     char copy[] = "------";
     copy_text(copy, 4, "abcdef");

@@ -118,9 +118,9 @@ QUORVEL_API int diskcntl(void);
  * nor the caller's, or when the command would be longer than 1023 characters.
  *
  * Both commands run in a mount namespace of their own, so that nobody else sees what a strange disk holds. Where
- * that cannot be had (without CAP_SYS_ADMIN, below a chroot, with a kernel without mount namespaces) they run in the
- * caller's: everybody sees the mount for its length, with its set-uid programs and device nodes. Where it is only for
- * want of a descriptor, a process or memory, nothing is run. Two calls at once share /tmp/mount_test, which the one
+ * that cannot be had (without CAP_SYS_ADMIN, below a chroot, with a kernel that allows no mount namespace) they run in
+ * the caller's: everybody sees the mount for its length, with its set-uid programs and device nodes. Where it is only
+ * for want of a descriptor, a process or memory, nothing is run. Two calls at once share /tmp/mount_test, which the one
  * that made it removes.
  * @return 0 always. */
 QUORVEL_API int LibQuorvelBin_MountTest(const char* device);

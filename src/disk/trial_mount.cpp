@@ -9,6 +9,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
@@ -27,12 +30,16 @@ enum class Sight : char { kHidden, kOpen, kNone };
 
 // ---- The process that has the namespace ----
 
-// Nothing that is mounted from here on is seen outside, or the other way round. Only where this can never be had is the
-// mount to be seen: whoever takes the descriptors or the memory for a moment must not bring a strange disk into view.
+// Nothing that is mounted from here on is seen outside, or the other way round. Only where this can never be had, for
+// want of the right, of a root or of the kernel, or because none are allowed, is the mount to be seen: whoever takes
+// the descriptors or the memory for a moment must not bring a strange disk into view.
 Sight hide() {
+    static constexpr int kNeverToBeHad[] = {EPERM, EINVAL, ENOSYS, ENOSPC};
     if (unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0)
         return Sight::kHidden;
-    return errno == EPERM || errno == EINVAL || errno == ENOSYS ? Sight::kOpen : Sight::kNone;
+    return std::find(std::begin(kNeverToBeHad), std::end(kNeverToBeHad), errno) != std::end(kNeverToBeHad)
+               ? Sight::kOpen
+               : Sight::kNone;
 }
 
 void run(const Command& command) {

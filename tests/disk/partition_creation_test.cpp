@@ -132,7 +132,8 @@ TEST_F(PartitionCreation, RoomIsWherePartedFindsIt) {
         const pid_t child = fork();
         if (child == 0) {
             int result = -1;
-            (void)transcript(blocks, [&] { return result = (short_layout ? create_short_partition : create_partition)("/dev/sdc"); });
+            const auto create = short_layout ? create_short_partition : create_partition;
+            (void)transcript(blocks, [&] { return result = create("/dev/sdc"); });
             _exit(result == 0);
         }
         int laid_out = -1;

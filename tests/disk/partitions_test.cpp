@@ -52,7 +52,9 @@ TEST_F(Partitions, TypesAreThoseOfTheExactMountPoint) {
     from_cmdline = 1;
     for (const auto& [mount_point, size, result, expected, printed] : cases) {
         strcpy(type, "???");
-        EXPECT_EQ(printed, printed_by([&] { EXPECT_EQ(result, LibQuorvelBin_GetFsType(type, size, mount_point)); }));
+        int found = -2;
+        EXPECT_EQ(printed, printed_by([&, size = size, mount_point = mount_point] { found = LibQuorvelBin_GetFsType(type, size, mount_point); }));
+        EXPECT_EQ(result, found);
         EXPECT_STREQ(expected, type) << mount_point;
     }
     EXPECT_TRUE(IsMounted("/dev/sdb1") && IsMounted("/mnt/disk1 ") && IsMounted("437 0 0") && IsMounted(std::string(9, ' ').append("/dev/far").c_str()) && !IsMounted("/dev/sdc"));

@@ -19,7 +19,8 @@
  *     EFBIG         a file goes on behind its first 256 MiB, which is all that is read of it (4 MiB where the program
  *                   of an account answers for it)
  *     EISDIR        a directory stands where a file must be
- *     ETIMEDOUT     somebody else held a file for too long, or the program that answers for a file system did not
+ *     ETIMEDOUT     somebody else held a file for too long, or the program that answers for a file system did not (a
+ *                   process that is no child of the caller's then waits on until that program answers or ends)
  *     EPERM         a file that an unprivileged account could have put there is not used
  *
  * Threads. A function may be called from several threads at once unless its comment names what it shares with others.

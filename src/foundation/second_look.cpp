@@ -4,10 +4,10 @@
 #include <poll.h>
 #include <signal.h>
 #include <string.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "foundation/child.h"
 #include "foundation/clock.h"
@@ -18,7 +18,8 @@ namespace quorvel {
 namespace {
 
 constexpr int64_t kLongestLook = 2 * kSecond;
-constexpr int kLongestEnd = 100;  // milliseconds until a killed process is gone, unless a device keeps it
+constexpr unsigned kLongestLife = 3;  // seconds
+constexpr int kLongestEnd = 100;      // milliseconds until a process that has nothing more to do is gone
 
 // What the second process tells: a reason or 0, what it has seen, and the descriptor that is all of that.
 struct Message {
@@ -56,22 +57,47 @@ void enclose(Message& message, int descriptor) {
     return 0;
 }
 
-// The whole life of the second process. While it waits for an answer, not even a kill may end it: it must not have the
-// caller's output, whose reader would wait for it as well.
+void tell(Message& message, int socket) {
+    (void)sendmsg(socket, &message.header, MSG_NOSIGNAL);
+}
+
+// The alarm is the only signal that arrives: who asked has no number that is certain to be this process's still.
+void end_in_time() {
+    sigset_t alarms;
+    sigemptyset(&alarms);
+    sigaddset(&alarms, SIGALRM);
+    (void)signal(SIGALRM, SIG_DFL);
+    (void)alarm(kLongestLife);
+    (void)pthread_sigmask(SIG_UNBLOCK, &alarms, nullptr);
+}
+
+// The whole life of the second process. While it waits for an answer, not even its alarm may end it: it must not have
+// the caller's output, whose reader would wait for it as well.
 [[noreturn]] void look_apart(const Question& question, int socket) {
-    (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
+    end_in_time();
     keep_only(socket);
     Message message;
     lay_out(message, question);
     errno = 0;
     if (!question.look(question.path.text, question.answer)) message.error = errno != 0 ? errno : EINVAL;
     if (question.brings_descriptor && message.error == 0) enclose(message, *static_cast<int*>(question.answer));
-    (void)sendmsg(socket, &message.header, MSG_NOSIGNAL);
+    tell(message, socket);
     _exit(0);
 }
 
-void end(pid_t process) {
-    (void)kill(process, SIGKILL);
+// The process between: the second one is no child of the caller's, who may never take its status, or take it for one of
+// his own, and whose process may live for years.
+[[noreturn]] void start_apart(const Question& question, int socket) {
+    const pid_t process = fork();
+    if (process == 0) look_apart(question, socket);
+    Message message;
+    lay_out(message, question);
+    message.error = errno;
+    if (process < 0) tell(message, socket);
+    _exit(0);
+}
+
+void wait_for_start(pid_t process) {
     for (int waited = 0; waited < kLongestEnd && waitpid(process, nullptr, WNOHANG) == 0; waited++)
         (void)poll(nullptr, 0, 1);
 }
@@ -97,11 +123,11 @@ bool look_elsewhere(const Question& question) {
     const Descriptor own = above_standard(ends[0]);
     Descriptor other = above_standard(ends[1]);
     pid_t process = own && other ? fork_undisturbed() : -1;
-    if (process == 0) look_apart(question, other.number);
+    if (process == 0) start_apart(question, other.number);
     if (process < 0) return false;
     other = Descriptor();
     int error = take_answer(question, own.number);
-    end(process);
+    wait_for_start(process);
     errno = error;
     return error == 0;
 }

@@ -20,8 +20,9 @@ struct Question {
     bool brings_descriptor = false;
 };
 
-/// Has a second process look, which has two seconds. False, and errno, when the look is, or no process can be had;
-/// ETIMEDOUT when it did not answer. A descriptor arrives as one of the caller's, and may be a standard one.
+/// Has a second process look, which has two seconds, is no child of the caller's and ends by itself. False, and errno,
+/// when the look is, or no process can be had; ETIMEDOUT when it did not answer. A descriptor arrives as one of the
+/// caller's, and may be a standard one.
 [[nodiscard]] bool look_elsewhere(const Question& question);
 
 }  // namespace quorvel

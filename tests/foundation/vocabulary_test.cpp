@@ -14,6 +14,7 @@
 #include "foundation/numbers.h"
 #include "foundation/options.h"
 #include "foundation/replacement.h"
+#include "foundation/second_look.h"
 #include "foundation/shell.h"
 #include "foundation/trusted.h"
 #include "quorvel/foundation.h"
@@ -67,6 +68,38 @@ TEST_F(Vocabulary, LearnsTheEndOfAChildWhateverTheCallerDoesWithIts) {
     signal(SIGCHLD, SIG_DFL);
     signal(SIGPIPE, SIG_DFL);
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+bool tell_parent(const char*, void* answer) {
+    *static_cast<pid_t*>(answer) = getppid();
+    return true;
+}
+
+bool hold_lock(const char* path, void*) {
+    const int file = open(path, O_RDONLY | O_CLOEXEC);
+    while (flock(file, LOCK_EX) == 0)
+        pause();
+    return false;
+}
+
+// A caller who waits for any child never meets who looks, and one that gets no answer ends all the same.
+TEST_F(Vocabulary, WhoLooksIsNoChildAndEndsByItself) {
+    pid_t parent = getpid();
+    for (sighandler_t disposition : {SIG_DFL, SIG_IGN, static_cast<sighandler_t>(take_every_child)}) {
+        signal(SIGCHLD, disposition);
+        EXPECT_TRUE(look_elsewhere({tell_parent, "", &parent, sizeof parent}));
+        EXPECT_NE(parent, getpid());
+    }
+    signal(SIGCHLD, SIG_DFL);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    write_file("/tmp/lock", "");
+    const Descriptor lock = open_for_reading("/tmp/lock");
+    EXPECT_FALSE(look_elsewhere({hold_lock, "/tmp/lock", nullptr, 0}));
+    EXPECT_EQ(errno, ETIMEDOUT);
+    EXPECT_NE(flock(lock.number, LOCK_EX | LOCK_NB), 0);
+    alarm(10);
+    EXPECT_EQ(flock(lock.number, LOCK_EX), 0);
+    alarm(0);
 }
 
 TEST_F(Vocabulary, HoldsEndingSignalsBackHereAndInChildren) {

@@ -69,7 +69,9 @@ TEST_F(Identity, ChipIsFoundAnywhereInALine) {
     }
     write_file("/proc/bus/pci/devices", "11ab644");
     EXPECT_EQ(LibQuorvelBin_IsPellmarPlatform12Bay(), 0) << "an id cut short by the end of the list";
-    write_file("/proc/bus/pci/devices", "11ab6440");
+    write_file("/proc/bus/pci/devices",
+               "\377\377\377\377\377\377\377\377"
+               "11ab6440");
     EXPECT_EQ(LibQuorvelBin_IsPellmarPlatform12Bay(), 1);
 }
 

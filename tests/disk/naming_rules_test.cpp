@@ -49,6 +49,10 @@ TEST_F(NamingRules, NamesArmadaDisksByTheirRecord) {
     make_link("/var/tmp/devlink", "others");
     EXPECT_EQ(diskname("sda"), "none") << "a link that anybody can set";
     remove_tree("/var/tmp/devlink");
+    record_disk(2, "01");
+    write_file("/etc/tevra/diskinfo", "usb_disk2=L\n");
+    write_file("/proc/bus/usb/devices", "T:  Bus=01\nS:  SerialNumber=L\n");
+    EXPECT_EQ(diskname("sda"), "usbdisk2") << "an identity of one character";
     record_disk(2, "10");
     EXPECT_EQ(diskname("sda"), "none") << "not attached";
     write_file("/etc/tevra/diskinfo", "usb_disk2=\n");

@@ -25,8 +25,7 @@ bool is_below(const char* path, std::span<const files::Place> places) {
 // with, and what /proc tells of a process leads to what that one has open, and waits for its memory.
 bool is_systems_own(const char* path) {
     if (contains(path, "//") || contains(path, "/.")) return false;
-    if (starts_with(path, files::kNodes) && last_component(path) == path + strlen(files::kNodes)) return true;
-    if (is_below(path, files::kSystemPlaces)) return true;
+    if (is_device_path(path) || is_below(path, files::kSystemPlaces)) return true;
     return starts_with(path, files::kProc) && !is_digit(path[strlen(files::kProc)]) &&
            !is_below(path, files::kOwnProcess);
 }
@@ -43,6 +42,10 @@ bool look_at_file_system(const char* path, void* answer) {
 }
 
 }  // namespace
+
+bool is_device_path(const char* path) {
+    return starts_with(path, files::kNodes) && last_component(path) == path + strlen(files::kNodes);
+}
 
 // The table tells only of now: with the device an account may mount between this look and the next.
 bool may_be_withheld(WholeText path) {

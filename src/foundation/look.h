@@ -10,6 +10,9 @@
 
 namespace quorvel {
 
+/// Whether a path leads right below /dev, where every name is root's.
+[[nodiscard]] bool is_device_path(const char* path);
+
 /// Whether a program of an account may answer for what a path holds, or keep the answer back: where the kernel has the
 /// device of such file systems, or one is mounted, but not below the directories where nobody but root puts anything.
 [[nodiscard]] bool may_be_withheld(WholeText path);

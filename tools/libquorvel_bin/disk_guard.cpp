@@ -36,19 +36,14 @@ bool because(Reason& reason, std::initializer_list<std::string_view> words) {
     return S_ISBLK(status.st_mode);
 }
 
-// A program that an account mounts is listed under any name, also one that only the program can look up, and one that
-// leaves the entry's type no room. Only what stands right below /dev is root's for certain.
-bool can_be_looked_up(const char* name) {
-    return starts_with(name, "/dev/") && last_component(name) == name + 5;
-}
-
 bool is_listed(const char* table, dev_t number, Text<256>& where) {
     FILE* list = setmntent(table, "re");
     if (list == nullptr) return false;
     bool found = false;
+    // A program that an account mounts is listed under any name, also one that only the program can look up.
     while (const struct mntent* entry = found ? nullptr : getmntent(list)) {
         dev_t listed;
-        found = can_be_looked_up(entry->mnt_fsname) && block_number(entry->mnt_fsname, listed) && listed == number;
+        found = is_device_path(entry->mnt_fsname) && block_number(entry->mnt_fsname, listed) && listed == number;
         if (found) where.add(entry->mnt_dir);
     }
     endmntent(list);

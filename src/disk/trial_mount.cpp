@@ -9,9 +9,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <iterator>
-
 #include "foundation/appliance_files.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
@@ -34,12 +31,17 @@ enum class Sight : char { kHidden, kOpen, kNone };
 // want of the right, of a root or of the kernel, or because none are allowed, is the mount to be seen: whoever takes
 // the descriptors or the memory for a moment must not bring a strange disk into view.
 Sight hide() {
-    static constexpr int kNeverToBeHad[] = {EPERM, EINVAL, ENOSYS, ENOSPC};
     if (unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0)
         return Sight::kHidden;
-    return std::find(std::begin(kNeverToBeHad), std::end(kNeverToBeHad), errno) != std::end(kNeverToBeHad)
-               ? Sight::kOpen
-               : Sight::kNone;
+    switch (errno) {
+        case EPERM:
+        case EINVAL:
+        case ENOSYS:
+        case ENOSPC:
+            return Sight::kOpen;
+        default:
+            return Sight::kNone;
+    }
 }
 
 void run(const Command& command) {

@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <iterator>
 
 #include "foundation/failure.h"
 #include "foundation/files.h"
@@ -92,8 +91,17 @@ size_t read_keys(int descriptor, std::span<KeyRequest> requests) {
 }
 
 bool could_not_be_read(int reason) {
-    static constexpr int kNothingSet[] = {0, ENOENT, ENOTDIR, ENODATA, EINVAL, EBADMSG};
-    return std::find(std::begin(kNothingSet), std::end(kNothingSet), reason) == std::end(kNothingSet);
+    switch (reason) {
+        case 0:
+        case ENOENT:
+        case ENOTDIR:
+        case ENODATA:
+        case EINVAL:
+        case EBADMSG:
+            return false;
+        default:
+            return true;
+    }
 }
 
 }  // namespace quorvel

@@ -13,6 +13,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/look.h"
+#include "foundation/mount_table.h"
 
 namespace quorvel {
 
@@ -33,9 +34,10 @@ constexpr size_t kLongestCopy = size_t{4} << 20;
     return false;
 }
 
-// A program answers for it, or it tells of a process, which a program may hold up so that nobody can look at it.
-bool may_be_late(const struct statfs& system) {
-    return system.f_type == FUSE_SUPER_MAGIC || system.f_type == PROC_SUPER_MAGIC;
+// A program answers for it, or it tells of a process, which a program may hold up so that nobody can look at it. Where
+// an account has mounted it for itself, its type does not tell whether such a file system lies below.
+bool may_be_late(int descriptor, const struct statfs& system) {
+    return system.f_type == FUSE_SUPER_MAGIC || system.f_type == PROC_SUPER_MAGIC || is_mounted_elsewhere(descriptor);
 }
 
 // A file without a name. Linux has those in memory from 3.17 on.
@@ -54,7 +56,7 @@ bool may_be_late(const struct statfs& system) {
     struct statfs system;
     struct stat status;
     if (!file || fstatfs(file.number, &system) != 0 || fstat(file.number, &status) != 0) return Descriptor();
-    if (!may_be_late(system) || !S_ISREG(status.st_mode)) return file;
+    if (!S_ISREG(status.st_mode) || !may_be_late(file.number, system)) return file;
     Descriptor copy = make_nameless_file();
     return copy && copy_content(file.number, copy.number) ? static_cast<Descriptor&&>(copy) : Descriptor();
 }

@@ -13,6 +13,7 @@
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
 #include "foundation/look.h"
+#include "foundation/mount_table.h"
 
 namespace quorvel {
 
@@ -33,9 +34,17 @@ constexpr size_t kLongestCopy = size_t{4} << 20;
     return false;
 }
 
-// A program answers for it, or it tells of a process, which a program may hold up so that nobody can look at it.
-bool may_be_late(const struct statfs& system) {
-    return system.f_type == FUSE_SUPER_MAGIC || system.f_type == PROC_SUPER_MAGIC;
+// Whoever may write a file may hold up its readers for as long as a write of his waits for the memory that it is from:
+// there are file systems where a reader waits for that.
+bool others_may_write(const struct stat& status) {
+    return (status.st_uid != 0 && status.st_uid != geteuid()) || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+}
+
+// A program answers for it, or it tells of a process, which a program may hold up so that nobody can look at it. Where
+// an account has mounted it for itself, its type does not tell whether such a file system lies below.
+bool may_be_late(int descriptor, const struct statfs& system, const struct stat& status) {
+    return system.f_type == FUSE_SUPER_MAGIC || system.f_type == PROC_SUPER_MAGIC || others_may_write(status) ||
+           is_mounted_elsewhere(descriptor);
 }
 
 // A file without a name. Linux has those in memory from 3.17 on.
@@ -54,7 +63,7 @@ bool may_be_late(const struct statfs& system) {
     struct statfs system;
     struct stat status;
     if (!file || fstatfs(file.number, &system) != 0 || fstat(file.number, &status) != 0) return Descriptor();
-    if (!may_be_late(system) || !S_ISREG(status.st_mode)) return file;
+    if (!S_ISREG(status.st_mode) || !may_be_late(file.number, system, status)) return file;
     Descriptor copy = make_nameless_file();
     return copy && copy_content(file.number, copy.number) ? static_cast<Descriptor&&>(copy) : Descriptor();
 }

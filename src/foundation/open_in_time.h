@@ -1,5 +1,5 @@
-// Opening a caller's path for reading, which may lead anywhere: also where a program of an account answers for the
-// files.
+// Opening a caller's path for reading, which may lead anywhere: also to files that an account, or a program of one that
+// answers for them, may keep from being read.
 #pragma once
 
 #include <sys/types.h>
@@ -9,9 +9,9 @@
 
 namespace quorvel {
 
-/// Opens for reading, as open_for_reading does. Of a regular file that a program answers for, or that /proc has of a
-/// process, the descriptor is a copy without a name: reading it waits for nobody. ETIMEDOUT when that takes two
-/// seconds, EFBIG above 4 MiB.
+/// Opens for reading, as open_for_reading does. Of a regular file that a program answers for, that /proc has of a
+/// process, that others than root and the caller may write, or that is mounted for others, the descriptor is a copy
+/// without a name: reading it waits for nobody. ETIMEDOUT when that takes two seconds, EFBIG above 4 MiB.
 [[nodiscard]] Descriptor open_in_time(WholeText path);
 
 /// The same, of what is a regular file or a directory; `type` tells which, as open_for_reading does.

@@ -1,6 +1,7 @@
 /* Mounts file systems at the given places whose program, a child of this one, reads every request and answers none, and
-   becomes the command behind "--". PLACE=TEXT is answered: a file of that text, which calls itself root's; what it
-   holds is not where TEXT is empty. The programs end after 90 seconds: who waits for one cannot be killed before.
+   becomes the command behind "--". PLACE=TEXT is answered: a file of that text, or a directory of them under any name,
+   which calls itself root's; what it holds is not where TEXT is empty. The programs end after 90 seconds: who waits for
+   one cannot be killed before.
    "--uncopied COMMAND..." becomes a command for which the kernel makes no files in memory. "--frozen FILE LINK"
    leads LINK to the arguments of a process at which nobody can look, for it maps a FILE whose content is held back. */
 #include <errno.h>
@@ -29,15 +30,20 @@ static void answer(int device, uint64_t request, const void* data, size_t size) 
     if (writev(device, parts, 2) < 0) _exit(1);
 }
 
-static void answer_as_roots(int device, const struct fuse_in_header* request, const char* text) {
+static void answer_as_roots(int device, mode_t place, const struct fuse_in_header* request, const char* text) {
+    const mode_t mode = request->nodeid == 1 && request->opcode != FUSE_LOOKUP ? place | 0755 : S_IFREG | 0644;
     struct fuse_attr_out facts = {
-        .attr = {.ino = 1, .size = *text ? strlen(text) : 4096, .mode = S_IFREG | 0644, .nlink = 1, .blksize = 4096}
+        .attr_valid = 90,
+        .attr = {.ino = 1, .size = *text ? strlen(text) : 4096, .mode = mode, .nlink = 1, .blksize = 4096}
     };
+    struct fuse_entry_out entry = {.nodeid = 2, .entry_valid = 90, .attr_valid = 90, .attr = facts.attr};
     static unsigned opens;
     struct fuse_open_out opened = {.open_flags = ++opens % 2 == 0 ? FOPEN_DIRECT_IO : 0};
     struct fuse_statfs_out system = {0};
     if (request->opcode == FUSE_GETATTR) {
         answer(device, request->unique, &facts, sizeof facts);
+    } else if (request->opcode == FUSE_LOOKUP) {
+        answer(device, request->unique, &entry, sizeof entry);
     } else if (request->opcode == FUSE_OPEN) {
         answer(device, request->unique, &opened, sizeof opened);
     } else if (request->opcode == FUSE_STATFS) {
@@ -51,7 +57,7 @@ static void answer_as_roots(int device, const struct fuse_in_header* request, co
     }
 }
 
-static void serve(int device, const char* text) {
+static void serve(int device, mode_t place, const char* text) {
     static char room[1 << 18];
     const struct fuse_in_header* request = (const struct fuse_in_header*)room;
     struct fuse_init_out agreed = {.major = 7, .minor = 31, .max_write = 4096};
@@ -63,7 +69,7 @@ static void serve(int device, const char* text) {
         if (request->opcode == FUSE_INIT) {
             answer(device, request->unique, &agreed, sizeof agreed);
         } else if (text) {
-            answer_as_roots(device, request, text);
+            answer_as_roots(device, place, request, text);
         }
     }
     _exit(0);
@@ -79,7 +85,7 @@ static int mount_program(char* place) {
     snprintf(options, sizeof options, "fd=%d,rootmode=%o,user_id=0,group_id=0,allow_other", device,
              (unsigned)(status.st_mode & S_IFMT));
     if (mount("/dev/md2", place, "fuse", MS_NOSUID | MS_NODEV, options) != 0) return -1;
-    if (fork() == 0) serve(device, text);
+    if (fork() == 0) serve(device, status.st_mode & S_IFMT, text);
     return close(device);
 }
 

@@ -12,6 +12,7 @@
 #include "foundation/files.h"
 #include "foundation/line_reader.h"
 #include "foundation/numbers.h"
+#include "foundation/open_in_time.h"
 #include "foundation/options.h"
 #include "foundation/replacement.h"
 #include "foundation/second_look.h"
@@ -221,6 +222,35 @@ mode_t mode_of(const Descriptor& file) {
     struct stat status = {};
     fstat(file.number, &status);
     return status.st_mode & 07777;
+}
+
+// A write that waits for the memory it is from may hold up who reads the same file.
+TEST_F(Vocabulary, WhatOthersMayWriteIsReadAsACopyWhereAccountsMayMount) {
+    const struct {
+        mode_t mode;
+        uid_t owner;
+        bool copied;
+    } rows[] = {
+        {0644, 0, false},
+        {0664, 0, true },
+        {0646, 0, true },
+        {0644, 1, true },
+    };
+    const bool may_mount = exists("/dev/fuse");
+    if (!may_mount) write_file("/dev/fuse", "");
+    for (const auto& [mode, owner, copied] : rows) {
+        write_file("/tmp/read", "text");
+        ASSERT_EQ(chmod("/tmp/read", mode), 0);
+        if (chown("/tmp/read", owner, 0) != 0) continue;  // where only one user is known
+        const Descriptor file = open_in_time("/tmp/read");
+        struct stat status = {};
+        char text[8] = "";
+        EXPECT_EQ(fstat(file.number, &status), 0);
+        EXPECT_EQ(status.st_nlink, copied ? 0 : 1) << mode << owner;
+        EXPECT_EQ(read_fully(file.number, text, sizeof text), 4);
+        EXPECT_EQ(unlink("/tmp/read"), 0);
+    }
+    if (!may_mount) (void)unlink("/dev/fuse");
 }
 
 TEST_F(Vocabulary, AReplacementIsNewAndNobodyElses) {

@@ -17,7 +17,7 @@
  *     EIO           a program that the answer needs failed, or a device did
  *     EBADMSG       what was read has not the form it must have
  *     EFBIG         a file goes on behind its first 256 MiB, which is all that is read of it (4 MiB where accounts
- *                   may mount, and others than root and the caller may write it, or keep it back)
+ *                   may mount, but below /dev, /etc, /proc and /sys)
  *     EISDIR        a directory stands where a file must be
  *     ETIMEDOUT     somebody else held a file for too long, or the program that answers for a file system did not (a
  *                   process that is no child of the caller's then waits on until that program answers or ends)

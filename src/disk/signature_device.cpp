@@ -71,7 +71,7 @@ bool has_places(int descriptor) {
 }  // namespace
 
 bool read_signature_device(const char* path, off_t offset, void* buffer, size_t size, size_t least) {
-    Descriptor device = open_in_time(path);
+    Descriptor device = open_start_in_time(path);
     if (!device) return report_open(path);
     ssize_t count = read_at(device.number, offset, static_cast<char*>(buffer), size);
     return (count >= 0 && static_cast<size_t>(count) >= least) || report_transfer(path);

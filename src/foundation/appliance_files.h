@@ -20,8 +20,6 @@ using Place = char[20];
 inline constexpr Place kSystemPlaces[] = {"/etc/",         "/sys/block/", "/sys/bus/",     "/sys/class/",
                                           "/sys/devices/", "/dev/fd/",    "/proc/self/fd/"};
 inline constexpr Place kOwnProcess[] = {"/proc/self/", "/proc/thread-self/"};
-inline constexpr char kOpenFile[] = "/proc/self/fdinfo/%d";  // descriptor
-inline constexpr char kOwnMounts[] = "/proc/self/mountinfo";
 inline constexpr char kCopy[] = "/tmp/copy.XXXXXX";
 
 // Platform

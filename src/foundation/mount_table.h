@@ -11,10 +11,6 @@ using MountTest = bool (*)(const char* line, const char* text);
 /// Whether any line passes the test; false, and errno, when the table cannot be read.
 [[nodiscard]] bool any_mount(MountTest passes, const char* text);
 
-/// Whether a file was opened by a mount that the caller's own table does not have. Accounts mount in namespaces of
-/// theirs, to which /proc leads, and there one file system may keep back what lies below it.
-[[nodiscard]] bool is_mounted_elsewhere(int descriptor);
-
 /// Whether the files of such a type are what a program says ("fuse", "fuse.sshfs"), under the name of any device.
 /// "fuseblk" only root mounts.
 [[nodiscard]] bool is_answered_by_program(std::string_view type);

@@ -9,10 +9,13 @@
 
 namespace quorvel {
 
-/// Opens for reading, as open_for_reading does. Of a regular file that a program answers for, that /proc has of a
-/// process, that others than root and the caller may write, or that is mounted for others, the descriptor is a copy
-/// without a name: reading it waits for nobody. ETIMEDOUT when that takes two seconds, EFBIG above 4 MiB.
+/// Opens for reading, as open_for_reading does. Where look_in_time has a second process look, the descriptor of a
+/// regular file is a copy without a name: reading it waits for nobody. ETIMEDOUT when that takes two seconds, EFBIG
+/// above 4 MiB.
 [[nodiscard]] Descriptor open_in_time(WholeText path);
+
+/// The same for who reads no more than the start: a copy may end at 4 MiB.
+[[nodiscard]] Descriptor open_start_in_time(WholeText path);
 
 /// The same, of what is a regular file or a directory; `type` tells which, as open_for_reading does.
 [[nodiscard]] Descriptor open_in_time(WholeText path, mode_t& type);

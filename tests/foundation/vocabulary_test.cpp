@@ -224,31 +224,33 @@ mode_t mode_of(const Descriptor& file) {
     return status.st_mode & 07777;
 }
 
-// A write that waits for the memory it is from may hold up who reads the same file.
-TEST_F(Vocabulary, WhatOthersMayWriteIsReadAsACopyWhereAccountsMayMount) {
+// Who reads the file itself may be held up: by what lies below it, or by a lock that a writer keeps.
+TEST_F(Vocabulary, OutsideTheSystemsPlacesACopyIsReadWhereAccountsMayMount) {
     const struct {
-        mode_t mode;
-        uid_t owner;
-        bool copied;
+        const char* path;
+        off_t size;
+        nlink_t names;  // of what is read
+        bool whole;
     } rows[] = {
-        {0644, 0, false},
-        {0664, 0, true },
-        {0646, 0, true },
-        {0644, 1, true },
+        {"/etc/read", 9,         1, true },
+        {"/tmp/read", 9,         0, true },
+        {"/etc/read", 5'000'000, 1, true },
+        {"/tmp/read", 5'000'000, 0, false},
     };
     const bool may_mount = exists("/dev/fuse");
     if (!may_mount) write_file("/dev/fuse", "");
-    for (const auto& [mode, owner, copied] : rows) {
-        write_file("/tmp/read", "text");
-        ASSERT_EQ(chmod("/tmp/read", mode), 0);
-        if (chown("/tmp/read", owner, 0) != 0) continue;  // where only one user is known
-        const Descriptor file = open_in_time("/tmp/read");
+    for (const auto& [path, size, names, whole] : rows) {
+        write_file(path, "text");
+        ASSERT_EQ(truncate(path, size), 0);
+        EXPECT_EQ(static_cast<bool>(open_in_time(path)), whole) << path << size;
+        const Descriptor file = open_start_in_time(path);
         struct stat status = {};
         char text[8] = "";
         EXPECT_EQ(fstat(file.number, &status), 0);
-        EXPECT_EQ(status.st_nlink, copied ? 0 : 1) << mode << owner;
-        EXPECT_EQ(read_fully(file.number, text, sizeof text), 4);
-        EXPECT_EQ(unlink("/tmp/read"), 0);
+        EXPECT_EQ(status.st_nlink, names) << path;
+        EXPECT_EQ(read_fully(file.number, text, 5), 5);
+        EXPECT_STREQ(text, "text");
+        EXPECT_EQ(unlink(path), 0);
     }
     if (!may_mount) (void)unlink("/dev/fuse");
 }

@@ -21,9 +21,9 @@ write_abi() {
 # Prints "NAME VALUE" for every enumerator and every number among the macros.
 write_constants() {
     local name names
-    # The preprocessor takes the comments away.
-    names=$(cc -w -fpreprocessed -dD -E -P -x c - < <(cat include/quorvel/*.h) |
-        sed -nE '/^enum /,/\}/{s/[{},]/\n/g;p}; /^#define [A-Z_0-9]+ [0-9]/p' |
+    # The preprocessor takes the comments away; its own macros begin with an underscore.
+    names=$(cc -w -dD -E -P -x c - < <(grep -hv '^#include' include/quorvel/*.h) |
+        sed -nE '/^enum /,/\}/{s/[{},]/\n/g;p}; /^#define [A-Z][A-Z_0-9]+ [0-9]/p' |
         sed -nE 's/^ *([A-Z][A-Z_0-9]+)( *=.*)?$/\1/p; s/^#define ([A-Z_0-9]+) .*/\1/p')
     {
         echo '#include <libquorvel_bin.h>'

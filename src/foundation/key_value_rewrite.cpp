@@ -148,7 +148,7 @@ int set_StringbyKeyExtend(const char* path, const char* key, const char* value, 
     if (command.cut) return fail(ENAMETOOLONG);
 
     HeldSignals held;
-    Descriptor locked = open_replacement(temporary);
+    Descriptor locked = open_replacement(temporary, path);
     if (!locked) {
         report_open_failure(__func__, temporary.c_str());
         return -1;

@@ -22,21 +22,28 @@ constexpr struct timespec kPause = {0, 5'000'000};
 // What is whole, and may be read, is moved into its place within this time.
 constexpr time_t kLongestMove = 600;
 
+bool is_own_file(const struct stat& status) {
+    return status.st_uid == geteuid();
+}
+
 // Who may read a file may also lock it, and never let go: the lock of one that was left over whole tells nothing.
 bool may_be_locked_by_others(const struct stat& status) {
     struct timespec now;
-    if ((status.st_mode & 077) == 0 || clock_gettime(CLOCK_REALTIME, &now) != 0) return false;
-    return now.tv_sec - status.st_mtime > kLongestMove;
+    if (is_own_file(status) && (status.st_mode & 077) == 0) return false;
+    return clock_gettime(CLOCK_REALTIME, &now) == 0 && now.tv_sec - status.st_mtime > kLongestMove;
 }
 
-bool is_own_file(const struct stat& status) {
-    return S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1;
+// Whether it is what a writer makes: when it is whole it belongs to whom the file does whose place it is to take.
+bool is_replacement(const struct stat& status, const char* replaced) {
+    struct stat old;
+    if (!S_ISREG(status.st_mode) || status.st_nlink != 1) return false;
+    return is_own_file(status) || (replaced != nullptr && stat(replaced, &old) == 0 && old.st_uid == status.st_uid);
 }
 
 // Whether another writer may be at work on what has the name.
-bool may_be_held(const char* path) {
+bool may_be_held(const char* path, const char* replaced) {
     struct stat status;
-    return lstat(path, &status) == 0 && is_own_file(status) && !may_be_locked_by_others(status);
+    return lstat(path, &status) == 0 && is_replacement(status, replaced) && !may_be_locked_by_others(status);
 }
 
 [[nodiscard]] bool is_free(int descriptor) {
@@ -55,8 +62,8 @@ bool may_be_held(const char* path) {
 }
 
 // Removes what has the name, unless another writer holds it. False when it cannot be removed.
-[[nodiscard]] bool remove_left_over(const char* path) {
-    if (may_be_held(path)) {
+[[nodiscard]] bool remove_left_over(const char* path, const char* replaced) {
+    if (may_be_held(path, replaced)) {
         Descriptor old = open_without_link(path);
         if (old && !is_free(old.number)) return errno == ETIMEDOUT;
         // Its writer has just moved it into its place.
@@ -69,7 +76,7 @@ bool may_be_held(const char* path) {
 
 // Whoever takes a new file for one that was left over, in the moment before it is locked, removes it: then it is made
 // once more.
-Descriptor open_replacement(WholeText path) {
+Descriptor open_replacement(WholeText path, const char* replaced) {
     if (path.text == nullptr) {
         errno = ENAMETOOLONG;
         return Descriptor();
@@ -83,7 +90,7 @@ Descriptor open_replacement(WholeText path) {
         }
         if (errno != EEXIST) return file;
         errno = 0;
-        if (!remove_left_over(path.text)) return Descriptor();
+        if (!remove_left_over(path.text, replaced)) return Descriptor();
     }
     errno = ETIMEDOUT;
     return Descriptor();
@@ -110,7 +117,7 @@ bool replace_file(WholeText path, std::string_view content) {
         return false;
     }
     Text<kLongestPath> temporary("%s_tmp", path.text);
-    Descriptor file = open_replacement(temporary);
+    Descriptor file = open_replacement(temporary, path.text);
     if (!file) return false;
     struct stat replaced;
     bool there = stat(path.text, &replaced) == 0;

@@ -14,8 +14,9 @@ namespace quorvel {
 /// An empty file of that name, locked, that nobody but the caller can read. One that is there already and that another
 /// writer holds is waited for, ten seconds at most; anything else of that name (left over, a link, somebody else's) is
 /// removed and never written; what others may read counts as left over after ten minutes, whoever has locked it. None,
-/// and errno, when that cannot be done.
-[[nodiscard]] Descriptor open_replacement(WholeText path);
+/// and errno, when that cannot be done. A writer that gives its file to the owner of the one that it is to replace
+/// names that one, so that the next writer waits for it then, too.
+[[nodiscard]] Descriptor open_replacement(WholeText path, const char* replaced = nullptr);
 
 /// Whether two looks saw one file.
 [[nodiscard]] inline bool is_same_file(const struct stat& one, const struct stat& other) {

@@ -288,6 +288,14 @@ TEST_F(Vocabulary, AReplacementIsNewAndNobodyElses) {
     EXPECT_TRUE(open_replacement(kPath));
     make_directory("/tmp/directory");
     EXPECT_FALSE(open_replacement("/tmp/directory"));
+    if (chown("/tmp/other", 1, 1) != 0) return;  // where only one user is known
+    // A writer that has given its file to the other's owner is at work until it is moved.
+    const Descriptor given = open_replacement(kPath, "/tmp/other");
+    ASSERT_EQ(fchown(given.number, 1, 1), 0);
+    pauses = 0;
+    EXPECT_FALSE(open_replacement(kPath, "/tmp/other"));
+    EXPECT_EQ(std::exchange(pauses, -1), 2000);
+    EXPECT_TRUE(open_replacement(kPath));
 }
 
 // Where a caller has closed its output, a message must not go into the file.

@@ -33,10 +33,9 @@ offered_among() {
     done
 }
 
-# Asks the network only when something is missing, and goes on without what is not to be had.
-install_packages() {
+# Installs those of the given packages that are missing by now; another clone may just have installed them.
+install_in_turn() {
     local missing offered as_root=()
-    have dpkg-query || { say "not a Debian system: packages are not looked at" && return; }
     mapfile -t missing < <(missing_among "$@")
     ((${#missing[@]})) || return 0
     say "installing: ${missing[*]}"
@@ -44,8 +43,16 @@ install_packages() {
     "${as_root[@]}" apt-get update -q >&2 || say "no lists of packages (no network, or not root)"
     mapfile -t offered < <(offered_among "${missing[@]}")
     ((${#offered[@]} == 0)) || "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -qy --no-install-recommends "${offered[@]}" >&2 ||
+        apt-get install -qy --no-install-recommends -o DPkg::Lock::Timeout=600 "${offered[@]}" >&2 ||
         say "could not install: ${offered[*]} (no network, or not root)"
+}
+
+# Asks the network only when something is missing, and goes on without what is not to be had.
+install_packages() {
+    have dpkg-query || { say "not a Debian system: packages are not looked at" && return; }
+    [[ -n $(missing_among "$@") ]] || return 0
+    # What packages start must not keep the turn.
+    (flock 9 && install_in_turn "$@" 9<&-) 9</var/lib/dpkg
 }
 
 # install_missing_packages GROUP...: fails only when what is still missing then is needed to build.

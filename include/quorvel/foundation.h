@@ -53,6 +53,9 @@ QUORVEL_API char* get_StringbyKey(const char* path, const char* key, char* dst, 
  * the moment in which it is asked for. Writers wait for each other on a lock of the temporary file, ten seconds at
  * most. Where a piece of an overlong line goes, a line end is put in its place only when the piece had one.
  *
+ * The value is written as it is: a line end in it begins another setting. Who stores texts of others refuses one, and
+ * more characters than a reader's line has.
+ *
  * A directory that others put in the file's place before the move receives an empty file of the caller's own.
  *
  * The path is one word of the command, in single quotes when it holds anything a shell would act on.

@@ -150,10 +150,10 @@ void add_backup(List<Row>& rows, const BackupFacts& task) {
     const bool weekly = strcmp(text_of(task.type), "week") == 0;
     add_text(*row, Text<64>("%s%s%s %s", text_of(task.type), weekly ? " " : "", weekly ? text_of(task.week_day) : "",
                             text_of(task.start_time)));
-    for (const PairFacts& pair : task.pairs) {
-        if (&pair == task.pairs.begin())
-            add_text(*row, Text<160>("%s to %s", text_of(pair.source), text_of(pair.destination)));
-    }
+    if (task.pairs.count == 0) return;
+    const PairFacts& pair = task.pairs.items[0];
+    if (!is_known(pair.source)) return add_words(*row, pair.source);
+    add_text(*row, Text<160>("%s to %s", text_of(pair.source), text_of(pair.destination)));
 }
 
 // A room that could not be looked at says so in its only row.

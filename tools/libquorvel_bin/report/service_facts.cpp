@@ -171,10 +171,22 @@ void find_generation(BackupFacts& task, std::string_view destination) {
         set(task.last_generation_seconds, latest);
 }
 
-// "SOURCE DESTINATION"; a destination that keeps generations is a new one each time, and is shown up to its task.
+// "SOURCE DESTINATION", or "SOURCE DESTINATION --link-dest TARGET". With a blank in a folder or a name, which others
+// may choose, no word of it tells where it stands.
+bool tells_its_words(std::string_view line) {
+    const auto blanks = std::count(line.begin(), line.end(), ' ');
+    return blanks == 1 || (blanks == 3 && line.find(" --link-dest ") != std::string_view::npos);
+}
+
+// A destination that keeps generations is a new one each time, and is shown up to its task.
 void take_pair(BackupFacts& task, std::string_view line) {
     PairFacts* pair = line.empty() ? nullptr : add(task.pairs);
     if (pair == nullptr) return;
+    if (!tells_its_words(line)) {
+        for (Words* words : {&pair->source, &pair->destination})
+            set_unknown(*words, "a folder or the task's name holds a blank");
+        return;
+    }
     set(pair->source, next_field(line, " "));
     const std::string_view destination = next_field(line, " ");
     find_generation(task, destination);

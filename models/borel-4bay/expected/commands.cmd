@@ -57,6 +57,7 @@ libquorvel_bin md mdinfo
 libquorvel_bin config
 libquorvel_bin config wirte /etc/nas_feature/KEY 1
 libquorvel_bin config read /etc/nas_feature/SERIES_NAME -h
+libquorvel_bin config read /nowhere/KEY --json 2>/dev/null
 libquorvel_bin iscsi
 libquorvel_bin firewall
 libquorvel_bin firewall --help | wc -l

@@ -222,7 +222,7 @@ int print_config(const Question& question) {
         answer = answer_of(quiet, LibQuorvelBin_ConfigHelper, {"", "config", "read", question.subject}, result);
     }
     if (result != 0 || answer == nullptr) {
-        if (answer != nullptr) fputs(answer.get(), stdout);
+        if (answer != nullptr) fputs(answer.get(), stderr);
         return kExitNo;
     }
     Json* json = start();

@@ -23,6 +23,10 @@ namespace {
 
 constexpr size_t kPiece = 1023;
 
+// What is read of one answer, which is a page or two. A strange disk's superblock may claim thousands of millions of
+// devices; mdadm prints a character for each, and works on it for hours.
+constexpr size_t kMostTold = 32 << 10;
+
 // The keys, tried from the top, and what becomes of the text behind them.
 struct SuperblockKey {
     const char* key;
@@ -61,6 +65,7 @@ constexpr SuperblockKey kKeys[] = {
     for (char* line : mdadm) {
         cut_at_line_feed(line);
         taken = take_line(line, sb);
+        if (mdadm.lines.taken > kMostTold) break;
     }
     return taken ? 0 : -1;
 }

@@ -98,7 +98,8 @@ TEST_F(RaidTest, ArraysAreDevicesThatOpen) {
 
 TEST_F(RaidTest, SuperblocksAreReadFromWhateverFormMdadmHas) {
     const Marks marks = {
-        {"{u}", std::string(127, 'u')}
+        {"{u}", std::string(127,     'u')},
+        {"{.}", std::string(1 << 20, '.')}
     };
     for (const auto& [device, text, expected] : table<3>("raid/expected/superblocks")) {
         mdadm_shows(device + (device[0] == 'd' ? "_6" : ""),

@@ -8,7 +8,6 @@
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
-#include "foundation/text.h"
 
 namespace quorvel {
 
@@ -23,19 +22,24 @@ constexpr int kMostInherited = 1024;
 // How many scopes hold signals back. Children that other threads start meanwhile ignore them as well.
 int holding = 0;
 
+enum class Ending { kUsual, kIgnored };
+
 // What a child is started with; made and given back in one place.
 struct SpawnPlan {
     posix_spawnattr_t attributes;
     posix_spawn_file_actions_t actions;
 
-    explicit SpawnPlan(const Descriptor& written) {
-        sigset_t every;
+    SpawnPlan(const Descriptor& written, Ending ending) {
+        sigset_t usual;
         sigset_t mask;
-        sigfillset(&every);
+        sigfillset(&usual);
         sigemptyset(&mask);
+        for (int number : kEndingSignals) {
+            if (ending == Ending::kIgnored) sigdelset(&usual, number);
+        }
         (void)posix_spawnattr_init(&attributes);
         posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
-        posix_spawnattr_setsigdefault(&attributes, &every);
+        posix_spawnattr_setsigdefault(&attributes, &usual);
         posix_spawnattr_setsigmask(&attributes, &mask);
         (void)posix_spawn_file_actions_init(&actions);
         if (written) (void)posix_spawn_file_actions_adddup2(&actions, written.number, STDOUT_FILENO);
@@ -48,20 +52,13 @@ struct SpawnPlan {
     SpawnPlan& operator=(const SpawnPlan&) = delete;
 };
 
-// A shell clears the mask that it inherits, so signals are held back from a child by ignoring them there.
-constexpr char kGuarded[] = "trap '' HUP INT QUIT PIPE ALRM TERM USR1 USR2; %s";
-
-[[nodiscard]] pid_t spawn_shell(const char* command, const Descriptor& written) {
-    Text<2048> text;
-    if (__atomic_load_n(&holding, __ATOMIC_RELAXED) > 0) text.append(kGuarded, command);
-    const bool guards = text.length > 0 && !text.cut;
+[[nodiscard]] pid_t spawn_shell(const char* command, const Descriptor& written, Ending ending) {
     char shell[] = "sh";
     char option[] = "-c";
-    char* arguments[] = {shell, option, const_cast<char*>(guards ? text.c_str() : command), nullptr};
-    SpawnPlan plan(written);
+    char* arguments[] = {shell, option, const_cast<char*>(command), nullptr};
+    SpawnPlan plan(written, ending);
     pid_t child;
     int error = posix_spawn(&child, files::kShell, &plan.actions, &plan.attributes, arguments, environ);
-    if (text.length > 0) explicit_bzero(&text, sizeof text);  // a command may hold a secret
     if (error != 0) errno = error;
     return error == 0 ? child : -1;
 }
@@ -92,11 +89,19 @@ void close_from(int first, int kept) {
     }
 }
 
+// A shell clears the mask that it inherits, so signals are held back from a child by ignoring them there; and from its
+// first moment on: it is started by a process that ignores them already.
+void ignore_ending_signals() {
+    for (int number : kEndingSignals)
+        (void)signal(number, SIG_IGN);
+}
+
 // The whole life of the second process.
-[[noreturn]] void keep_child(const char* command, Descriptor& written, const Descriptor& status_pipe) {
+[[noreturn]] void keep_child(const char* command, Descriptor& written, const Descriptor& status_pipe, Ending ending) {
     signal(SIGCHLD, SIG_DFL);
+    if (ending == Ending::kIgnored) ignore_ending_signals();
     int status = -1;
-    pid_t child = spawn_shell(command, written);
+    pid_t child = spawn_shell(command, written, ending);
     written = Descriptor();
     close_from(STDERR_FILENO + 1, status_pipe.number);
     if (child > 0) status = wait_status_of(child);
@@ -104,12 +109,12 @@ void close_from(int first, int kept) {
     _exit(0);
 }
 
-[[nodiscard]] pid_t start_keeper(const char* command, Child& child, Descriptor& written) {
+[[nodiscard]] pid_t start_keeper(const char* command, Child& child, Descriptor& written, Ending ending) {
     Pipe status = make_pipe();
     if (!status) return -1;
     child.status = static_cast<Descriptor&&>(status.reading);
     pid_t keeper = fork_undisturbed();
-    if (keeper == 0) keep_child(command, written, status.writing);
+    if (keeper == 0) keep_child(command, written, status.writing, ending);
     return keeper;
 }
 
@@ -132,8 +137,10 @@ Child start_shell(const char* command, Output output) {
     Pipe pipe = output == Output::kRead ? make_pipe() : Pipe();
     if (output == Output::kRead && !pipe) return child;
     child.output = static_cast<Descriptor&&>(pipe.reading);
-    child.pid =
-        caller_takes_children() ? start_keeper(command, child, pipe.writing) : spawn_shell(command, pipe.writing);
+    const Ending ending = __atomic_load_n(&holding, __ATOMIC_RELAXED) > 0 ? Ending::kIgnored : Ending::kUsual;
+    child.pid = ending == Ending::kIgnored || caller_takes_children()
+                    ? start_keeper(command, child, pipe.writing, ending)
+                    : spawn_shell(command, pipe.writing, ending);
     return child.pid > 0 ? static_cast<Child&&>(child) : Child();
 }
 

@@ -1,6 +1,7 @@
 // The one starter of child processes. A child begins with every signal at its default, whatever the caller has set, and
 // inherits nothing that the library opened but its standard output. Its end is learned whatever the caller does with
-// SIGCHLD: where that is not at its default, a second process waits for the command and passes its status on.
+// SIGCHLD: where that is not at its default, a second process waits for the command and passes its status on; so does
+// one that starts it while signals are held back.
 #pragma once
 
 #include <signal.h>

@@ -15,7 +15,7 @@ using MountTest = bool (*)(const char* line, const char* text);
 /// "fuseblk" only root mounts.
 [[nodiscard]] bool is_answered_by_program(std::string_view type);
 
-/// Whether the table may hold a file system of such a type.
+/// Whether the table may hold a file system of such a type: also where it cannot be read.
 [[nodiscard]] bool programs_are_mounted();
 
 }  // namespace quorvel

@@ -46,8 +46,9 @@ QUORVEL_API char* get_StringbyKey(const char* path, const char* key, char* dst, 
 
 /** Rewrites a key=value file: every line of the key goes; unless mode is 2, "key=value" becomes the last line (behind a
  * line end of its own when the file's last line has none). All else stays byte for byte. A missing file counts as
- * empty. The new content is written to the path with "_tmp" appended, with the mode and owner of the file, flushed to
- * disk, and moved over the file with the shell command "mv PATH_tmp PATH": a reader sees the old or the new content.
+ * empty. The new content is written to the path with "_tmp" appended, with the permissions (but no set-uid bit) and
+ * owner of the file, flushed to disk, and moved over the file with the shell command "mv PATH_tmp PATH": a reader sees
+ * the old or the new content.
  * Until it is whole nobody but the caller can read the temporary file, which is always made anew: what is there of that
  * name is removed. A new file gets the mode that the caller's mask allows, 0644 at most; the mask is a strict one for
  * the moment in which it is asked for. Writers wait for each other on a lock of the temporary file, ten seconds at

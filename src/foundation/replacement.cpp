@@ -99,8 +99,9 @@ Descriptor open_replacement(WholeText path, const char* replaced) {
 void give_mode_and_owner(int descriptor, const struct stat* replaced) {
     mode_t mode = 0;
     if (replaced != nullptr) {
-        mode = replaced->st_mode & 07777;
-        // Without the right to give a file away it stays the caller's own, with the mode all the same.
+        // Without the right to give a file away it stays the caller's own, with the mode all the same; but what another
+        // account has put there must not run with the caller's rights.
+        mode = replaced->st_mode & 0777;
         if (fchown(descriptor, replaced->st_uid, replaced->st_gid) != 0) errno = 0;
     } else {
         // There is no other way to ask for the mask; for that moment it is a strict one.

@@ -62,15 +62,10 @@ struct Opened {
     mode_t type = 0;
 };
 
+template <Extent extent>
 bool open_anything(const char* path, void* answer) {
     auto& opened = *static_cast<Opened*>(answer);
-    opened.number = unwithheld(open_for_reading(path), Extent::kWhole).release();
-    return opened.number >= 0;
-}
-
-bool open_start(const char* path, void* answer) {
-    auto& opened = *static_cast<Opened*>(answer);
-    opened.number = unwithheld(open_for_reading(path), Extent::kStart).release();
+    opened.number = unwithheld(open_for_reading(path), extent).release();
     return opened.number >= 0;
 }
 
@@ -93,12 +88,12 @@ bool open_file_or_directory(const char* path, void* answer) {
 
 Descriptor open_in_time(WholeText path) {
     mode_t type;
-    return may_be_withheld(path) ? open_elsewhere(open_anything, path, type) : open_for_reading(path);
+    return may_be_withheld(path) ? open_elsewhere(open_anything<Extent::kWhole>, path, type) : open_for_reading(path);
 }
 
 Descriptor open_start_in_time(WholeText path) {
     mode_t type;
-    return may_be_withheld(path) ? open_elsewhere(open_start, path, type) : open_for_reading(path);
+    return may_be_withheld(path) ? open_elsewhere(open_anything<Extent::kStart>, path, type) : open_for_reading(path);
 }
 
 Descriptor open_in_time(WholeText path, mode_t& type) {

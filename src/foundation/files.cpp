@@ -58,8 +58,8 @@ Descriptor open_for_reading(WholeText path, mode_t& type) {
     return file;
 }
 
-Descriptor open_for_update(WholeText path) {
-    return open_path(path, O_RDWR | O_CLOEXEC | O_NOCTTY);
+Descriptor open_for_update(WholeText path, int flags) {
+    return open_path(path, O_RDWR | O_CLOEXEC | O_NOCTTY | flags);
 }
 
 Descriptor create_anew(WholeText path, mode_t mode) {

@@ -20,8 +20,9 @@ namespace quorvel {
 /// what is there (S_IFREG, S_IFDIR, S_IFCHR ...), 0 when nothing was opened.
 [[nodiscard]] Descriptor open_for_reading(WholeText path, mode_t& type);
 
-/// Opens an existing file or device for reading and writing, close-on-exec; never creates or truncates.
-[[nodiscard]] Descriptor open_for_update(WholeText path);
+/// Opens an existing file or device for reading and writing, close-on-exec; never creates or truncates. `flags` adds
+/// O_NONBLOCK for a port; a drive without its medium would open with it.
+[[nodiscard]] Descriptor open_for_update(WholeText path, int flags = 0);
 
 /// Makes a file and opens it for writing, close-on-exec. Whatever has this name is removed first and never written to.
 [[nodiscard]] Descriptor create_anew(WholeText path, mode_t mode);

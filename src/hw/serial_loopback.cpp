@@ -1,5 +1,6 @@
 // The test of the UPS port with a loopback plug in place of the cable.
 #include <errno.h>
+#include <fcntl.h>
 #include <poll.h>
 #include <stdio.h>
 #include <string.h>
@@ -134,12 +135,12 @@ void set_up_text_port(int port) {
     (void)tcsetattr(port, TCSANOW, &settings);
 }
 
-bool has_input_soon(int port) {
-    constexpr int kTimeoutMs = 3000;
+// A line of text, for poll(2).
+bool has_input_within(int port, int milliseconds) {
     struct pollfd input = {port, POLLIN, 0};
     int ready = 0;
     do {
-        ready = poll(&input, 1, kTimeoutMs);
+        ready = poll(&input, 1, milliseconds);
     } while (ready < 0 && errno == EINTR);
     return ready != 0;
 }
@@ -147,20 +148,18 @@ bool has_input_soon(int port) {
 bool returns_text(int port) {
     constexpr char kText[] = "loop back test\n";
     constexpr size_t kLength = sizeof kText - 1;
-    (void)write_fully(port, kText, kLength);
+    constexpr int kTimeoutMs = 3000, kForEver = -1;
+    (void)write_fully(port, kText, kLength);  // a port that takes nothing returns nothing
     // Without the front end nobody is told of a time-out, and the test waits for the text as long as it takes.
-    if (from_cmdline != 0 && !has_input_soon(port)) return false;
+    if (!has_input_within(port, from_cmdline != 0 ? kTimeoutMs : kForEver)) return false;
     char answer[kLength];
-    ssize_t count = 0;
-    do {
-        count = read(port, answer, sizeof answer);
-    } while (count < 0 && errno == EINTR);
+    const ssize_t count = read(port, answer, sizeof answer);
     return count == static_cast<ssize_t>(kLength) && memcmp(answer, kText, kLength) == 0;
 }
 
 int test_text_port(const char* path, const PortTest& test) {
     // Never closed: closing would drop the lines that the plug is being watched on.
-    const int port = open_for_update(path).release();
+    const int port = open_for_update(path, O_NONBLOCK).release();
     if (port < 0) return -1;
     set_up_text_port(port);
     const bool returned = returns_text(port);
@@ -173,7 +172,7 @@ int test_text_port(const char* path, const PortTest& test) {
 }
 
 int test_line_port(const char* path, const PortTest& test) {
-    Descriptor port = open_for_update(path);
+    Descriptor port = open_for_update(path, O_NONBLOCK);
     if (!port) return -1;
     const int mask = failed_steps(port.number, test);
     report(mask == 0 ? "OK" : "NG");

@@ -13,6 +13,14 @@ grep -h ^HDD /etc/diskpath.conf
 # What an enclosure says that counts to no bay.
 echo 2147483647 >/sys/class/enclosure/0:0:3:0/Slot02/slot
 libquorvel_bin learn --from-kernel --yes >/tmp/shown; grep -h ^HDD /etc/diskpath.conf
+# What an enclosure on another host says of a disk, and two that contradict each other.
+for said in '4:0:0:1 6 sdf' '0:0:1:9 5 sda'; do
+    set -- $said
+    mkdir -p /sys/class/enclosure/$1/Slot && echo $2 >/sys/class/enclosure/$1/Slot/slot
+    ln -s "$(realpath /sys/block/$3/device)" /sys/class/enclosure/$1/Slot/device
+    libquorvel_bin learn --from-kernel --yes >/tmp/shown && grep -h ^HDD /etc/diskpath.conf
+done
+rm -r /sys/class/enclosure/0:0:1:9
 # What is refused.
 printf '1 NONE\nx SAS1\n' >/tmp/serials
 libquorvel_bin learn --serials /tmp/serials --yes

@@ -71,13 +71,13 @@ const AllDisks::Disk* disk_of_serial(const AllDisks& all, const char* serial) {
 struct KernelSearch {
     Proposal& proposal;
     const AllDisks& all;
-    bool taken[AllDisks::kMost] = {};
+    int bays[AllDisks::kMost] = {};  // of the disks, as they were told first; 0 for none
     bool right = true;
 };
 
 void take_disk(KernelSearch& search, int disk, int slot, const char* source) {
-    if (search.taken[disk]) return;
-    search.taken[disk] = true;
+    if (search.bays[disk] != 0) return;
+    search.bays[disk] = slot;
     printf("%s: bay %d by %s\n", search.all.disks[disk].name.c_str(), slot, source);
     search.right =
         add_bay(search.proposal, DISK_PATH_INTERNAL, slot, search.all.disks[disk], search.all) && search.right;
@@ -111,22 +111,38 @@ bool is_above(const char* device, const BlockDisk& disk) {
     return starts_with(own.get(), real.get()) && own.get()[strlen(real.get())] == '/';
 }
 
-void take_disks_below(KernelSearch& search, const char* device, int slot, const char* source) {
+// Two that tell different bays of one disk cannot both be right, and nothing tells which of them is.
+[[nodiscard]] bool is_told_otherwise(const KernelSearch& search, int disk, int slot) {
+    const int bay = search.bays[disk];
+    if (bay == 0 || bay == slot) return false;
+    fprintf(stderr, "libquorvel_bin: learn: %s is said to be in bay %d, and in bay %d\n",
+            search.all.disks[disk].name.c_str(), bay, slot);
+    return true;
+}
+
+// Of the disks whose links hold a text, or of all.
+void take_disks_below(KernelSearch& search, const char* device, int slot, const char* source, const char* host = "") {
     for (int i = 0; i < search.all.count; i++) {
-        if (is_above(device, search.all.disks[i])) take_disk(search, i, slot, source);
+        const BlockDisk& disk = search.all.disks[i];
+        if (!contains(disk.link(), host) || !is_above(device, disk)) continue;
+        search.right = !is_told_otherwise(search, i, slot) && search.right;
+        take_disk(search, i, slot, source);
     }
 }
 
-// Slots are counted from 0 or from 1; bays from 1.
+// Slots are counted from 0 or from 1; bays from 1. An enclosure claims disks by their addresses, which one that a
+// stranger plugs in can know as well: it is believed about disks of its own host, whose number begins its name.
 void search_enclosures(KernelSearch& search) {
     for_each_entry("/sys/class/enclosure", [&search](const char* enclosure) {
         int least = 1, number = 0;
+        const Text<32> host("/host%d/", leading_int(last_component(enclosure)));
         for_each_entry(enclosure, [&](const char* component) {
             if (read_number_of(Text<640>("%s/slot", component).c_str(), number) && number < least) least = number;
         });
         for_each_entry(enclosure, [&](const char* component) {
             if (!read_number_of(Text<640>("%s/slot", component).c_str(), number)) return;
-            take_disks_below(search, Text<640>("%s/device", component).c_str(), number + 1 - least, "its enclosure");
+            take_disks_below(search, Text<640>("%s/device", component).c_str(), number + 1 - least, "its enclosure",
+                             host.c_str());
         });
     });
 }

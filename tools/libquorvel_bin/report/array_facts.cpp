@@ -122,11 +122,14 @@ void gather_state(ArrayFacts& array, const FileText& mdstat) {
     set_all_unknown(array, array.state.reason);
 }
 
-// "sda6" is a partition of "sda".
+// The device itself, or a partition of it: "sda6" of "sda", "nvme0n1p6" of "nvme0n1".
 bool is_partition_of(const char* partition, const char* device) {
+    constexpr char kDigits[] = "0123456789";
     const size_t length = strlen(device);
-    return length > 0 && strncmp(partition, device, length) == 0 &&
-           partition[length + strspn(partition + length, "0123456789")] == '\0';
+    if (length == 0 || strncmp(partition, device, length) != 0) return false;
+    const char* number = partition + length;
+    if (*number == 'p' && strchr(kDigits, device[length - 1]) != nullptr) number++;
+    return number[strspn(number, kDigits)] == '\0';
 }
 
 // Every disk is in the system's arrays too, and a disk used by itself in one of its own: those say nothing of its use.

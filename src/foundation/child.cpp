@@ -13,8 +13,27 @@ namespace quorvel {
 
 namespace {
 
-constexpr int kEndingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGPIPE, SIGALRM, SIGTERM,   SIGUSR1,
-                                  SIGUSR2, SIGTSTP, SIGTTIN, SIGTTOU, SIGXCPU, SIGVTALRM, SIGPROF};
+// By what it is not, since a descriptor that the caller left may send any other one, by the hand of whoever is at its
+// far end.
+bool ends_from_outside(int number) {
+    switch (number) {
+        case SIGILL:
+        case SIGTRAP:
+        case SIGABRT:
+        case SIGBUS:
+        case SIGFPE:
+        case SIGSEGV:
+        case SIGSYS:
+        case SIGXFSZ:
+        case SIGCHLD:
+        case SIGCONT:
+        case SIGURG:
+        case SIGWINCH:
+            return false;
+        default:
+            return true;
+    }
+}
 
 // What is closed one by one: a caller seldom leaves more open.
 constexpr int kMostInherited = 1024;
@@ -34,8 +53,8 @@ struct SpawnPlan {
         sigset_t mask;
         sigfillset(&usual);
         sigemptyset(&mask);
-        for (int number : kEndingSignals) {
-            if (ending == Ending::kIgnored) sigdelset(&usual, number);
+        for (int number = 1; number < NSIG; number++) {
+            if (ending == Ending::kIgnored && ends_from_outside(number)) sigdelset(&usual, number);
         }
         (void)posix_spawnattr_init(&attributes);
         posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
@@ -92,8 +111,9 @@ void close_from(int first, int kept) {
 // A shell clears the mask that it inherits, so signals are held back from a child by ignoring them there; and from its
 // first moment on: it is started by a process that ignores them already.
 void ignore_ending_signals() {
-    for (int number : kEndingSignals)
-        (void)signal(number, SIG_IGN);
+    for (int number = 1; number < NSIG; number++) {
+        if (ends_from_outside(number)) (void)signal(number, SIG_IGN);
+    }
 }
 
 // The whole life of the second process.
@@ -127,8 +147,9 @@ void keep_only(int descriptor) {
 sigset_t ending_signals() {
     sigset_t set;
     sigemptyset(&set);
-    for (int number : kEndingSignals)
-        sigaddset(&set, number);
+    for (int number = 1; number < NSIG; number++) {
+        if (ends_from_outside(number)) sigaddset(&set, number);
+    }
     return set;
 }
 

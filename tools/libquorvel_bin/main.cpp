@@ -106,6 +106,8 @@ bool only_looks(char** argv) {
     // With less, what could not be looked at would look as if it were not there.
     const char* limit = only_looks(argv) ? nullptr : low_limit();
     if (limit != nullptr) return without_room(command, limit);
+    // In front of every program that is started: with SIGCHLD ignored none of them has a status.
+    if (!only_looks(argv)) put_signals_right();
     if (int status = kExitOk; run_as_json(argc, argv, status)) return status;
     int given = argc - 2;
     if (given < command.least || (command.most >= 0 && given > command.most)) {
@@ -113,7 +115,6 @@ bool only_looks(char** argv) {
                 given < command.least ? "missing" : "surplus", kName, command.word, command.arguments);
         return kExitUsage;
     }
-    if (!only_looks(argv)) put_signals_right();
     take_debug_level();
     from_cmdline = 1;
     if (is_wrong_subcommand(argc, argv)) return kExitUsage;

@@ -159,6 +159,17 @@ TEST_F(CheckedCommands, GuardWaitsForNoProgram) {
     if (!mounted) GTEST_SKIP() << "mounting is refused";
 }
 
+// The link to an NVMe disk's controller has a number as well.
+TEST_F(CheckedCommands, ShowPartitionsAlone) {
+    write_file("/sys/block/nvme0n1/device/dev", "242:0\n");
+    write_file("/sys/block/nvme0n1/nvme0n1p1/dev", "259:1\n");
+    Disk disk;
+    strcpy(disk.kernel, "nvme0n1");
+    Capture shown(1);
+    describe_disk(disk);
+    EXPECT_EQ(shown.text(), "device=\nname=-\nserial=-\nbytes=0\nholds=nvme0n1p1 0 -\n");
+}
+
 // A tool sends the signals while it works: the word goes on to its end.
 TEST_F(CheckedCommands, FinishWhatTheyBegan) {
     const struct {

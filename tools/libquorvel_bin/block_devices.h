@@ -31,7 +31,8 @@ template <typename Visit>
     return false;
 }
 
-/// Visits a disk and then its partitions: their directory, name and number.
+/// Visits a disk and then its partitions, whose names begin with the disk's: their directory, name and number. The link
+/// "device" of an NVMe disk has a number as well, that of a character device.
 template <typename Visit>
 [[nodiscard]] bool any_part(const char* disk, Visit&& visit) {
     const SysPath whole("%s/%s", kBlockDevices, disk);
@@ -39,6 +40,7 @@ template <typename Visit>
     if (read_number(whole.c_str(), number) && visit(whole.c_str(), disk, number)) return true;
     return any_entry(whole.c_str(), [&](const char* name) {
         const SysPath part("%s/%s", whole.c_str(), name);
-        return read_number(part.c_str(), number) && visit(part.c_str(), name, number);
+        return quorvel::starts_with(name, disk) && read_number(part.c_str(), number) &&
+               visit(part.c_str(), name, number);
     });
 }

@@ -52,7 +52,7 @@ bool is_listed(const char* table, dev_t number, Text<256>& where) {
 
 bool is_backing(dev_t number, Text<256>& loop) {
     return any_entry(kBlockDevices, [&](const char* name) {
-        char file[512];
+        char file[4096];  // the kernel tells a path of any length that it opens
         dev_t backing;
         if (!read_first_line(SysPath("%s/%s/loop/backing_file", kBlockDevices, name).c_str(), file, sizeof file) ||
             !block_number(file, backing) || backing != number) {

@@ -261,7 +261,8 @@ QUORVEL_API int LibQuorvelBin_EthInfo(int argc, char** argv);
 
 /** Enciphers a file in place: into PATH.1, which replaces PATH only when that succeeded. Whatever is called PATH.1 is
  * removed first, never written to, and a new one made that nobody else can read; when that fails nothing is run and the
- * result is 1. Mode and owner of PATH stay as they were. After a failure there is no PATH.1. */
+ * result is 1. Mode and owner of PATH stay as they were. After a failure there is no PATH.1. What was begun is
+ * finished: the signals that end a process are held back meanwhile (SIGKILL cannot be). */
 QUORVEL_API int LibQuorvelBin_SetEncryptionMacAddressNicFile(const char* ifname, const char* path);
 
 /** Deciphers a file to standard output; the file stays. */

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "foundation/appliance_files.h"
+#include "foundation/child.h"
 #include "foundation/failure.h"
 #include "foundation/mac_text.h"
 #include "foundation/replacement.h"
@@ -50,6 +51,9 @@ int result_of(int status) {
     Text<256> beside("%s.1", path);
     struct stat replaced;
     bool there = stat(path, &replaced) == 0;
+    // The command would go on without this process: the file would be its owner's alone, and whoever writes it next
+    // would have what is half his own moved into its place.
+    HeldSignals held;
     Descriptor made = open_replacement(beside);
     if (!made) return 1;
     int status = run_command(command);

@@ -59,7 +59,7 @@ TEST_F(NetTest, EncipheredFileStaysPrivate) {
     chmod("/tmp/plain", 0640);
     for (const char* status : {"1", "0"}) {
         make_link("/tmp/plain.1", "/tmp/victim");
-        stand_in(kTool, std::string("stat -c %a $7 >/tmp/mode; echo secret >$7; exit ") + status);
+        stand_in(kTool, std::string("kill -TERM $PPID; stat -c %a $7 >/tmp/mode; echo secret >$7; exit ") + status);
         EXPECT_EQ(std::to_string(encipher("eth0", "/tmp/plain")), status);
         EXPECT_EQ(read_file("/tmp/mode"), "600\n");
         EXPECT_EQ(read_file("/tmp/plain"), *status == '0' ? "secret\n" : "plain");

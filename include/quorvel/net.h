@@ -204,9 +204,11 @@ QUORVEL_API int LibQuorvelBin_NetHelper(int argc, char** argv);
 /** Whether a name server answers: `WORD [-t SECONDS] [-r RETRIES]` (3 and 2 unless given; other options are ignored).
  * For each "nameserver" line prints "Checking reachability to ADDRESS ... ", runs "nslookup -timeout=SECONDS
  * -retry=RETRIES ADDRESS" and ends the line with "NG" when a line of its output contains "timed out" and "OK"
- * otherwise. A command that cannot be started, or that the shell cannot find or execute, gives "can't execute cmd
- * (COMMAND)" instead and counts as no answer. The address is one word of the command, in single quotes when it holds
- * anything a shell would act on; one that begins with "-", which would be an option of the tool, is passed over.
+ * otherwise. One that works longer than 4 * SECONDS * (RETRIES + 1) seconds is killed, which gives "NG" as well; for
+ * that SECONDS below 1 count as 5, above 3600 as that, and RETRIES are held to 0 to 100. A command that cannot be
+ * started, or that the shell cannot find or execute, gives "can't execute cmd (COMMAND)" instead and counts as no
+ * answer. The address is one word of the command, in single quotes when it holds anything a shell would act on; one
+ * that begins with "-", which would be an option of the tool, is passed over.
  * @param argv  argv[0] is the command word
  * @return 1 at the first OK, 0 when there is none (ENOPKG when a name server could not be asked for lack of nslookup)
  * or no file. Shares getopt's state with all that use getopt. */

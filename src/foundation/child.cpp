@@ -122,6 +122,7 @@ void ignore_ending_signals() {
     if (ending == Ending::kIgnored) ignore_ending_signals();
     int status = -1;
     pid_t child = spawn_shell(command, written, ending);
+    (void)write_fully(status_pipe.number, &child, sizeof child);
     written = Descriptor();
     close_from(STDERR_FILENO + 1, status_pipe.number);
     if (child > 0) status = wait_status_of(child);
@@ -135,6 +136,9 @@ void ignore_ending_signals() {
     child.status = static_cast<Descriptor&&>(status.reading);
     pid_t keeper = fork_undisturbed();
     if (keeper == 0) keep_child(command, written, status.writing, ending);
+    status.writing = Descriptor();
+    if (keeper > 0 && read_fully(child.status.number, &child.shell, sizeof child.shell) != sizeof child.shell)
+        child.shell = -1;
     return keeper;
 }
 
@@ -162,6 +166,7 @@ Child start_shell(const char* command, Output output) {
     child.pid = ending == Ending::kIgnored || caller_takes_children()
                     ? start_keeper(command, child, pipe.writing, ending)
                     : spawn_shell(command, pipe.writing, ending);
+    if (!child.status) child.shell = child.pid;
     return child.pid > 0 ? static_cast<Child&&>(child) : Child();
 }
 
@@ -179,6 +184,10 @@ pid_t fork_undisturbed() {
     pid_t process = fork();
     if (process != 0) (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
     return process;
+}
+
+void kill_shell(const Child& child) {
+    if (child.shell > 0) (void)kill(child.shell, SIGKILL);
 }
 
 int wait_for(Child& child) {

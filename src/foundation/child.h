@@ -14,6 +14,7 @@ namespace quorvel {
 /// A child that was started, or pid -1.
 struct Child {
     pid_t pid = -1;
+    pid_t shell = -1;   // the same, or what the second process waits for
     Descriptor output;  // what reads its standard output, where that was asked for
     Descriptor status;  // where its status arrives, when a second process waits for it
 
@@ -27,6 +28,10 @@ enum class Output { kOfCaller, kRead };
 
 /// Waits for a child's end; its wait status, or -1 without one.
 [[nodiscard]] int wait_for(Child& child);
+
+/// Kills a child's shell, which a command line that begins with "exec" makes the command itself; it is still to be
+/// waited for.
+void kill_shell(const Child& child);
 
 /// A pipe whose ends are closed on exec and are none of the standard descriptors; false when there is none (errno).
 struct Pipe {

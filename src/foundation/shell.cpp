@@ -1,6 +1,7 @@
 #include "foundation/shell.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <stdio.h>
 #include <sys/wait.h>
 
@@ -26,6 +27,11 @@ int run_command(WholeText command) {
 
 CommandOutput::CommandOutput(WholeText command, size_t piece_limit)
     : child(start(command, Output::kRead)), lines(child.output.number, piece_limit) {}
+
+void CommandOutput::expect_within(int64_t patience) {
+    (void)fcntl(lines.descriptor, F_SETFL, O_NONBLOCK);
+    lines.patience = patience;
+}
 
 int CommandOutput::finish() {
     lines.at_end = true;

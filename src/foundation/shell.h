@@ -24,6 +24,8 @@ struct CommandOutput {
 
     /// Whether the pipe and its shell were made; `errno` tells why not.
     explicit operator bool() const { return static_cast<bool>(child); }
+    /// Waits no longer than `patience`, in nanoseconds, for all that the command prints.
+    void expect_within(int64_t patience);
     /// Closes the pipe and waits for the command: its wait status, or -1.
     [[nodiscard]] int finish();
 

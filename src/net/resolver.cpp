@@ -2,9 +2,11 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <algorithm>
 #include <optional>
 
 #include "foundation/appliance_files.h"
+#include "foundation/clock.h"
 #include "foundation/failure.h"
 #include "foundation/files.h"
 #include "foundation/key_value.h"
@@ -59,14 +61,27 @@ bool was_not_run(int wait_status) {
     return wait_status == -1 || could_not_execute(wait_status);
 }
 
-Probe run_lookup(const Text<kCommandSize>& command) {
+// Longer than the tool's own waiting may take: for as many servers as it asks, by either protocol. Whoever goes on
+// sending it answers to other questions keeps it waiting for its own without end.
+int64_t longest_lookup(int timeout, int retries) {
+    constexpr int64_t kServers = 3, kUsualSeconds = 5, kMostSeconds = 3600, kMostRetries = 100;
+    const int64_t seconds = timeout > 0 ? std::min<int64_t>(timeout, kMostSeconds) : kUsualSeconds;
+    return (kServers + 1) * seconds * (std::clamp<int64_t>(retries, 0, kMostRetries) + 1) * kSecond;
+}
+
+Probe run_lookup(const Text<kCommandSize>& command, int64_t longest) {
     CommandOutput output(command, kOutputPiece);
     if (!output) return Probe::not_run;
+    output.expect_within(longest);
     bool silent = true;
     bool timed_out = false;
     for (const char* line : output) {
         silent = false;
         if (contains(line, "timed out")) timed_out = true;
+    }
+    if (output.lines.failed) {
+        kill_shell(output.child);
+        return Probe::timed_out;
     }
     if (was_not_run(output.finish()) && silent) return Probe::not_run;
     return timed_out ? Probe::timed_out : Probe::answered;
@@ -78,12 +93,13 @@ Probe ask_server(const char* address, int timeout, int retries) {
     print_foreign(address);
     printf(" ... ");
     (void)fflush(stdout);  // what cannot be shown must not keep the question from being asked
-    Text<kCommandSize> command("%s -timeout=%d -retry=%d %s", files::kLookupTool, timeout, retries,
+    static constexpr char kInPlaceOfShell[] = "exec ";
+    Text<kCommandSize> command("%s%s -timeout=%d -retry=%d %s", kInPlaceOfShell, files::kLookupTool, timeout, retries,
                                ShellWord(address).c_str());
-    Probe probe = run_lookup(command);
+    Probe probe = run_lookup(command, longest_lookup(timeout, retries));
     if (probe == Probe::not_run) {
         printf("can't execute cmd (");
-        print_foreign(command.c_str());
+        print_foreign(command.c_str() + strlen(kInPlaceOfShell));
         puts(")");
     } else {
         puts(probe == Probe::answered ? "OK" : "NG");

@@ -74,6 +74,12 @@ void take_members(ArrayFacts& array, const char* device) {
     }
 }
 
+// Of such a level the kernel does not tell how many members are missing: it starts none without all of them.
+bool runs_only_whole(const ArrayFacts& array) {
+    const std::string_view level = text_of(array.level);
+    return level == "raid0" || level == "linear";
+}
+
 }  // namespace
 
 bool is_kernel_array(const char* device) {
@@ -92,6 +98,7 @@ bool take_from_sysfs(ArrayFacts& array, const char* device) {
     set_from(array.sync_action, attribute(device, "sync_action").c_str());
     set_from(array.raid_disks, attribute(device, "raid_disks").c_str());
     set_from(array.missing_disks, attribute(device, "degraded").c_str());
+    if (!is_known(array.missing_disks) && runs_only_whole(array)) set(array.missing_disks, 0);
     set_from(array.size_bytes, Path("/sys/block/%s/size", device).c_str(), kSector);
     take_progress(array, device);
     take_members(array, device);

@@ -128,7 +128,9 @@ QUORVEL_API int LibQuorvelBin_FirewallEntry(int argc, char** argv);
  * A pair counts as missing, and a line on standard error says so, when an entry holds a control byte, a component ".."
  * or a word (also the one behind "@") that begins with "-": rsync would take it for an option, or for a place outside
  * of the share. The same goes for the task's name where it becomes part of a destination. A blank in either is printed
- * as it is: a line of other than two words, or four with "--link-dest" as the third, does not tell where one ends.
+ * as it is: a line of other than two words, or four with "--link-dest" as the third, does not tell where one ends. So
+ * is a ":" in front of the first "/" of a word that is no "rsync://" address: rsync would take a host to stand before
+ * it.
  *
  * With the setting hardlink on, a destination on this machine goes to a generation of its own,
  * "DESTINATION/task-NAME/TIME/HOST/SUB/", TIME being the local time to the second and HOST/SUB from the source; and

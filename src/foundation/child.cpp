@@ -5,6 +5,7 @@
 #include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <time.h>
 
 #include "foundation/appliance_files.h"
 #include "foundation/files.h"
@@ -116,29 +117,44 @@ void ignore_ending_signals() {
     }
 }
 
-// The whole life of the second process.
-[[noreturn]] void keep_child(const char* command, Descriptor& written, const Descriptor& status_pipe, Ending ending) {
-    signal(SIGCHLD, SIG_DFL);
+// Kills a child that has not ended by then: its number is nobody else's before it is waited for.
+void end_within(unsigned seconds, pid_t child) {
+    sigset_t ended;
+    sigemptyset(&ended);
+    sigaddset(&ended, SIGCHLD);
+    const struct timespec patience = {static_cast<time_t>(seconds), 0};
+    int number;
+    do {
+        number = sigtimedwait(&ended, nullptr, &patience);
+    } while (number < 0 && errno == EINTR);
+    if (number < 0) (void)kill(child, SIGKILL);
+}
+
+// The whole life of the second process, in which every signal is blocked.
+[[noreturn]] void keep_child(const char* command, Descriptor& written, const Descriptor& status_pipe, Ending ending,
+                             unsigned seconds) {
+    struct sigaction at_ends = {};
+    at_ends.sa_handler = SIG_DFL;
+    at_ends.sa_flags = SA_NOCLDSTOP;
+    (void)sigaction(SIGCHLD, &at_ends, nullptr);
     if (ending == Ending::kIgnored) ignore_ending_signals();
     int status = -1;
     pid_t child = spawn_shell(command, written, ending);
-    (void)write_fully(status_pipe.number, &child, sizeof child);
     written = Descriptor();
     close_from(STDERR_FILENO + 1, status_pipe.number);
+    if (child > 0 && seconds > 0) end_within(seconds, child);
     if (child > 0) status = wait_status_of(child);
     (void)write_fully(status_pipe.number, &status, sizeof status);
     _exit(0);
 }
 
-[[nodiscard]] pid_t start_keeper(const char* command, Child& child, Descriptor& written, Ending ending) {
+[[nodiscard]] pid_t start_keeper(const char* command, Child& child, Descriptor& written, Ending ending,
+                                 unsigned seconds) {
     Pipe status = make_pipe();
     if (!status) return -1;
     child.status = static_cast<Descriptor&&>(status.reading);
     pid_t keeper = fork_undisturbed();
-    if (keeper == 0) keep_child(command, written, status.writing, ending);
-    status.writing = Descriptor();
-    if (keeper > 0 && read_fully(child.status.number, &child.shell, sizeof child.shell) != sizeof child.shell)
-        child.shell = -1;
+    if (keeper == 0) keep_child(command, written, status.writing, ending, seconds);
     return keeper;
 }
 
@@ -157,16 +173,15 @@ sigset_t ending_signals() {
     return set;
 }
 
-Child start_shell(const char* command, Output output) {
+Child start_shell(const char* command, Output output, unsigned seconds) {
     Child child;
     Pipe pipe = output == Output::kRead ? make_pipe() : Pipe();
     if (output == Output::kRead && !pipe) return child;
     child.output = static_cast<Descriptor&&>(pipe.reading);
     const Ending ending = __atomic_load_n(&holding, __ATOMIC_RELAXED) > 0 ? Ending::kIgnored : Ending::kUsual;
-    child.pid = ending == Ending::kIgnored || caller_takes_children()
-                    ? start_keeper(command, child, pipe.writing, ending)
+    child.pid = ending == Ending::kIgnored || caller_takes_children() || seconds > 0
+                    ? start_keeper(command, child, pipe.writing, ending, seconds)
                     : spawn_shell(command, pipe.writing, ending);
-    if (!child.status) child.shell = child.pid;
     return child.pid > 0 ? static_cast<Child&&>(child) : Child();
 }
 
@@ -184,10 +199,6 @@ pid_t fork_undisturbed() {
     pid_t process = fork();
     if (process != 0) (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
     return process;
-}
-
-void kill_shell(const Child& child) {
-    if (child.shell > 0) (void)kill(child.shell, SIGKILL);
 }
 
 int wait_for(Child& child) {

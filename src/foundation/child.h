@@ -1,7 +1,7 @@
 // The one starter of child processes. A child begins with every signal at its default, whatever the caller has set, and
 // inherits nothing that the library opened but its standard output. Its end is learned whatever the caller does with
 // SIGCHLD: where that is not at its default, a second process waits for the command and passes its status on; so does
-// one that starts it while signals are held back.
+// one that starts it while signals are held back, and one that ends it in time.
 #pragma once
 
 #include <signal.h>
@@ -14,7 +14,6 @@ namespace quorvel {
 /// A child that was started, or pid -1.
 struct Child {
     pid_t pid = -1;
-    pid_t shell = -1;   // the same, or what the second process waits for
     Descriptor output;  // what reads its standard output, where that was asked for
     Descriptor status;  // where its status arrives, when a second process waits for it
 
@@ -23,15 +22,12 @@ struct Child {
 
 enum class Output { kOfCaller, kRead };
 
-/// Starts "sh -c COMMAND". On failure no child, and errno.
-[[nodiscard]] Child start_shell(const char* command, Output output);
+/// Starts "sh -c COMMAND". On failure no child, and errno. `seconds` above 0 kill what has not ended by then: the
+/// shell, or in its place what the command begins with "exec".
+[[nodiscard]] Child start_shell(const char* command, Output output, unsigned seconds = 0);
 
 /// Waits for a child's end; its wait status, or -1 without one.
 [[nodiscard]] int wait_for(Child& child);
-
-/// Kills a child's shell, which a command line that begins with "exec" makes the command itself; it is still to be
-/// waited for.
-void kill_shell(const Child& child);
 
 /// A pipe whose ends are closed on exec and are none of the standard descriptors; false when there is none (errno).
 struct Pipe {

@@ -1,7 +1,6 @@
 #include "foundation/shell.h"
 
 #include <errno.h>
-#include <fcntl.h>
 #include <stdio.h>
 #include <sys/wait.h>
 
@@ -11,8 +10,8 @@ namespace quorvel {
 
 namespace {
 
-[[nodiscard]] Child start(WholeText command, Output output) {
-    if (command.text != nullptr) return start_shell(command.text, output);
+[[nodiscard]] Child start(WholeText command, Output output, unsigned seconds = 0) {
+    if (command.text != nullptr) return start_shell(command.text, output, seconds);
     errno = E2BIG;
     return Child();
 }
@@ -25,13 +24,8 @@ int run_command(WholeText command) {
     return wait_for(child);
 }
 
-CommandOutput::CommandOutput(WholeText command, size_t piece_limit)
-    : child(start(command, Output::kRead)), lines(child.output.number, piece_limit) {}
-
-void CommandOutput::expect_within(int64_t patience) {
-    (void)fcntl(lines.descriptor, F_SETFL, O_NONBLOCK);
-    lines.patience = patience;
-}
+CommandOutput::CommandOutput(WholeText command, size_t piece_limit, unsigned seconds)
+    : child(start(command, Output::kRead, seconds)), lines(child.output.number, piece_limit) {}
 
 int CommandOutput::finish() {
     lines.at_end = true;

@@ -15,8 +15,8 @@ namespace quorvel {
 
 /// A command whose standard output is being read. Its error output stays the caller's.
 struct CommandOutput {
-    /// `piece_limit` is the longest piece of a line, as in LineReader.
-    CommandOutput(WholeText command, size_t piece_limit);
+    /// `piece_limit` is the longest piece of a line, as in LineReader; `seconds` as for start_shell.
+    CommandOutput(WholeText command, size_t piece_limit, unsigned seconds = 0);
     // Who wants to know the status has asked for it.
     ~CommandOutput() { (void)finish(); }
     CommandOutput(const CommandOutput&) = delete;
@@ -24,8 +24,6 @@ struct CommandOutput {
 
     /// Whether the pipe and its shell were made; `errno` tells why not.
     explicit operator bool() const { return static_cast<bool>(child); }
-    /// Waits no longer than `patience`, in nanoseconds, for all that the command prints.
-    void expect_within(int64_t patience);
     /// Closes the pipe and waits for the command: its wait status, or -1.
     [[nodiscard]] int finish();
 

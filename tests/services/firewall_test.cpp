@@ -75,7 +75,7 @@ const std::tuple<const char*, int> attacks[] = {
     }
     if (attack == "ended in between" && setpgid(0, 0) == 0)
         stand_in("/usr/local/sbin/iptables",
-                 "for i in TERM XCPU IO 34; do kill -$i 0; done; exec /usr/sbin/iptables \"$@\"");
+                 "for i in TERM XCPU IO 40; do kill -$i 0; done; exec /usr/sbin/iptables \"$@\"");
     if (attack == "children are ignored") signal(SIGCHLD, SIG_IGN);
     char command[] = "firewall", start[] = "--start", config[] = "--config", file[] = "/tmp/ports";
     char* words[] = {command, start, config, file};

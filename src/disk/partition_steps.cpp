@@ -6,6 +6,17 @@
 
 namespace quorvel {
 
+namespace {
+
+// The step that changes nothing has parted take a label word for its device: a name in the caller's directory, where
+// somebody else may have laid a pipe that it would wait at, or a link. In the root directory only root lays any.
+[[nodiscard]] Text<kCommandSize> shell_line(const Step& step, const char* target) {
+    const Text<kCommandSize> command = command_of(step, target);
+    return step.demand == Demand::kNothing ? Text<kCommandSize>("cd / && %s", command.c_str()) : command;
+}
+
+}  // namespace
+
 Target choose_target(const char* device) {
     Target target;
     copy_text(target.path, sizeof target.path, device);
@@ -25,7 +36,7 @@ bool run_layout_command(const Text<kCommandSize>& command, Demand demand) {
 
 bool run_steps(std::span<const Step> steps, const Target& target) {
     for (const Step& step : steps) {
-        if (!run_layout_command(command_of(step, target.path), step.demand)) return false;
+        if (!run_layout_command(shell_line(step, target.path), step.demand)) return false;
     }
     return true;
 }

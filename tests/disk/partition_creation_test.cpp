@@ -25,7 +25,7 @@ struct PartitionCreation : ApplianceTest {
         for (const char* tool : {"parted", "dd", "fdisk"})
             stand_in(std::string("/usr/local/sbin/") + tool,
                      "echo \"${0##*/} $*\" >>/run/commands\ncase \"${0##*/} $*\" in " + rules +
-                     "\n*msdos*) echo failed with error; exit 1;;\nfdisk*) sed '1s/^-e //' >>/run/commands;;\nesac");
+                     "\n*msdos*) ls mklabel 2>/dev/null >>/run/commands; echo failed with error; exit 1;;\nfdisk*) sed '1s/^-e //' >>/run/commands;;\nesac");
     }
     // A heading and then error output, output, result and the commands run, on a disk of so many blocks.
     static std::string transcript(uint64_t blocks, const Layout& call, const std::string& heading = "") {
@@ -41,6 +41,9 @@ struct PartitionCreation : ApplianceTest {
 
 TEST_F(PartitionCreation, InternalLayout) {
     std::string done;
+    // Somebody's file in the caller's directory is no device.
+    write_file("/tmp/mklabel", "");
+    ASSERT_EQ(0, chdir("/tmp"));
     for (const char* rules : {"", "dd*) exit 1;;", "*gpt) exit 1;;", "*7168M) exit 1;;", "*G) exit 1;;", "*G) echo it failed with error;;",
                               "*M | *gpt) echo failed with error;; *grub) exit 1;;"}) {
         tools(rules);
